@@ -1,0 +1,181 @@
+// Keyed archives: objects as values under keys in one byte buffer, and back.
+//
+// The format is versioned, little-endian, self-describing and carries a checksum. An object that is
+// referred to twice is stored once and shared again after decoding, also in cycles. A damaged or
+// hostile archive gives nothing and one line in the log: no crash, no recursion beyond
+// kDeepestNesting objects, no allocation beyond a small multiple of its own size.
+#ifndef KROSAC_PLATFORM_ARCHIVE_H
+#define KROSAC_PLATFORM_ARCHIVE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "krosac/platform/ByteBuffer.h"
+#include "krosac/platform/Date.h"
+#include "krosac/platform/Export.h"
+#include "krosac/platform/Object.h"
+#include "krosac/platform/Text.h"
+
+namespace krosac {
+
+class KeyedArchiver;
+class KeyedUnarchiver;
+
+// An object that can be archived. A class T that can also be decoded has, beside these two, a
+// method initWithCoder(KeyedUnarchiver&) whose result is true when it succeeded.
+class KROSAC_API Archivable : public Object {
+ public:
+  virtual const char* archiveClassName() const = 0;
+  virtual void encodeWithCoder(KeyedArchiver& coder) const = 0;
+};
+
+// Objects nested deeper than this in an archive are refused while decoding.
+inline constexpr int kDeepestNesting = 64;
+
+// Writes values under keys. An object's encodeWithCoder calls these for its own fields; an absent
+// value is not written.
+class KROSAC_API KeyedArchiver {
+ public:
+  void encodeBool(const char* key, bool value);
+  void encodeChar(const char* key, signed char value);
+  void encodeInt32(const char* key, std::int32_t value);
+  void encodeFloat(const char* key, float value);
+  void encodeDouble(const char* key, double value);
+  void encodeText(const char* key, const OptionalText& text);
+  void encodeTexts(const char* key, const std::vector<std::string>& texts);
+  void encodeBytes(const char* key, const ByteBuffer* bytes);
+  void encodeDate(const char* key, const std::optional<Date>& date);
+  void encodeObject(const char* key, const Archivable* object);
+  template <typename T>
+  void encodeObjects(const char* key, const std::vector<Ref<T>>& objects) {
+    beginObjects(key, objects.size());
+    for (const auto& object : objects) putReference(object.get());
+  }
+
+ private:
+  friend KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
+
+  void putEntry(const char* key, unsigned char type);
+  void putNumber(std::uint64_t value);
+  void putText(std::string_view text);
+  void putReference(const Archivable* object);
+  void beginObjects(const char* key, std::size_t count);
+  std::uint64_t nameIndex(std::string_view name);
+  Ref<ByteBuffer> finish(const Archivable& root);
+
+  std::string* out_ = nullptr;
+  std::vector<std::string> names_;
+  std::unordered_map<std::string, std::uint64_t> nameIndexes_;
+  std::vector<Ref<const Archivable>> objects_;
+  std::unordered_map<const Archivable*, std::uint64_t> objectIndexes_;
+};
+
+// Reads values by key. An absent key, or one of another type, gives zero or none.
+class KROSAC_API KeyedUnarchiver {
+ public:
+  // Checks the whole archive; `isGood` is false for one that is damaged.
+  explicit KeyedUnarchiver(const ByteBuffer& archive);
+  bool isGood() const noexcept { return good_; }
+
+  bool decodeBool(const char* key);
+  signed char decodeChar(const char* key);
+  std::int32_t decodeInt32(const char* key);
+  float decodeFloat(const char* key);
+  double decodeDouble(const char* key);
+  OptionalText decodeText(const char* key);
+  std::vector<std::string> decodeTexts(const char* key);
+  Ref<ByteBuffer> decodeBytes(const char* key);
+  std::optional<Date> decodeDate(const char* key);
+
+  // The object under the key, or none where it is of another class.
+  template <typename T>
+  Ref<T> decodeObject(const char* key) {
+    return objectAt<T>(objectIndex(key));
+  }
+  // The list under the key, without the objects that are of another class.
+  template <typename T>
+  std::vector<Ref<T>> decodeObjects(const char* key) {
+    std::vector<Ref<T>> objects;
+    for (const std::size_t index : objectIndexes(key)) {
+      if (auto object = objectAt<T>(index)) objects.push_back(object);
+    }
+    return objects;
+  }
+  // The object that the archive was made from.
+  template <typename T>
+  Ref<T> decodeRoot() {
+    return objectAt<T>(0);
+  }
+
+ private:
+  struct Stored {
+    std::size_t offset = 0;
+    Ref<Object> object;
+  };
+  struct Frame {
+    std::size_t entries = 0, next = 0, end = 0;
+  };
+  static constexpr std::size_t kNoObject = static_cast<std::size_t>(-1);
+
+  template <typename T>
+  Ref<T> objectAt(std::size_t index) {
+    if (!good_ || index >= objects_.size()) return nullptr;
+    if (objects_[index].object) return Ref<T>(dynamic_cast<T*>(objects_[index].object.get()));
+    auto object = make<T>();
+    if (!object || className(index) != object->archiveClassName()) return nullptr;
+    // Known before its fields are read, so that an object which refers back to it finds it.
+    objects_[index].object = object;
+    const Frame outer = frame_;
+    if (!enter(index)) return nullptr;
+    good_ = static_cast<bool>(object->initWithCoder(*this)) && good_;
+    leave(outer);
+    return good_ ? object : nullptr;
+  }
+
+  std::string_view className(std::size_t index) const;
+  bool enter(std::size_t index);
+  void leave(const Frame& outer);
+  std::size_t objectIndex(const char* key);
+  std::vector<std::size_t> objectIndexes(const char* key);
+  // The place of the value under the key if it has this type, else 0.
+  std::size_t find(const char* key, unsigned char type);
+  template <typename T>
+  T plainValue(const char* key, unsigned char type);
+
+  bool check();
+  bool skipValue(std::size_t& at, unsigned char type) const;
+  bool getNumber(std::size_t& at, std::uint64_t& value) const;
+  bool getText(std::size_t& at, std::string_view& text) const;
+
+  std::string_view bytes_;
+  bool good_ = false;
+  int depth_ = 0;
+  std::vector<std::string_view> names_;
+  std::vector<Stored> objects_;
+  Frame frame_;
+};
+
+// The archive of an object and of all that it refers to; empty where there is no memory.
+KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
+
+// The object that an archive was made from; none for a damaged archive or one of another class.
+template <typename T>
+Ref<T> unarchive(const ByteBuffer& bytes) {
+  return KeyedUnarchiver(bytes).template decodeRoot<T>();
+}
+
+// A copy made through an archive, as the record classes are copied.
+template <typename T>
+Ref<T> archivedCopy(const T& object) {
+  const auto bytes = archive(object);
+  return bytes ? unarchive<T>(*bytes) : nullptr;
+}
+
+}  // namespace krosac
+
+#endif

@@ -1,0 +1,40 @@
+#include "krosac/platform/Log.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <utility>
+
+#include "krosac/platform/Text.h"
+
+namespace krosac {
+namespace {
+
+LogSink& currentSink() {
+  static LogSink sink;
+  return sink;
+}
+
+}  // namespace
+
+void setLogSink(LogSink sink) {
+  currentSink() = std::move(sink);
+}
+
+bool hasLogSink() {
+  return static_cast<bool>(currentSink());
+}
+
+void log(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  std::string text = formatTextV(format, arguments);
+  va_end(arguments);
+  if (hasLogSink()) {
+    currentSink()(text);
+    return;
+  }
+  if (text.empty() || text.back() != '\n') text += '\n';
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+}  // namespace krosac

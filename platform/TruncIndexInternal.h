@@ -1,0 +1,20 @@
+// Sample indexes from quotients.
+#ifndef KROSAC_PLATFORM_TRUNCINDEXINTERNAL_H
+#define KROSAC_PLATFORM_TRUNCINDEXINTERNAL_H
+
+#include <cstdint>
+#include <limits>
+
+namespace krosac {
+
+// A quotient truncated toward zero, the same on every processor; INT32_MIN for NaN and values
+// beyond 32 bits, which spikes skip and windows refuse.
+inline std::int32_t truncIndex(double quotient) {
+  return quotient > -2147483649.0 && quotient < 2147483648.0
+             ? static_cast<std::int32_t>(quotient)
+             : std::numeric_limits<std::int32_t>::min();
+}
+
+}  // namespace krosac
+
+#endif
