@@ -1,0 +1,71 @@
+#include "krosac/sacio/ByteOrder.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "krosac/sacio/SacHeader.h"
+
+// The word loop is compiled a second time for processors that shuffle bytes in vectors; the loader
+// picks one.
+#if defined(__x86_64__) && defined(__GLIBC__)
+#define KROSAC_VECTOR_CLONES __attribute__((target_clones("default", "avx2")))
+#else
+#define KROSAC_VECTOR_CLONES
+#endif
+
+namespace krosac {
+namespace {
+
+constexpr std::size_t kNumericWords = offsetof(SacHeader, KSTNM) / 4;
+
+// Words are reversed as integers: a float load may alter the patterns of signalling NaNs.
+KROSAC_VECTOR_CLONES void reverseWords(unsigned char* bytes, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    std::uint32_t word;
+    std::memcpy(&word, bytes + 4 * i, 4);
+    word = __builtin_bswap32(word);
+    std::memcpy(bytes + 4 * i, &word, 4);
+  }
+}
+
+std::int32_t sampleCount(const ByteBuffer& image) {
+  std::int32_t npts;
+  std::memcpy(&npts, image.bytes() + offsetof(SacHeader, NPTS), sizeof npts);
+  return npts;
+}
+
+std::size_t wholeWordsBehindHeader(const ByteBuffer& image) {
+  return (image.length() - kSacHeaderBytes) / 4;
+}
+
+void reverseHeader(ByteBuffer& image) {
+  reverseWords(image.mutableBytes(), kNumericWords);
+}
+
+void reverseSamples(ByteBuffer& image, std::size_t count) {
+  reverseWords(image.mutableBytes() + kSacHeaderBytes, count);
+}
+
+}  // namespace
+
+int swapSACBytes(ByteBuffer& data) {
+  if (data.length() < kSacHeaderBytes) return 0;
+  reverseHeader(data);
+  const std::int32_t npts = sampleCount(data);
+  if (npts < 0 || static_cast<std::size_t>(npts) > wholeWordsBehindHeader(data)) return 0;
+  reverseSamples(data, static_cast<std::size_t>(npts));
+  return 1;
+}
+
+int reverseSACBytes(ByteBuffer& data) {
+  if (data.length() < kSacHeaderBytes) return 0;
+  const std::int32_t npts = sampleCount(data);
+  reverseHeader(data);
+  if (npts < 0) return 0;
+  reverseSamples(data, std::min(static_cast<std::size_t>(npts), wholeWordsBehindHeader(data)));
+  return 1;
+}
+
+}  // namespace krosac
