@@ -2,6 +2,17 @@
 #ifndef KROSAC_KROSAC_H
 #define KROSAC_KROSAC_H
 
+#include "krosac/dsp/Butterworth.h"
+#include "krosac/dsp/Convolution.h"
+#include "krosac/dsp/Decimation.h"
+#include "krosac/dsp/Fft.h"
+#include "krosac/sacio/SacFile.h"
+#include "krosac/sacio/SacHeader.h"
+#include "krosac/timegeo/Calendar.h"
+#include "krosac/timegeo/Ellipticity.h"
+#include "krosac/timegeo/FlinnEngdahl.h"
+#include "krosac/timegeo/GreatCircle.h"
+
 #ifdef __cplusplus
 #include "krosac/platform/Archive.h"
 #include "krosac/platform/ByteBuffer.h"
@@ -10,6 +21,9 @@
 #include "krosac/platform/Object.h"
 #include "krosac/platform/Resources.h"
 #include "krosac/platform/Text.h"
+#include "krosac/sacio/ByteOrder.h"
+#include "krosac/seismogram/SacObject.h"
+#include "krosac/timegeo/SeisTimeObject.h"
 #endif
 
 #endif

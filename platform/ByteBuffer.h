@@ -36,9 +36,6 @@ class KROSAC_API ByteBuffer final : public Object {
   bool writeAtomically(const std::string& path, std::size_t length) const;
 
  private:
-  friend Ref<ByteBuffer> make<ByteBuffer>();
-  friend ByteBuffer* alloc<ByteBuffer>();
-  ByteBuffer() noexcept = default;
   ~ByteBuffer() override;
 
   static Ref<ByteBuffer> unfilled(std::size_t length);

@@ -2,6 +2,7 @@
 
 #include <locale.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -64,6 +65,13 @@ std::string lastPathComponent(const std::string& path) {
   const std::size_t slash = path.find_last_of('/', end);
   const std::size_t begin = slash == std::string::npos ? 0 : slash + 1;
   return path.substr(begin, end + 1 - begin);
+}
+
+std::string joinedPath(const std::string& folder, const std::string& name) {
+  if (folder.empty()) return name;
+  std::string path = folder;
+  while (!path.empty() && path.back() == '/') path.pop_back();
+  return path + "/" + name.substr(std::min(name.find_first_not_of('/'), name.size()));
 }
 
 }  // namespace krosac

@@ -32,6 +32,9 @@ KROSAC_API std::string trimmedField(const char* field, std::size_t width);
 // path an empty text.
 KROSAC_API std::string lastPathComponent(const std::string& path);
 
+// A name below a folder, with one slash between them.
+KROSAC_API std::string joinedPath(const std::string& folder, const std::string& name);
+
 // Makes the C locale this thread's own while it lives.
 class KROSAC_API CLocaleScope {
  public:

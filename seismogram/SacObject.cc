@@ -1,0 +1,62 @@
+#include "krosac/seismogram/SacObject.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "krosac/platform/Log.h"
+
+namespace krosac {
+
+SacObject::~SacObject() {
+  if (verbose_ < 5) return;
+  // Texts and dates are values here: one holder when present.
+  const auto countOf = [](bool present) { return present ? 1 : 0; };
+  log("Object: %s", printable(myFileName_));
+  log("myData retainCount: %d", myData_ ? myData_->retainCount() : 0);
+  log("myPath retainCount: %d", countOf(myPath_.has_value()));
+  log("myFileName retainCount: %d", countOf(myFileName_.has_value()));
+  log("myReferenceDate retainCount: %d", countOf(myReferenceDate_.has_value()));
+  log("mySeisReferenceTime retainCount: %d",
+      mySeisReferenceTime_ ? mySeisReferenceTime_->retainCount() : 0);
+  log("myFERegionString retainCount: %d", countOf(myFERegionString_.has_value()));
+}
+
+void SacObject::setMyData(Ref<ByteBuffer> image) {
+  if (!replacedData_) replacedData_ = std::move(myData_);
+  myData_ = std::move(image);
+}
+
+void SacObject::setupPointers() {
+  const bool hasHeader = myData_ && myData_->length() >= kSacHeaderBytes;
+  unsigned char* start = hasHeader ? myData_->mutableBytes() : nullptr;
+  h_ = reinterpret_cast<SacHeader*>(start);
+  seis_ = hasHeader ? reinterpret_cast<float*>(start + kSacHeaderBytes) : nullptr;
+  capacity_ = hasHeader ? (myData_->length() - kSacHeaderBytes) / sizeof(float) : 0;
+  replacedData_ = nullptr;
+}
+
+// Makes a new image the object's own; false, and no change, where there is none.
+bool SacObject::installImage(Ref<ByteBuffer> image) {
+  if (!image) return false;
+  setMyData(std::move(image));
+  setupPointers();
+  return true;
+}
+
+std::span<float> SacObject::samples() const {
+  const auto stated = static_cast<std::size_t>(std::max(npts(), 0));
+  return {seis_, std::min(stated, capacity_)};
+}
+
+void SacObject::samplesChanged() {
+  ComputeExtrema();
+  mSeisHasChanged_ = true;
+}
+
+void SacObject::fillField(char* field, std::size_t width, const char* value) {
+  const std::size_t length = strnlen(value, width);
+  std::memcpy(field, value, length);
+  std::memset(field + length, 0, width - length);
+}
+
+}  // namespace krosac

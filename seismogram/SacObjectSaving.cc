@@ -1,0 +1,104 @@
+#include <unistd.h>
+
+#include <climits>
+
+#include "krosac/sacio/ByteOrder.h"
+#include "krosac/seismogram/SacObject.h"
+
+namespace krosac {
+namespace {
+
+// The path of a file of this name in the working directory; none where there is no such directory.
+OptionalText inWorkingDirectory(const std::string& name) {
+  char folder[PATH_MAX];
+  if (!::getcwd(folder, sizeof folder)) return std::nullopt;
+  return joinedPath(folder, name);
+}
+
+}  // namespace
+
+// Writes the image in the byte order that the file had.
+bool SacObject::writeImage(const OptionalText& path) const {
+  if (!h_ || !path) return false;
+  const std::size_t length = kSacHeaderBytes + samples().size_bytes();
+  if (!swappedBytes_) return myData_->writeAtomically(*path, length);
+  const auto image = ByteBuffer::copyOf(myData_->bytes(), length);
+  if (!image) return false;
+  reverseSACBytes(*image);
+  return image->writeAtomically(*path);
+}
+
+bool SacObject::save() const {
+  return writeImage(myPath_);
+}
+
+bool SacObject::saveAs(const std::string& name) {
+  const OptionalText path = inWorkingDirectory(name);
+  // A swapped trace goes to its old path, here and in saveToPath; this is intended.
+  if (!path || !writeImage(swappedBytes_ ? myPath_ : path)) return false;
+  myPath_ = path;
+  return true;
+}
+
+bool SacObject::saveToPath(const std::string& path) const {
+  return writeImage(swappedBytes_ ? myPath_ : OptionalText(path));
+}
+
+void SacObject::encodeWithCoder(KeyedArchiver& coder) const {
+  coder.encodeBytes("myData", myData_.get());
+  coder.encodeBool("mSeisHasChanged", mSeisHasChanged_);
+  coder.encodeBool("mSeisIsLocked", mSeisIsLocked_);
+  coder.encodeText("myPath", myPath_);
+  coder.encodeText("myFileName", myFileName_);
+  coder.encodeText("labelString", labelString_);
+  coder.encodeDate("myReferenceDate", myReferenceDate_);
+  coder.encodeObject("mySeisReferenceTime", mySeisReferenceTime_.get());
+  coder.encodeInt32("tag", tag_);
+  coder.encodeInt32("verbose", verbose_);
+  coder.encodeBool("swappedBytes", swappedBytes_);
+}
+
+Ref<SacObject> SacObject::initWithCoder(KeyedUnarchiver& coder) {
+  if (!init()) return nullptr;
+  setMyData(coder.decodeBytes("myData"));
+  setMSeisHasChanged(coder.decodeBool("mSeisHasChanged"));
+  setMSeisIsLocked(coder.decodeBool("mSeisIsLocked"));
+  setMyPath(coder.decodeText("myPath"));
+  setMyFileName(coder.decodeText("myFileName"));
+  setLabelString(coder.decodeText("labelString"));
+  setMyReferenceDate(coder.decodeDate("myReferenceDate"));
+  setMySeisReferenceTime(coder.decodeObject<SeisTimeObject>("mySeisReferenceTime"));
+  setTag(coder.decodeInt32("tag"));
+  setVerbose(coder.decodeInt32("verbose"));
+  setSwappedBytes(coder.decodeBool("swappedBytes"));
+  setupPointers();
+  setFlinnEngdahlRegion();
+  computeDistAzBAz();
+  return Ref<SacObject>(this);
+}
+
+Ref<SacObject> SacObject::clone() const {
+  auto copy = make<SacObject>();
+  if (!copy || !copy->init()) return nullptr;
+  if (myData_) {
+    copy->setMyData(ByteBuffer::copyOf(myData_->bytes(), myData_->length()));
+    if (!copy->myData_) return nullptr;
+  }
+  copy->setMyPath(myPath_);
+  copy->setMyFileName(myFileName_);
+  copy->setLabelString(labelString_);
+  copy->setMyReferenceDate(myReferenceDate_);
+  if (mySeisReferenceTime_) copy->setMySeisReferenceTime(mySeisReferenceTime_->copyWithZone());
+  copy->setupPointers();
+  copy->setSwappedBytes(swappedBytes_);
+  copy->setFlinnEngdahlRegion();
+  copy->computeDistAzBAz();
+  copy->fixEndTime();
+  copy->setMSeisHasChanged(mSeisHasChanged_);
+  copy->setMSeisIsLocked(mSeisIsLocked_);
+  copy->setVerbose(verbose_);
+  copy->setTag(tag_);
+  return copy;
+}
+
+}  // namespace krosac
