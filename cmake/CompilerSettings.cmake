@@ -8,8 +8,7 @@ set(CMAKE_C_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 # Results must be the same bits on every level and machine: no fused multiply-add, no fast-math.
-target_compile_options(krosac_settings INTERFACE -ffp-contract=off -Wall -Wextra -Wpedantic -Wshadow
-                                                 $<$<COMPILE_LANGUAGE:CXX>:-Wconversion>)
+target_compile_options(krosac_settings INTERFACE -ffp-contract=off -Wall -Wextra -Wpedantic -Wshadow)
 target_compile_definitions(krosac_settings INTERFACE _FILE_OFFSET_BITS=64)
 
 if(KROSAC_SANITIZE)
