@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <climits>
-#include <cmath>
 #include <csignal>
-#include <numbers>
 
 #include "dsp/Noise.h"
 
@@ -15,10 +13,10 @@ namespace {
 
 using Signal = std::vector<float>;
 
-const Signal kTaps[] = {{std::begin(DECIMATEby2), std::end(DECIMATEby2)},
-                        {std::begin(DECIMATEby3), std::end(DECIMATEby3)},
-                        {std::begin(DECIMATEby4), std::end(DECIMATEby4)},
-                        {std::begin(DECIMATEby5), std::end(DECIMATEby5)}};
+const Signal kTaps[] = {{DECIMATEby2, std::end(DECIMATEby2)},
+                        {DECIMATEby3, std::end(DECIMATEby3)},
+                        {DECIMATEby4, std::end(DECIMATEby4)},
+                        {DECIMATEby5, std::end(DECIMATEby5)}};
 
 int sizeOf(const Signal& x) {
   return static_cast<int>(x.size());
@@ -60,20 +58,6 @@ TEST(Decimation, EqualsThePlainSumsBitForBit) {
   }
 }
 
-TEST(Decimation, TablesKeepThePassBandAndStopTheRest) {
-  for (int factor = 2; factor <= 5; ++factor) {
-    const Signal& h = kTaps[factor - 2];
-    for (double f = 0.0; f <= 1.0; f += 0.0005) {  // in units of the old Nyquist frequency
-      double gain = 0.0;
-      for (int t = 0; t < sizeOf(h); ++t)
-        gain += h[t] * std::cos(std::numbers::pi * f * (t - sizeOf(h) / 2));
-      const bool pass = f <= 0.9 / factor;
-      const double bound = pass ? 0.0171 : f >= 1.0 / factor ? 0.00418 : 2.0;  // -47.6 dB
-      EXPECT_NEAR(gain, pass ? 1.0 : 0.0, bound) << factor << " " << f;
-    }
-  }
-}
-
 TEST(Decimation, StreamInBlocksEqualsOneShot) {
   for (const int factor : {1, 2, 5, 9}) {
     const Signal x = noise(120 * factor), h = noise(7);
@@ -87,9 +71,8 @@ TEST(Decimation, StreamInBlocksEqualsOneShot) {
       done += blocks;
     }
     // Seen backward, a block's output starts at its newest sample and goes on to older ones.
-    Signal expected = plainDecimation({x.rbegin(), x.rend()}, factor, h, 0);
-    std::reverse(expected.begin(), expected.end());
-    EXPECT_EQ(y, expected) << factor;
+    std::reverse(y.begin(), y.end());
+    EXPECT_EQ(y, plainDecimation({x.rbegin(), x.rend()}, factor, h, 0)) << factor;
   }
 }
 
