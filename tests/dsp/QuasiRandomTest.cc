@@ -1,0 +1,98 @@
+#include "krosac/dsp/QuasiRandom.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <random>
+#include <set>
+#include <thread>
+#include <tuple>
+#include <vector>
+
+namespace krosac {
+namespace {
+
+using Point = std::vector<float>;
+
+struct Sequence : QuasiRandomContext {
+  explicit Sequence(int d) : QuasiRandomContext{} { QuasiRandomInitialize(this, d); }
+  ~Sequence() { QuasiRandomRelease(this); }
+  Point next() {
+    Point out(dimensions);
+    QuasiRandomNumber(this, out.data());
+    return out;
+  }
+};
+
+TEST(QuasiRandom, FirstPointsArePublished) {
+  // Columns 2 and 3 of the first points of Joe and Kuo (2008), in eighths.
+  const float published[][2] = {{4, 4}, {2, 2}, {6, 6}, {3, 5}, {7, 1}, {1, 7}, {5, 3}};
+  Sequence sequence(2);
+  for (const auto& [x, y] : published) EXPECT_EQ(sequence.next(), (Point{x / 8, y / 8}));
+}
+
+TEST(QuasiRandom, EveryDimensionFillsEveryDyadicIntervalOnce) {
+  Sequence sequence(52);
+  std::vector<std::set<float>> hits(52, {0.0f});  // the origin
+  for (int k = 1; k < 1024; ++k) {
+    const Point point = sequence.next();
+    for (int d = 0; d < 52; ++d) hits[d].insert(std::floor(point[d] * 1024));
+  }
+  for (const auto& h : hits) EXPECT_TRUE(h.size() == 1024 && *h.rbegin() == 1023.0f);
+}
+
+TEST(QuasiRandom, IntegratesBetterThanPseudoRandomNumbers) {
+  constexpr int kPoints = 1 << 14;
+  Sequence sequence(52);
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> uniform(0.0, 1.0);
+  double quasi = 0.0, pseudo = 0.0;
+  for (int k = 0; k < kPoints; ++k) {
+    const Point point = sequence.next();
+    double q = 1.0 / kPoints, p = q;
+    for (int d = 0; d < 52; ++d) {
+      q *= 1.0 + (point[d] - 0.5) / (d + 1);
+      p *= 1.0 + (uniform(random) - 0.5) / (d + 1);
+    }
+    quasi += q;
+    pseudo += p;
+  }
+  // The integral is 1. Random points are off by about 0.37/sqrt(points) = 3e-3.
+  EXPECT_LT(std::abs(quasi - 1.0), 5e-4);
+  EXPECT_LT(5.0 * std::abs(quasi - 1.0), std::abs(pseudo - 1.0));
+}
+
+TEST(QuasiRandom, StartsAgainAfterTwoToTheThirtyPoints) {
+  Sequence sequence(3);
+  sequence.counter = (1u << 30) - 1;  // the last point and the origin differ by the same step
+  EXPECT_NE(sequence.next(), Point(3));
+  sequence.counter = (1u << 30) - 1;
+  EXPECT_EQ(sequence.next(), Point(3));
+  EXPECT_EQ(sequence.next(), Point(3, 0.5f));
+}
+
+// Releases too many, and those of other threads, must not take the table from who uses it.
+TEST(QuasiRandom, StatusAndSharedTable) {
+  Sequence sequence(2);
+  const auto comeAndGo = [] {
+    for (const auto& [asked, status, dimensions] :
+         {std::tuple{52, 0, 52}, {53, -1, 52}, {INT_MAX, -1, 52}, {0, 0, 0}, {INT_MIN, 0, 0}}) {
+      for (int k = 0; k < 100; ++k) {
+        Sequence own(asked);
+        EXPECT_EQ(own.status, status);
+        EXPECT_EQ(own.next(), Point(dimensions, 0.5f));
+        QuasiRandomRelease(&own);
+        EXPECT_EQ(own.status, -9);
+        QuasiRandomNumber(&own, nullptr);
+      }
+    }
+  };
+  std::thread first(comeAndGo), second(comeAndGo);
+  first.join();
+  second.join();
+  EXPECT_EQ(sequence.next(), Point(2, 0.5f));
+}
+
+}  // namespace
+}  // namespace krosac
