@@ -6,6 +6,10 @@
 #include "krosac/dsp/Convolution.h"
 #include "krosac/dsp/Decimation.h"
 #include "krosac/dsp/Fft.h"
+#include "krosac/dsp/InstrumentResponse.h"
+#include "krosac/dsp/PoleZeroFile.h"
+#include "krosac/dsp/QuasiRandom.h"
+#include "krosac/dsp/Statistics.h"
 #include "krosac/sacio/SacFile.h"
 #include "krosac/sacio/SacHeader.h"
 #include "krosac/timegeo/Calendar.h"
@@ -14,6 +18,8 @@
 #include "krosac/timegeo/GreatCircle.h"
 
 #ifdef __cplusplus
+#include "krosac/dsp/Misfits.h"
+#include "krosac/dsp/Rotation.h"
 #include "krosac/platform/Archive.h"
 #include "krosac/platform/ByteBuffer.h"
 #include "krosac/platform/Date.h"

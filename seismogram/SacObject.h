@@ -33,6 +33,8 @@
 
 namespace krosac {
 
+class PackedSpectrum;
+
 class KROSAC_API SacObject : public Archivable {
  public:
   // ---- Construction and loading (SacObjectLoading.cc) ----
@@ -397,13 +399,84 @@ class KROSAC_API SacObject : public Archivable {
   // there is a gap.
   void AppendSacObject(const SacObject& other);
 
-  // ---- Filters (SacObjectFilters.cc) ----
+  // ---- Filters (SacObjectFilters.cc, SacObjectAnalyticSignal.cc) ----
+  //
+  // The spectral ones transform the trace padded with zeros to the least power of two above NPTS,
+  // shape the spectrum and transform back, all phases kept but where said otherwise. They end with
+  // ComputeExtrema and set mSeisHasChanged, and do nothing to an empty trace.
 
   // Butterworth low-pass and high-pass: corner in Hz, passes (2 gives zero phase, any other number
   // one forward pass), poles (rounded down to an even number, at most 21). Nothing unless the
   // corner is above 0.
   void LPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std::int32_t poles);
   void HPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std::int32_t poles);
+  // Gaussian low-pass exp(-w^2 / 4 a^2), a in rad/s.
+  void RGaussianFilter(float a);
+  // Replaces one such Gaussian by another; where the old one is below 1e-6 the new one alone is
+  // applied.
+  void RGaussianFilterSwapOld_New(float oldA, float newA);
+  // Gaussian band-pass exp(-alpha^2 (w - w0)^2) around f0 Hz, alpha in s, times sqrt(alpha pi) /
+  // w0. At the Nyquist frequency alpha stands to the first power (intended).
+  void SGaussianFilter_Alpha(float f0, float alpha);
+  // Band-pass from f1 to f4 Hz with edges up to f2 and from f3 on, 1 - cos and cos of a quarter
+  // wave (two different shapes, intended).
+  void CosineTaperFilter(float f1, float f2, float f3, float f4);
+  // Attenuation with t* in s and its dispersion; the Nyquist value becomes 0.
+  void TstarFilter(float tstar);
+  // Convolutions with a one-cycle cosine pulse or a trapezoid of unit area, durations in s; the
+  // result is advanced by one sample (intended). Nothing for a negative duration, or a cosine pulse
+  // shorter than 1.5 samples. Zeros for a trapezoid without area.
+  void CosineTimeFunctionFilterDuration(float duration);
+  void TrapezoidFilter(float rise, float top, float fall);
+  // The modulus of the analytic signal, whose value at zero frequency is doubled too (intended).
+  void Envelope();
+  // The instantaneous frequency in Hz, despite the name, from the analytic signal and its
+  // derivative, each smoothed in place by a five-point running mean mirrored about the end samples;
+  // -0.01 where there is no power.
+  void InstantaneousPeriod();
+  // Weakens each frequency by its share, of the strongest, in the noise before time t. Without
+  // noise before t the trace becomes not a number; nothing where t has no sample index.
+  void NoiseFilterStartingAtTime(float t);
+  // The packed spectrum (see realft) of the samples times DELTA, as floats; the trace stays. Empty
+  // without memory.
+  Ref<ByteBuffer> spectrum() const;
+  // Multiplies the samples by 2 / (N DELTA), N the padded length, and nothing else (intended).
+  void prewhiten();
+
+  // ---- Deconvolution, correlation and instruments (SacObjectDeconvolution.cc,
+  // SacObjectInstrument.cc) ----
+  //
+  // Spectral operations as above. The other trace is read for as many samples as this one has;
+  // those that it lacks are zeros. Its DELTA is not looked at.
+
+  // Spectral division by another trace, whose power is held above `level` times its greatest,
+  // shifted by tshift s, so that zero lag lies tshift after the first sample; with a Gaussian
+  // low-pass of width a (rad/s). At zero and Nyquist frequency the numerator is squared (intended).
+  // Method: Clayton and Wiggins (1976). Not a number where the other trace is zero.
+  void WaterLevelDeconWith_wlevel_tshift(const SacObject& other, float level, float tshift);
+  void WaterLevelDeconWith_wlevel_tshift_gwidth(const SacObject& other, float level, float tshift,
+                                                float a);
+  // The same as the second; the count of iterations and the misfit are not used (intended).
+  void iterDeconWith_wlevel_tshift_gwidth_nIter_minMF(const SacObject& other, float level,
+                                                      float tshift, float a, int iterations,
+                                                      float misfit);
+  // The cross-correlation sum of a[l + n] b[l], not normalised, with zero lag at time 0: B and E
+  // are set.
+  void correlateWith(const SacObject& other);
+  // The lag in s, up to half the padded length both ways, of the greatest absolute correlation, and
+  // that correlation over the root of both energies. The trace stays; the energies are put into
+  // USER9 of both traces. At zero and Nyquist frequency this trace is squared (intended). (0, NaN)
+  // for an empty trace.
+  std::pair<double, double> GetOptimalShift(SacObject& other);
+  // Convolves with a built-in instrument (see GetInstrumentResponse).
+  void ConvolveInstrument(int code);
+  // Removes the response of a pole-zero file within a band with the edges f1 to f2 and f3 to f4 Hz,
+  // applied where f2 > f1 and f4 > f3. A file that cannot be read leaves the trace as it is and the
+  // log says so.
+  void DeconvolveInstrument_TaperCorners(const std::string& path, const float corners[4]);
+  // Removes the Gaussian exp(-k t^2), k in 1/s^2, whose amplitude fits the 5 s before time 0.
+  // Nothing when B is above 0.
+  void subtractZeroLagGaussian(float k);
 
  protected:
   ~SacObject() override;
@@ -436,6 +509,7 @@ class KROSAC_API SacObject : public Archivable {
 
   // The samples that are both stated by NPTS and in the buffer.
   std::span<float> samples() const;
+  friend std::span<float> samplesOf(const SacObject& s);
   bool hasValidImage() const;
   bool installImage(Ref<ByteBuffer> image);
   void samplesChanged();
@@ -451,6 +525,17 @@ class KROSAC_API SacObject : public Archivable {
   void scaleByTime(Weight weight);
   bool hasTravelDistance() const;
   void installDecimated(std::int32_t count, float interval);
+
+  template <typename Shape>
+  void shapeSpectrum(Shape shape, double scale = 1.0);
+  void takeBack(PackedSpectrum& spectrum, double scale = 1.0);
+  template <typename Weight>
+  void convolveWithPulse(std::int64_t m, Weight weight);
+
+  struct SpectrumPair;
+  SpectrumPair spectraWith(const SacObject& other) const;
+  template <typename Window>
+  void divideSpectrum(const SacObject& other, float level, float tshift, Window window);
 
   void storeReferenceFields(const SeisTimeObject& time, std::int32_t dayOfYear);
   void moveReference(float t, bool movesFini);

@@ -1,7 +1,19 @@
+#include <algorithm>
+#include <cmath>
+#include <span>
+
 #include "krosac/dsp/Butterworth.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/dsp/Convolution.h"
+#include "krosac/dsp/WeightsInternal.h"
+#include "krosac/platform/TruncIndexInternal.h"
+#include "krosac/seismogram/SacObjectSpectralInternal.h"
 
 namespace krosac {
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+
+}  // namespace
 
 void SacObject::LPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std::int32_t poles) {
   if (!(corner > 0.0f)) return;
@@ -15,6 +27,179 @@ void SacObject::HPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std
   const auto x = samples();
   GRHPBUfilter(x.data(), static_cast<int>(x.size()), passes, poles, delta(), corner);
   samplesChanged();
+}
+
+void SacObject::takeBack(PackedSpectrum& spectrum, double scale) {
+  spectrum.inverse(scale);
+  const auto x = samples();
+  std::copy_n(spectrum.values(), x.size(), x.begin());
+  samplesChanged();
+}
+
+void SacObject::RGaussianFilter(float a) {
+  const auto gaussian = [a](double omega) { return std::exp(-omega * omega / (4.0 * a * a)); };
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.nyquist() = static_cast<float>(s.nyquist() * gaussian(s.nyquistOmega()));
+    s.scaleBins(gaussian);
+  });
+}
+
+void SacObject::RGaussianFilterSwapOld_New(float oldA, float newA) {
+  constexpr double kLeastDivisor = 1e-6;
+  const auto gaussian = [](double omega, double a) {
+    return std::exp(-omega * omega / (4.0 * a * a));
+  };
+  const auto exchange = [&](double omega) {
+    const double divisor = gaussian(omega, oldA), factor = gaussian(omega, newA);
+    return divisor > kLeastDivisor ? factor / divisor : factor;
+  };
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.nyquist() = static_cast<float>(s.nyquist() * exchange(s.nyquistOmega()));
+    s.scaleBins(exchange);
+  });
+}
+
+void SacObject::SGaussianFilter_Alpha(float f0, float alpha) {
+  const auto w0 = static_cast<float>(kTwoPi * f0);
+  const auto squaredOffset = [w0](double omega) { return (omega - w0) * (omega - w0); };
+  const double squaredAlpha = static_cast<double>(alpha) * alpha;
+  const auto window = [&](double omega) { return std::exp(-squaredAlpha * squaredOffset(omega)); };
+  shapeSpectrum(
+      [&](PackedSpectrum& s) {
+        s.dc() = static_cast<float>(s.dc() * window(0.0));
+        // Here alpha stands to the first power; this is intended.
+        s.nyquist() =
+            static_cast<float>(s.nyquist() * std::exp(-alpha * squaredOffset(s.nyquistOmega())));
+        s.scaleBins(window);
+      },
+      std::sqrt(alpha * kPi / (static_cast<double>(w0) * w0)));
+}
+
+void SacObject::CosineTaperFilter(float f1, float f2, float f3, float f4) {
+  shapeSpectrum([&](PackedSpectrum& s) {
+    const auto weight = [&](float f) { return cosineEdges(f, f1, f2, f3, f4); };
+    s.dc() = static_cast<float>(s.dc() * weight(0.0f));
+    s.nyquist() = static_cast<float>(s.nyquist() * weight(s.nyquistFrequency()));
+    s.forEachBin([&](std::size_t k, float& re, float& im) {
+      const double w = weight(s.frequency(k));
+      re = static_cast<float>(re * w);
+      im = static_cast<float>(im * w);
+    });
+  });
+}
+
+void SacObject::TstarFilter(float tstar) {
+  constexpr float kOneOverPi = 0.31830989f;
+  constexpr double kLargestExponent = 10.0;
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.nyquist() = 0.0f;
+    s.forEachBin([&](std::size_t k, float& re, float& im) {
+      const double omega = s.omega(k), exponent = omega * tstar / 2.0;
+      const double amplitude = std::fabs(exponent) <= kLargestExponent ? std::exp(-exponent) : 0.0;
+      const double dispersion = k > 1 ? std::log(omega) * omega * tstar * kOneOverPi : 0.0;
+      const double phase = dispersion - omega * tstar;
+      multiply(re, im, amplitude * std::cos(phase), -amplitude * std::sin(phase));
+    });
+  });
+}
+
+// Replaces the samples by their convolution with a pulse of m weights, made by weight(i) and scaled
+// to unit area.
+template <typename Weight>
+void SacObject::convolveWithPulse(std::int64_t m, Weight weight) {
+  const auto x = samples();
+  if (x.empty() || m > INT32_MAX) return;
+  const auto pulse = ByteBuffer::zeroed(sizeof(float) * static_cast<std::size_t>(m));
+  const auto out = ByteBuffer::zeroed(x.size_bytes());
+  if (!pulse || !out) return;
+  const std::span w(reinterpret_cast<float*>(pulse->mutableBytes()), static_cast<std::size_t>(m));
+  float sum = 0.0f;
+  for (std::size_t i = 0; i < w.size(); ++i)
+    sum += w[i] = static_cast<float>(weight(static_cast<float>(i)));
+  if (sum != 0.0f) {  // a pulse without area gives zeros
+    for (float& value : w) value /= delta() * sum;
+  }
+  auto* convolved = reinterpret_cast<float*>(out->mutableBytes());
+  TDconvolve(x.data(), w.data(), convolved, static_cast<unsigned>(x.size()), static_cast<int>(m),
+             delta());
+  std::copy_n(convolved, x.size(), x.begin());
+  samplesChanged();
+}
+
+void SacObject::CosineTimeFunctionFilterDuration(float duration) {
+  constexpr float kTwoPiSingle = 6.2831855f;
+  if (!(duration >= 0.0f)) return;
+  const std::int32_t m = truncIndex(duration / delta() + 0.5);
+  if (m < 2) return;
+  convolveWithPulse(m, [&](float i) {
+    return (1.0 - std::cos(i * delta() * kTwoPiSingle / duration)) / duration;
+  });
+}
+
+void SacObject::TrapezoidFilter(float rise, float top, float fall) {
+  const auto count = [this](float t) { return std::int64_t{truncIndex(t / delta() + 0.5)}; };
+  const std::int64_t nRise = count(rise), nTop = count(top), nFall = count(fall);
+  if (nRise < 0 || nTop < 0 || nFall < 0) return;
+  const auto fallBegins = static_cast<float>(nRise + nTop);
+  convolveWithPulse(nRise + nTop + nFall, [&](float i) {
+    if (i < static_cast<float>(nRise)) return i * delta() / rise;
+    // The top is one weight longer than nTop; where there is no fall that weight is dropped.
+    return i <= fallBegins ? 1.0f : 1.0f - (i - fallBegins) * delta() / fall;
+  });
+}
+
+void SacObject::NoiseFilterStartingAtTime(float t) {
+  const auto x = samples();
+  const std::int32_t index = truncIndex((t - b()) / delta());
+  if (x.empty() || index == kNoIndex) return;
+  const auto k = static_cast<std::size_t>(std::clamp<std::int64_t>(index, 0, std::ssize(x)));
+  PackedSpectrum noise(x.first(k), paddedLength(x.size()), delta());
+  if (!noise) return;
+
+  const std::span window(noise.values(), k);
+  float sum = 0.0f;
+  for (const float value : window) sum += value;
+  const float mean = sum / static_cast<float>(k), half = static_cast<float>(k / 2);
+  for (std::size_t i = 0; i < k; ++i) {
+    const auto place = static_cast<float>(i);
+    window[i] = (window[i] - mean) * (i < k / 2 ? place / half : 1.0f - (place - half) / half);
+  }
+  noise.forward();
+
+  float greatest = std::max(std::fabs(noise.dc()), std::fabs(noise.nyquist()));
+  noise.forEachBin([&](std::size_t, float& re, float& im) {
+    re = std::sqrt(re * re + im * im);  // from here on the amplitude
+    greatest = std::max(greatest, re);
+  });
+  // Without noise these factors are not a number, and so becomes the trace.
+  const auto factor = [greatest](float amplitude) {
+    return 1.0f - std::fabs(amplitude) / greatest;
+  };
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.dc() *= factor(noise.dc());
+    s.nyquist() *= factor(noise.nyquist());
+    const float* amplitude = noise.values();
+    s.forEachBin([&](std::size_t bin, float& re, float& im) {
+      re *= factor(amplitude[2 * bin]);
+      im *= factor(amplitude[2 * bin]);
+    });
+  });
+}
+
+Ref<ByteBuffer> SacObject::spectrum() const {
+  const auto x = samples();
+  PackedSpectrum spectrum(x, paddedLength(x.size()), delta());
+  if (!spectrum) return nullptr;
+  for (float& value : std::span(spectrum.values(), x.size())) value *= delta();
+  spectrum.forward();
+  return spectrum.buffer();
+}
+
+// The whitened spectrum itself is nowhere used: this only scales, as intended.
+void SacObject::prewhiten() {
+  const auto x = samples();
+  if (x.empty()) return;
+  ScaleAmplitudes(2.0f / (static_cast<float>(paddedLength(x.size())) * delta()));
 }
 
 }  // namespace krosac

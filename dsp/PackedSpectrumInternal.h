@@ -1,0 +1,87 @@
+// The spectrum of a real trace as realft packs it, for the operations that shape it.
+#ifndef KROSAC_DSP_PACKEDSPECTRUMINTERNAL_H
+#define KROSAC_DSP_PACKEDSPECTRUMINTERNAL_H
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <span>
+
+#include "krosac/dsp/Fft.h"
+#include "krosac/platform/ByteBuffer.h"
+
+namespace krosac {
+
+inline constexpr double kTwoPi = 6.283185307179586;
+
+// The least power of two greater than a number of samples: 2^k samples are padded to 2^(k+1).
+inline std::size_t paddedLength(std::size_t samples) {
+  return std::bit_ceil(samples + 1);
+}
+
+// A trace padded with zeros to n values, a power of two, and its transform: the value at zero
+// frequency, at the Nyquist frequency, and the complex bins k = 1 .. n/2 - 1 at k df. The forward
+// transform has the positive exponent.
+class PackedSpectrum {
+ public:
+  // Holds nothing where there is no memory.
+  PackedSpectrum(std::size_t n, float delta)
+      : n_(n),
+        delta_(delta),
+        df_(1.0f / (static_cast<float>(n) * delta)),
+        work_(ByteBuffer::zeroed(n * sizeof(float))) {}
+  PackedSpectrum(std::span<const float> samples, std::size_t n, float delta)
+      : PackedSpectrum(n, delta) {
+    if (work_) std::ranges::copy(samples.first(std::min(n, samples.size())), values());
+  }
+
+  explicit operator bool() const { return static_cast<bool>(work_); }
+  std::size_t size() const { return n_; }
+  const Ref<ByteBuffer>& buffer() const { return work_; }
+  float* values() const { return reinterpret_cast<float*>(work_->mutableBytes()); }
+
+  void forward() { realft(values() - 1, n_, 1); }
+  // Inverse after forward gives the samples, times the scale.
+  void inverse(double scale = 1.0) {
+    realft(values() - 1, n_, -1);
+    const double factor = scale * 2.0 / static_cast<double>(n_);
+    for (float& value : std::span(values(), n_)) value = static_cast<float>(value * factor);
+  }
+
+  float& dc() { return values()[0]; }
+  float& nyquist() { return values()[1]; }
+  // Calls bin(k, re, im) for k = 1 .. n/2 - 1.
+  template <typename Bin>
+  void forEachBin(Bin bin) {
+    float* value = values();
+    for (std::size_t k = 1; k < n_ / 2; ++k) bin(k, value[2 * k], value[2 * k + 1]);
+  }
+  // Multiplies each bin by the real factor of its angular frequency in rad/s; the other two values
+  // stay.
+  template <typename Factor>
+  void scaleBins(Factor factor) {
+    forEachBin([&](std::size_t k, float& re, float& im) {
+      const double g = factor(omega(k));
+      re = static_cast<float>(re * g);
+      im = static_cast<float>(im * g);
+    });
+  }
+
+  float df() const { return df_; }
+  float frequency(std::size_t k) const { return static_cast<float>(k) * df_; }
+  // df 2 pi is rounded to single precision before the multiplication.
+  float omega(std::size_t k) const {
+    return static_cast<float>(k) * static_cast<float>(df_ * kTwoPi);
+  }
+  float nyquistFrequency() const { return 0.5f / delta_; }
+  double nyquistOmega() const { return kTwoPi / 2 / delta_; }
+
+ private:
+  std::size_t n_;
+  float delta_, df_;
+  Ref<ByteBuffer> work_;
+};
+
+}  // namespace krosac
+
+#endif

@@ -1,0 +1,28 @@
+// Small pieces that the spectral operations share.
+#ifndef KROSAC_DSP_WEIGHTSINTERNAL_H
+#define KROSAC_DSP_WEIGHTSINTERNAL_H
+
+#include <cmath>
+
+namespace krosac {
+
+inline constexpr double kHalfPi = 1.5707963267948966;
+
+// A pass band f1 < f < f4 with a rising edge 1 - cos up to f2 and a falling edge cos from f3 on:
+// two different shapes, as intended. Later edges override earlier ones.
+inline double cosineEdges(float f, float f1, float f2, float f3, float f4) {
+  if (f3 <= f && f < f4) return std::cos((f - f3) * kHalfPi / (f4 - f3));
+  if (f1 < f && f <= f2) return 1.0 - std::cos((f - f1) * kHalfPi / (f2 - f1));
+  return f1 < f && f < f4 ? 1.0 : 0.0;
+}
+
+// (re + i im) times (a + i b), in double precision.
+inline void multiply(float& re, float& im, double a, double b) {
+  const double product = re * a - im * b;
+  im = static_cast<float>(re * b + im * a);
+  re = static_cast<float>(product);
+}
+
+}  // namespace krosac
+
+#endif

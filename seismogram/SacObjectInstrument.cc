@@ -1,0 +1,99 @@
+#include <cmath>
+
+#include "krosac/dsp/InstrumentResponse.h"
+#include "krosac/dsp/PoleZeroFile.h"
+#include "krosac/dsp/WeightsInternal.h"
+#include "krosac/platform/Log.h"
+#include "krosac/seismogram/SacObjectSpectralInternal.h"
+
+namespace krosac {
+namespace {
+
+constexpr float kTwoPiSingle = 6.2831854820251465f;
+
+struct Response {
+  float re = 0.0f, im = 0.0f;
+};
+
+// A response that is read from a file.
+struct PoleZeroResponse {
+  static constexpr int kMostPairs = 32;
+  float poles[2 * kMostPairs] = {}, zeros[2 * kMostPairs] = {}, constant = 1.0f;
+  int poleCount = 0, zeroCount = 0;
+
+  bool read(const std::string& path) {
+    if (ParsePoleZeroFile(path.c_str(), poles, zeros, &constant, &poleCount, &zeroCount) != 0)
+      return false;
+    return poleCount > 0 || zeroCount > 0 || constant != 1.0f;
+  }
+  Response at(float omega) const {
+    Response h;
+    ComputeInstRespnse(zeroCount, zeros, poleCount, poles, &h.re, &h.im, omega, constant);
+    return h;
+  }
+};
+
+// Tapers the packed pairs at f = j df; the first pair is that of zero and Nyquist frequency, and
+// the latter is then set by its own frequency.
+void taperBand(PackedSpectrum& s, float f1, float f2, float f3, float f4) {
+  const double rise = kHalfPi / (f2 - f1), fall = kHalfPi / (f4 - f3);
+  const float nyquist = s.nyquist(), nyquistFrequency = s.nyquistFrequency();
+  const auto taper = [&](float f, float& first, float& second) {
+    double weight = f <= f1 || f > f4 ? 0.0 : 1.0;
+    if (f1 < f && f <= f2) weight *= 1.0 - std::cos((f - f1) * rise);
+    if (f3 <= f && f < f4) weight *= std::cos((f - f3) * fall);
+    // Assigned, since a response of zero leaves values that are not finite.
+    first = weight == 0.0 ? 0.0f : static_cast<float>(first * weight);
+    second = weight == 0.0 ? 0.0f : static_cast<float>(second * weight);
+  };
+  taper(0.0f, s.dc(), s.nyquist());
+  s.forEachBin([&](std::size_t k, float& re, float& im) { taper(s.frequency(k), re, im); });
+  if (nyquistFrequency > f4) {
+    s.nyquist() = 0.0f;
+  } else if (nyquistFrequency > f3) {
+    s.nyquist() = static_cast<float>(nyquist * std::cos((nyquistFrequency - f3) * fall));
+  }
+}
+
+}  // namespace
+
+void SacObject::ConvolveInstrument(int code) {
+  const auto response = [code](float omega) {
+    Response h;
+    GetInstrumentResponse(code, &h.re, &h.im, omega);
+    return h;
+  };
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.dc() *= response(0.0f).re;
+    s.nyquist() *= response(s.nyquistFrequency() * kTwoPiSingle).re;
+    s.forEachBin([&](std::size_t k, float& re, float& im) {
+      const Response h = response(s.omega(k));
+      multiply(re, im, h.re, h.im);
+    });
+  });
+}
+
+void SacObject::DeconvolveInstrument_TaperCorners(const std::string& path, const float corners[4]) {
+  PoleZeroResponse response;
+  if (!response.read(path)) {
+    log("No instrument response in %s; the seismogram is left as it is.", path.c_str());
+    return;
+  }
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.dc() /= response.at(0.0f).re;
+    s.nyquist() /= response.at(s.nyquistFrequency() * kTwoPiSingle).re;
+    s.forEachBin([&](std::size_t k, float& re, float& im) {
+      const Response h = response.at(s.omega(k));
+      const double squared = static_cast<double>(h.re) * h.re + static_cast<double>(h.im) * h.im;
+      if (squared > 0.0) {
+        multiply(re, im, h.re / squared, -h.im / squared);
+      } else {
+        re = im = 0.0f;
+      }
+    });
+    const float f1 = corners[0], f2 = corners[1], f3 = corners[2], f4 = corners[3];
+    if (f2 > f1 && f4 > f3) taperBand(s, f1, f2, f3, f4);
+  });
+}
+
+}  // namespace krosac
