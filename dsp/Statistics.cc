@@ -85,13 +85,14 @@ float vmean(const float* x, int n) {
 
 float kahanSum(const float* x, int n) {
   if (!x) return 0.0f;
+  // Every step is volatile, so that no compiler option joins steps and the compensation stays.
   double sum = x[0];
-  double lost = 0.0;
+  volatile double lost = 0.0;
   for (int i = 1; i < n; ++i) {
-    // Volatile, so that no compiler option lets the compensation cancel out.
     const volatile double term = x[i] - lost;
     const volatile double next = sum + term;
-    lost = (next - sum) - term;
+    const volatile double gained = next - sum;
+    lost = gained - term;
     sum = next;
   }
   return static_cast<float>(sum);

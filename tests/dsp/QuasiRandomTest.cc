@@ -25,11 +25,17 @@ struct Sequence : QuasiRandomContext {
   }
 };
 
-TEST(QuasiRandom, FirstPointsArePublished) {
-  // Columns 2 and 3 of the first points of Joe and Kuo (2008), in eighths.
-  const float published[][2] = {{4, 4}, {2, 2}, {6, 6}, {3, 5}, {7, 1}, {1, 7}, {5, 3}};
-  Sequence sequence(2);
-  for (const auto& [x, y] : published) EXPECT_EQ(sequence.next(), (Point{x / 8, y / 8}));
+TEST(QuasiRandom, IsTheSequenceOfJoeAndKuo) {
+  // Columns 2 to 53 of the point with index 999 in 1024ths, from SciPy 1.10, qmc.Sobol.
+  const Point published = {931, 83,  1013, 991, 865, 879, 729, 833, 647, 23,  453, 485, 969,
+                           851, 571, 289,  673, 695, 39,  343, 371, 397, 361, 789, 353, 233,
+                           171, 381, 797,  983, 85,  495, 799, 757, 341, 549, 147, 763, 811,
+                           359, 709, 791,  655, 285, 671, 957, 365, 959, 299, 169, 849, 579};
+  Sequence sequence(52);
+  Point point;
+  while (sequence.counter < 999) point = sequence.next();
+  for (float& x : point) x *= 1024;
+  EXPECT_EQ(point, published);
 }
 
 TEST(QuasiRandom, EveryDimensionFillsEveryDyadicIntervalOnce) {
