@@ -23,6 +23,7 @@
 #include "krosac/platform/Archive.h"
 #include "krosac/platform/ByteBuffer.h"
 #include "krosac/platform/Date.h"
+#include "krosac/platform/Fields.h"
 #include "krosac/platform/Log.h"
 #include "krosac/platform/Object.h"
 #include "krosac/platform/Resources.h"
