@@ -14,10 +14,10 @@ extern KROSAC_API const float depths[8];
 extern KROSAC_API const float pEllipCoeff[504];
 
 // The ellipticity correction (s) of the travel time from a source (degrees, depth in km) to a
-// station (degrees): about -2 to 1 s. The coefficients are
-// interpolated in distance and depth, and combined by the source's colatitude and its azimuth to
-// the station. Distances beyond 100 degrees and depths beyond 700 km count as 100 degrees and
-// 700 km; a depth above the surface extrapolates the first row. A NaN gives NaN.
+// station (degrees). The coefficients are interpolated in distance and depth, and combined by the
+// source's colatitude and its azimuth to the station. Distances beyond 100 degrees and depths
+// beyond 700 km count as 100 degrees and 700 km; a depth above the surface extrapolates the first
+// row. A NaN gives NaN.
 KROSAC_API float ellipCorrection(float sourceLatitude, float sourceLongitude, float sourceDepth,
                                  float stationLatitude, float stationLongitude);
 

@@ -82,27 +82,17 @@ TEST(GreatCircle, KnownArcs) {
   }
   EXPECT_EQ(arc(0, 0, 10, -1e-30f).azimuth, 360.0) << "rounds up to the full circle";
   EXPECT_TRUE(std::isnan(arc(NAN, 0, 1, 1).distance) && std::isnan(arc(1, 1, 0, INFINITY).azimuth));
-  const float one = 1;
-  float distance = -1;
-  delta_az(&one, &one, &one, nullptr, &distance, nullptr);
-  EXPECT_EQ(distance, -1);
+  float unchanged = 1;
+  delta_az(&unchanged, &unchanged, &unchanged, nullptr, &unchanged, nullptr);
+  EXPECT_EQ(unchanged, 1);
 }
 
-TEST(GreatCircle, DirectionCosines) {
+TEST(GreatCircle, DirectionCosinesInHalfDegrees) {
   double out[4], reduced;
-  for (double lon = -725; lon <= 725; lon += 2.5) {
-    // Two degrees of this circle are one; the signs still change at 90 and 270.
-    dbpt(out, &reduced, lon / 10, lon, kDegree / 2);
-    const double phi = lon / 20, sign = reduced > 90 && reduced < 270 ? -1 : 1;
-    EXPECT_NEAR(out[0], std::sin(flattened(phi)), 1e-15);
-    EXPECT_NEAR(out[1], std::cos(flattened(phi)), 1e-14);
-    // Where it vanishes the cosine is the root of a rounded 0.
-    EXPECT_NEAR(out[2], sign * std::fabs(std::cos(lon / 2 * kDegree)), 2.2e-8) << lon;
-    EXPECT_NEAR(out[3], std::sin(lon / 2 * kDegree), 3e-15) << lon;
-    EXPECT_EQ(reduced, std::fabs(std::fmod(lon, 360.0)));
-  }
-  dbpt(out, &reduced, 90.0, 0.0, kDegree / 2);
-  EXPECT_TRUE(out[0] == 1.0 && out[1] == 0.0) << "90 is the pole in any unit";
+  dbpt(out, &reduced, 90.0, -620.0, kDegree / 2);
+  EXPECT_TRUE(out[0] == 1.0 && out[1] == 0.0 && reduced == 260.0) << "90 is still the pole";
+  EXPECT_NEAR(out[2], -std::cos(50 * kDegree), 1e-14) << "negative between 90 and 270";
+  EXPECT_NEAR(out[3], std::sin(50 * kDegree), 1e-14);
 }
 
 TEST(GreatCircle, EndPointsLieAtDistanceAndAzimuth) {
@@ -120,18 +110,22 @@ TEST(GreatCircle, EndPointsLieAtDistanceAndAzimuth) {
   EXPECT_TRUE(endLat == 12.5f && endLon == -77.0f);
   latLonFromDistAz(&endLat, &endLon, 57.29578f, 0, 170, 20, 90);
   EXPECT_NEAR(endLon, 190, 2e-5) << "not wrapped";
-  latLonFromDistAz(&endLat, nullptr, 57.29578f, 45, 0, 45, 0);
-  EXPECT_NEAR(endLat, 90, 2e-5) << "the pole, where the sine may round above 1";
+  for (float lat = 0; lat <= 90; lat += 0.25f) {
+    latLonFromDistAz(&endLat, nullptr, 57.29578f, lat, 0, 90 - lat, 0);
+    EXPECT_NEAR(endLat, 90, 1e-4) << "where the sine may round above 1, from " << lat;
+  }
 }
 
 TEST(GeometricSpreading, Table) {
-  const float nodes[][2] = {{20, 84.0f},    {30, 84.0f}, {32.5f, 79.5f},   {35, 76.5f},
-                            {37.5f, 74.0f}, {40, 71.5f}, {45, 67.0f},      {42.5f, 69.0f},
-                            {50, 63.5f},    {55, 59.5f}, {60, 56.0f},      {65, 53.0f},
-                            {70, 50.0f},    {75, 47.0f}, {80, 44.0f},      {85, 41.0f},
-                            {90, 38.5f},    {95, 38.5f}, {31.25f, 81.75f}, {86, 40.5f}};
-  for (const auto& [distance, factor] : nodes)
-    EXPECT_NEAR(geospread(distance), factor * 1e-6, 5e-12) << distance;
+  const double micro[] = {84.0, 79.5, 76.5, 74.0, 71.5, 69.0, 67.0, 63.5,
+                          59.5, 56.0, 53.0, 50.0, 47.0, 44.0, 41.0, 38.5};
+  for (int i = 0; i < 16; ++i) {
+    const double d = i < 6 ? 30 + 2.5 * i : 15 + 5 * i, next = i < 6 ? 1.25 : 2.5;
+    const double between = (micro[i] + micro[std::min(i + 1, 15)]) / 2;
+    EXPECT_NEAR(geospread(static_cast<float>(d)), micro[i] * 1e-6, 5e-12) << d;
+    EXPECT_NEAR(geospread(static_cast<float>(d + next)), between * 1e-6, 5e-12) << d + next;
+  }
+  EXPECT_EQ(geospread(-20), geospread(30));
   EXPECT_TRUE(std::isnan(geospread(NAN)));
 }
 

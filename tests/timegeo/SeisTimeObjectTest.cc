@@ -21,13 +21,12 @@ using Fields = std::array<double, 6>;
 
 // A time whose fields are as given, not normalised.
 Ref<SeisTimeObject> timeOf(const Fields& f) {
-  const auto whole = [&](std::size_t i) { return static_cast<std::int32_t>(f[i]); };
   auto time = make<SeisTimeObject>();
-  time->setMYr(whole(0));
-  time->setMDay(whole(1));
-  time->setMHr(whole(2));
-  time->setMMn(whole(3));
-  time->setMSec(whole(4));
+  time->setMYr(static_cast<int>(f[0]));
+  time->setMDay(static_cast<int>(f[1]));
+  time->setMHr(static_cast<int>(f[2]));
+  time->setMMn(static_cast<int>(f[3]));
+  time->setMSec(static_cast<int>(f[4]));
   time->setMMsec(f[5]);
   return time;
 }
@@ -81,12 +80,10 @@ TEST(SeisTimeObject, NormalisesAsStepByStep) {
 TEST(SeisTimeObject, NormalisesAnyValues) {
   const auto values = {1.0 * kLeast, -1.0, 0.0, 1.0, 1.0 * kMost};
   for (const double start : {-HUGE_VAL, -1e300, -1e17, 999.0, 1e17, 1e300, HUGE_VAL, 1.0 * NAN}) {
-    for (const auto date : values) {
-      for (const auto rest : values) {
-        const auto [yr, day, hr, mn, sec, msec] = normalised({date, rest, rest, date, rest, start});
-        ASSERT_TRUE(hr >= 0 && hr < 24 && mn >= 0 && mn < 60 && sec >= 0 && sec < 60);
-        ASSERT_TRUE(!std::isfinite(start) || (msec >= 0 && msec < 1000)) << start;
-      }
+    for (const auto any : values) {
+      const auto [yr, day, hr, mn, sec, msec] = normalised({any, any, any, -1, any, start});
+      ASSERT_TRUE(hr >= 0 && hr < 24 && mn >= 0 && mn < 60 && sec >= 0 && sec < 60);
+      ASSERT_TRUE(!std::isfinite(start) || (msec >= 0 && msec < 1000)) << start;
     }
   }
   const Fields cases[][2] = {
@@ -100,7 +97,7 @@ TEST(SeisTimeObject, NormalisesAnyValues) {
       {{1, -400}, {0, -35}},
   };
   for (const auto& [from, to] : cases) EXPECT_EQ(normalised(from), to);
-  timeOf({2000, 1, 0, 0, 0, -1e300})->setDOYString();  // Cut off.
+  timeOf({2000, 1, 0, 0, 0, -1e300})->setDOYString();  // Longer than its place: cut off.
 }
 
 TEST(SeisTimeObject, AddsAndSubtracts) {
@@ -128,11 +125,10 @@ TEST(SeisTimeObject, DifferencesHaveFlatYears) {
       {{2011, 70, 5, 46, 23, 250}, {2011, 70, 5, 46, 24}, {0, -1, 23, 59, 59, 250}},
       {{2012, 10, 1}, {2002, 10}, {10, 0, 1}},
   };
-  const double seconds[] = {0.0, -0.75, 315363600.0};
+  const float seconds[] = {0.0f, -0.75f, 315363600.0f};
   for (int i = 0; i < 3; ++i) {
     const auto time = timeOf(cases[i][0]);
-    EXPECT_EQ(time->differenceInSecondsFrom(*timeOf(cases[i][1])), static_cast<float>(seconds[i]));
-    EXPECT_EQ(time->secondsValue(), seconds[i]);
+    EXPECT_EQ(time->differenceInSecondsFrom(*timeOf(cases[i][1])), seconds[i]);
     EXPECT_EQ(fieldsOf(time), cases[i][2]) << "the receiver holds the difference";
   }
   EXPECT_EQ(timeOf({kMost, kMost, kMost, kMost, kMost})->secondsValue(), kMost * 31626061.0);
@@ -147,7 +143,6 @@ TEST(SeisTimeObject, ComparesFieldByField) {
       {{2000, 1, 0, 0, 0, 1}, {2000, 1, 0, 0, 0, std::nextafter(1.0, 2.0)}, true, false},
       {{2000, 5, 1, 2, 3, 4}, {2000, 6, 1, 2, 3, 4}, true, false},
       {{2000, 300}, {2001, 1}, false, false},
-      {{2000, 1, 0, 0, 0, 5}, {2000, 1, 0, 0, 1, 4}, false, false},
   };
   for (const auto& c : cases) {
     const auto a = timeOf(c.a), b = timeOf(c.b);
@@ -155,6 +150,12 @@ TEST(SeisTimeObject, ComparesFieldByField) {
     EXPECT_EQ(b->greaterThanSeisTime(*a), c.less);
     EXPECT_FALSE(b->lessThanSeisTime(*a) || a->greaterThanSeisTime(*b));
     EXPECT_EQ(timeOf(c.b)->equalToSeisTime(*timeOf(c.a)), c.equal);
+  }
+  for (std::size_t i = 0; i < 5; ++i) {
+    Fields a{2000, 5, 5, 5, 5, 5}, b{2000, 5, 5, 5, 5, 6};
+    ++a[i];
+    EXPECT_FALSE(timeOf(a)->lessThanSeisTime(*timeOf(b))) << "field " << i;
+    EXPECT_FALSE(timeOf(a)->greaterThanSeisTime(*timeOf(b))) << "field " << i;
   }
   const auto late = timeOf({2000, 2, 0, 0, 60}), early = timeOf({2000, 1, 0, 0, 60});
   EXPECT_TRUE(late->lessThanEqualToSeisTime(*early) && early->greaterThanEqualToSeisTime(*late));
