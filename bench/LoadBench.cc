@@ -2,9 +2,9 @@
 // size.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -50,12 +50,12 @@ void BM_Read(benchmark::State& state) {
   const auto size = static_cast<std::size_t>(std::filesystem::file_size(path));
   for (auto _ : state) {
     const int file = ::open(path.c_str(), O_RDONLY);
-    void* bytes = std::malloc(size);
+    void* bytes = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     for (std::size_t done = 0; done < size;) {
       done += static_cast<std::size_t>(::read(file, static_cast<char*>(bytes) + done, size - done));
     }
     benchmark::DoNotOptimize(bytes);
-    std::free(bytes);
+    ::munmap(bytes, size);
     ::close(file);
   }
 }
