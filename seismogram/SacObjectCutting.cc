@@ -91,7 +91,8 @@ void SacObject::Decimate(std::int32_t factor) {
 void SacObject::inPlaceDecimate_UsingTempData(std::int32_t factor, ByteBuffer& scratch) {
   if (!h_ || factor < 2 || factor > 5) return;
   std::int32_t n = static_cast<std::int32_t>(samples().size()) / factor;
-  if (&scratch == myData_.get() || scratch.length() / sizeof(float) < static_cast<std::size_t>(n))
+  if (&scratch == viewedData().get() ||
+      scratch.length() / sizeof(float) < static_cast<std::size_t>(n))
     return;
   auto* decimated = reinterpret_cast<float*>(scratch.mutableBytes());
   std::fill_n(decimated, n, 0.0f);

@@ -139,11 +139,11 @@ bool SacObject::replaceSacObjectDataWithPath(const std::string& path) {
   swappedBytes_ = false;
   verbose_ = 0;
   bool foreign = false;
+  setupPointers();
   if (!h_ || !readIntoImage(path, *h_, seis_, capacity_, foreign)) {
     log("Problem reading bytes in %s", path.c_str());
     return false;
   }
-  setupPointers();
   if (!settleByteOrder(path, {true, "."}, foreign)) return false;
   fixEndTime();
   ComputeExtrema();
@@ -166,7 +166,7 @@ bool SacObject::loadFile(const std::string& path, const LoadRules& rules) {
 
 bool SacObject::hasValidImage() const {
   return h_ && hasPlausibleCounts(*h_) &&
-         static_cast<std::int64_t>(myData_->length()) == imageBytes(h_->NPTS);
+         static_cast<std::int64_t>(viewedData()->length()) == imageBytes(h_->NPTS);
 }
 
 bool SacObject::isSacFile() const {
@@ -225,8 +225,8 @@ Ref<SacObject> SacObject::InitWithSeisObject(const SacObject& other) {
 }
 
 Ref<SacObject> SacObject::initWithSeisObject(const SacObject& other) {
-  if (!other.h_ ||
-      !installImage(ByteBuffer::copyOf(other.myData_->bytes(), other.myData_->length()))) {
+  if (!other.h_ || !installImage(ByteBuffer::copyOf(other.viewedData()->bytes(),
+                                                    other.viewedData()->length()))) {
     return nullptr;
   }
   swappedBytes_ = other.swappedBytes_;
