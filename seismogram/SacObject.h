@@ -507,6 +507,8 @@ class KROSAC_API SacObject : public Archivable {
   }
   static void fillField(char* field, std::size_t width, const char* value);
 
+  // The buffer that h_ and seis_ point into.
+  const Ref<ByteBuffer>& viewedData() const { return replacedData_ ? replacedData_ : myData_; }
   // The samples that are both stated by NPTS and in the buffer.
   std::span<float> samples() const;
   friend std::span<float> samplesOf(const SacObject& s);

@@ -17,7 +17,7 @@ struct Window {
   Window(float t1, float t2, float b, float delta)
       : first(truncIndex((t1 - b) / delta)),
         end(truncIndex((t2 - t1) / delta + static_cast<float>(first))) {}
-  bool isOff(std::int64_t n) const { return end < 0 || first > n; }
+  bool isOff(std::int64_t n) const { return first == kNoIndex || end < 0 || first > n; }
   std::int64_t start() const { return std::max(first, 0); }
 };
 
@@ -39,9 +39,9 @@ std::pair<double, double> SacObject::ComputeMinMaxInRange(float t1, float t2) co
   const auto x = samples();
   const auto n = static_cast<std::int64_t>(x.size());
   const Window window(t1, t2, b(), delta());
+  if (window.first == 0 && window.end == n) return {smin(), smax()};
   // A window that starts right behind the last sample holds none, so it counts as off the trace.
   if (window.isOff(n) || window.start() >= n) return {0.0, 0.0};
-  if (window.first == 0 && window.end == n) return {smin(), smax()};
   float least = x[window.start()], greatest = least;
   for (std::int64_t i = window.start() + 1; i < std::min<std::int64_t>(window.end, n); ++i) {
     if (x[i] < least) least = x[i];

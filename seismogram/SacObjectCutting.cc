@@ -91,7 +91,8 @@ void SacObject::Decimate(std::int32_t factor) {
 void SacObject::inPlaceDecimate_UsingTempData(std::int32_t factor, ByteBuffer& scratch) {
   if (!h_ || factor < 2 || factor > 5) return;
   std::int32_t n = static_cast<std::int32_t>(samples().size()) / factor;
-  if (&scratch == myData_.get() || scratch.length() / sizeof(float) < static_cast<std::size_t>(n))
+  if (&scratch == viewedData().get() ||
+      scratch.length() / sizeof(float) < static_cast<std::size_t>(n))
     return;
   auto* decimated = reinterpret_cast<float*>(scratch.mutableBytes());
   std::fill_n(decimated, n, 0.0f);
@@ -119,11 +120,14 @@ void SacObject::AppendSacObject(const SacObject& other) {
   const float gap = other.b() - e();
   const float partial = std::fabs(gap - dt * static_cast<float>(truncIndex(gap / dt))) / dt;
   // Said so that a gap which is not a number is refused too.
-  if (!(partial < 1.1) || !(gap <= 1.1 * dt)) {
+  const bool isBroken = !(partial < 1.1);
+  if (isBroken || gap > 1.1 * dt) {
     log("Warning - could not merge seismograms, Overlap:%lf, dt:%f tolerance:%lf.",
         static_cast<double>(gap), static_cast<double>(dt), 0.1);
-    log("%s", description().c_str());
-    log("%s", other.description().c_str());
+    if (isBroken) {  // a mere gap is told by the warning alone
+      log("%s", description().c_str());
+      log("%s", other.description().c_str());
+    }
     return;
   }
   const auto first = samples(), second = other.samples();

@@ -27,13 +27,14 @@ SacHeader swapped(const SacHeader& h) {
   return *reinterpret_cast<const SacHeader*>(image->bytes());
 }
 
-// Whether a file of this size has a header that means nothing as it stands and something when
-// swapped.
+// Whether the header of a file of this size fits it better when swapped: it gives the file's exact
+// size, or at least one that the file holds, and the raw one does not.
 bool isForeign(const SacHeader& raw, std::int64_t fileBytes) {
-  const auto fits = [&](const SacHeader& h) {
-    return hasPlausibleCounts(h) && imageBytes(h.NPTS) <= fileBytes;
+  const auto fit = [&](const SacHeader& h) {
+    const bool holds = hasPlausibleCounts(h) && imageBytes(h.NPTS) <= fileBytes;
+    return !holds ? 0 : imageBytes(h.NPTS) < fileBytes ? 1 : 2;
   };
-  return !fits(raw) && fits(swapped(raw));
+  return fit(swapped(raw)) > fit(raw);
 }
 
 // Reads a file into an image that exists: its header and at most as many samples as there is room
@@ -54,7 +55,8 @@ bool readIntoImage(const std::string& path, SacHeader& h, float* samples, std::s
   }
   const std::int32_t count = std::min(swapped(raw).NPTS, most);
   const auto file = ByteBuffer::fromFile(path);
-  if (!file || static_cast<std::int64_t>(file->length()) < imageBytes(count)) return false;
+  if (count < 1 || !file || static_cast<std::int64_t>(file->length()) < imageBytes(count))
+    return false;
   std::copy_n(file->bytes(), imageBytes(count), reinterpret_cast<unsigned char*>(&h));
   h.NPTS = static_cast<std::int32_t>(__builtin_bswap32(static_cast<std::uint32_t>(count)));
   return true;
@@ -137,11 +139,11 @@ bool SacObject::replaceSacObjectDataWithPath(const std::string& path) {
   swappedBytes_ = false;
   verbose_ = 0;
   bool foreign = false;
+  setupPointers();
   if (!h_ || !readIntoImage(path, *h_, seis_, capacity_, foreign)) {
     log("Problem reading bytes in %s", path.c_str());
     return false;
   }
-  setupPointers();
   if (!settleByteOrder(path, {true, "."}, foreign)) return false;
   fixEndTime();
   ComputeExtrema();
@@ -164,7 +166,7 @@ bool SacObject::loadFile(const std::string& path, const LoadRules& rules) {
 
 bool SacObject::hasValidImage() const {
   return h_ && hasPlausibleCounts(*h_) &&
-         static_cast<std::int64_t>(myData_->length()) == imageBytes(h_->NPTS);
+         static_cast<std::int64_t>(viewedData()->length()) == imageBytes(h_->NPTS);
 }
 
 bool SacObject::isSacFile() const {
@@ -223,8 +225,8 @@ Ref<SacObject> SacObject::InitWithSeisObject(const SacObject& other) {
 }
 
 Ref<SacObject> SacObject::initWithSeisObject(const SacObject& other) {
-  if (!other.h_ ||
-      !installImage(ByteBuffer::copyOf(other.myData_->bytes(), other.myData_->length()))) {
+  if (!other.h_ || !installImage(ByteBuffer::copyOf(other.viewedData()->bytes(),
+                                                    other.viewedData()->length()))) {
     return nullptr;
   }
   swappedBytes_ = other.swappedBytes_;

@@ -21,11 +21,11 @@ OptionalText inWorkingDirectory(const std::string& name) {
 bool SacObject::writeImage(const OptionalText& path) const {
   if (!h_ || !path) return false;
   const std::size_t length = kSacHeaderBytes + samples().size_bytes();
-  if (!swappedBytes_) return myData_->writeAtomically(*path, length);
-  const auto image = ByteBuffer::copyOf(myData_->bytes(), length);
-  if (!image) return false;
-  reverseSACBytes(*image);
-  return image->writeAtomically(*path);
+  if (!swappedBytes_) return viewedData()->writeAtomically(*path, length);
+  const auto foreign = ByteBuffer::copyOf(viewedData()->bytes(), length);
+  if (!foreign) return false;
+  reverseSACBytes(*foreign);
+  return foreign->writeAtomically(*path);
 }
 
 bool SacObject::save() const {

@@ -1,0 +1,285 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+
+#include "CapturedLog.h"
+#include "TemporaryFolder.h"
+#include "seismogram/Traces.h"
+
+namespace krosac {
+namespace {
+
+using testing::ElementsAre;
+
+const Samples kSamples = {3, -1, 4, -1, 5};
+const std::string kDated =
+    "2011-03-11 05:46:23 +0000, 2011 (070) 05:46:23.120, "
+    "JAPAN - KURIL ISLANDS - KAMCHATKA PENINSULA / Near east coast of eastern Honshu, ";
+
+bool initWithData(S& s, const std::string& path) {
+  return s.initWithNSData_withPath(ByteBuffer::fromFile(path), path);
+}
+bool InitWithData(S& s, const std::string& path) {
+  return s.InitWithNSData_withPath(ByteBuffer::fromFile(path), path);
+}
+template <bool (S::*kLoad)(const std::string&)>
+bool file(S& s, const std::string& path) {
+  return (s.*kLoad)(path);
+}
+
+struct Loader {
+  bool (*load)(S&, const std::string& path);
+  bool readsFile;     // and so swaps bytes, and computes E and the extrema
+  bool saysImages;    // logs what it sees while it looks for the byte order
+  bool stops;         // with a full stop, after "is not a valid SAC file"
+  bool keepsSwapped;  // does not reset swappedBytes first
+  bool dropsOnSuccess, dropsOnFailure;
+};
+const Loader kLoaders[] = {
+    {InitWithData, false, false, true, false, true, true},
+    {initWithData, false, false, true, false, false, false},
+    {file<&S::InitWithPath>, true, true, true, false, true, false},
+    {file<&S::initWithPath>, true, false, false, false, false, false},
+    {file<&S::loadFromPath>, true, true, true, true, false, false},
+    {file<&S::replaceSacObjectDataWithPath>, true, true, true, false, false, false}};
+const auto kReplace = kLoaders[5].load;
+
+// Loads into a live object with room for five samples and all set that a loader may reset. Its
+// reference must go to the pool just where the loader drops it.
+Ref<S> loaded(const Loader& loader, const std::string& path, bool good) {
+  auto* s = alloc<S>();
+  s->initWithCapacity(5);
+  s->setVerbose(4);
+  s->setSwappedBytes(true);
+  s->setMSeisHasChanged(true);
+  s->setMSeisIsLocked(true);
+  const Ref<S> kept(s);
+  {
+    AutoreleasePool pool;
+    EXPECT_EQ(loader.load(*s, path), good);
+    EXPECT_EQ(s->retainCount(), 2);
+  }
+  const bool drops = good ? loader.dropsOnSuccess : loader.dropsOnFailure;
+  EXPECT_EQ(s->retainCount(), drops ? 1 : 2);
+  if (s->retainCount() == 2) s->release();
+  EXPECT_EQ(s->verbose(), 0);
+  return kept;
+}
+
+TEST(SacObjectLoading, EveryLoaderSetsUpTheObjectInItsOwnWay) {
+  TemporaryFolder folder;
+  const std::string native = folder.write("a.sac", sacImage(kSamples));
+  const std::string other = folder.write("foreign.sac", foreign(sacImage(kSamples)));
+  for (const Loader& loader : kLoaders) {
+    for (const bool swaps : {false, true}) {
+      SCOPED_TRACE(testing::Message() << &loader - kLoaders << swaps);
+      const bool reads = loader.readsFile;
+      const std::string path = swaps ? other : native;
+      CapturedLog captured;
+      const auto s = loaded(loader, path, reads || !swaps);
+      if (swaps && !reads) {
+        EXPECT_THAT(captured.texts, ElementsAre(path + " is not a valid SAC file."));
+        EXPECT_EQ(s->myData() == nullptr, loader.load == initWithData);
+        continue;
+      }
+      Texts said;
+      if (swaps && loader.saysImages)
+        said = {path + " npts:83886080 delta:0.000000 Size0:652 Size1:335544952",
+                path + " npts:5 delta:0.500000 Size0:652 Size1:652"};
+      EXPECT_EQ(captured.texts, said);
+      EXPECT_EQ(s->myPath(), path);
+      EXPECT_EQ(stateOf(*s),
+                (swaps ? "foreign.sac, (null), " : "a.sac, (null), ") + kDated +
+                    (reads && (swaps || loader.keepsSwapped) ? "swapped 1 " : "swapped 0 ") +
+                    "changed 0 locked 0 verbose 0 tag 0");
+      EXPECT_EQ(samplesOf(*s), kSamples);
+      const Samples ends = {s->e(), s->smin(), s->smax(), s->smean()};
+      EXPECT_EQ(ends, reads ? (Samples{12, -1, 5, 2}) : (Samples{77, -12345, -12345, -12345}));
+      EXPECT_NEAR(s->gcarc(), 90.0f, 1e-4);  // resolution of floats of hundreds
+    }
+  }
+}
+
+// The line that tells of an image.
+std::string seen(const std::string& path, const std::string& image) {
+  std::int32_t npts = -12345;
+  float delta = -12345.0f;
+  if (image.size() >= 632) {
+    std::memcpy(&npts, &image[316], 4);
+    std::memcpy(&delta, &image[0], 4);
+  }
+  return formatText("%s npts:%d delta:%f Size0:%zu Size1:%lld", path.c_str(), npts, double{delta},
+                    image.size(), 632 + 4LL * npts);
+}
+
+TEST(SacObjectLoading, InvalidFilesAreRefusedWithTheirLines) {
+  TemporaryFolder folder;
+  // What becomes of a file where it is read into an existing buffer.
+  enum Replacing { kUnreadable, kInvalid, kTruncated };
+  const std::string image = sacImage(kSamples);
+  const std::pair<std::string, Replacing> cases[] = {
+      {"", kUnreadable},
+      {image.substr(0, 631), kUnreadable},
+      {image.substr(0, 651), kUnreadable},
+      {image + '\0', kTruncated},
+      {foreign(image) + '\0', kTruncated},
+      {sacImage(kSamples, {{316, 0xFFFFFFFBu}}), kUnreadable},
+      {sacImage(kSamples, {{316, (1u << 30) + 5}}), kTruncated},  // 632 + 4 NPTS wraps to 652
+      {sacImage(kSamples, {{0, word(-0.5f)}}), kInvalid},
+      {sacImage(kSamples, {{0, word(NAN)}}), kInvalid}};
+  for (const auto& [bytes, replacing] : cases) {
+    const std::string path = folder.write("a.sac", bytes);
+    for (const Loader& loader : kLoaders) {
+      SCOPED_TRACE(testing::Message() << &loader - kLoaders << seen(" ", bytes));
+      const bool good = loader.load == kReplace && replacing == kTruncated;
+      CapturedLog captured;
+      const auto s = loaded(loader, path, good);
+      if (good) continue;
+      EXPECT_EQ(s->myPath(), "./");  // set after validation only
+      Texts said = {path + " is not a valid SAC file" + (loader.stops ? "." : "")};
+      if (loader.readsFile) said.insert(said.begin(), "Tried swapping bytes for " + path);
+      const std::string swapped = bytes.size() < 632 ? bytes : foreign(bytes);
+      if (loader.saysImages) said.insert(said.begin(), {seen(path, bytes), seen(path, swapped)});
+      if (loader.load == kReplace && replacing == kUnreadable)
+        said = {"Problem reading bytes in " + path};
+      EXPECT_EQ(captured.texts, said);
+    }
+  }
+  for (const Loader& loader : kLoaders) {
+    CapturedLog captured;
+    loaded(loader, "/absent", false);
+    EXPECT_THAT(captured.texts, ElementsAre(loader.readsFile ? "Problem reading bytes in /absent"
+                                                             : "/absent is not a valid SAC file."));
+  }
+}
+
+TEST(SacObjectLoading, ReplacingReadsAtMostWhatTheBufferHolds) {
+  TemporaryFolder folder;
+  CapturedLog captured;
+  Samples many(65536, 2.0f);
+  many.back() = 7.0f;
+  const Samples first = {3, -1, 4};
+  const std::string native = sacImage(kSamples), negative = sacImage({}, {{0, word(0.2f)}});
+  const std::tuple<std::string, std::size_t, std::optional<Samples>, bool> cases[] = {
+      {native, 3, first, false},
+      {foreign(native), 3, first, true},
+      {native.substr(0, 644), 3, first, false},  // truncated, but enough
+      {native, 6, {}, false},
+      {foreign(native), 6, {}, false},
+      // 65536 swapped is 256: a plausible count, but not that of this file.
+      {foreign(sacImage(many)), 65536, many, true},
+      {negative, 0, {}, false},
+      {foreign(negative), 0, {}, false}};  // DELTA is negative unless swapped
+  for (const auto& [bytes, capacity, samples, swapped] : cases) {
+    SCOPED_TRACE(testing::Message() << capacity << seen(" ", bytes));
+    const auto s = traceOf(Samples(capacity));
+    const std::string path = folder.write("a.sac", bytes);
+    ASSERT_EQ(s->replaceSacObjectDataWithPath(path), samples.has_value());
+    if (!samples) continue;
+    EXPECT_EQ(samplesOf(*s), samples);
+    EXPECT_EQ(s->swappedBytes(), swapped);
+    EXPECT_EQ(s->e(), 10.0f + 0.5f * static_cast<float>(samples->size() - 1));
+    EXPECT_EQ(s->smax(), std::ranges::max(*samples));
+  }
+}
+
+TEST(SacObjectLoading, ReferenceTimeIsLoggedAndSurvivesADayBeyondTheYear) {
+  TemporaryFolder folder;
+  const auto s = make<S>();
+  Texts texts;
+  // verbose is reset first, so only who raises it meanwhile sees the times.
+  setLogSink([&](const std::string& text) {
+    texts.push_back(text);
+    s->setVerbose(1);
+  });
+  const std::string image = foreign(sacImage(kSamples, {{280, 2003}, {284, 400}}));
+  EXPECT_TRUE(s->loadFromPath(folder.write("a.sac", image)));
+  setLogSink(nullptr);
+  texts.erase(texts.begin(), texts.begin() + 2);
+  EXPECT_THAT(texts, ElementsAre("Seismogram Date: 2004-02-04 05:46:23 +0000",
+                                 "Seismogram Reference Time: 2004 (035) 05:46:23.120",
+                                 "Seismogram Reference Time: 2004/02/04 05:46:23.120"));
+}
+
+TEST(SacObjectLoading, FromAnotherSeismogram) {
+  TemporaryFolder folder;
+  const auto other = make<S>(), fresh = make<S>(), labelled = make<S>();
+  ASSERT_TRUE(other->initWithPath(folder.write("a.sac", foreign(sacImage(kSamples)))));
+  other->setLabelString("its label");
+  other->setTag(9);
+  other->setEndTime(0.0f);
+  other->GetSacSeis()[0] = 100.0f;
+  labelled->setLabelString("old label");
+  labelled->setVerbose(3);
+  labelled->setMSeisHasChanged(true);
+  CapturedLog captured;
+  EXPECT_EQ(fresh->initWithSeisObject(*other), fresh);
+  EXPECT_EQ(labelled->initWithSeisObject(*other), labelled);
+  const std::string flags = kDated + "swapped 1 changed 0 locked 0 verbose ";
+  EXPECT_EQ(stateOf(*fresh), "a.sac, (null), " + flags + "0 tag 0");
+  EXPECT_EQ(stateOf(*labelled), "a.sac, its label, " + flags + "3 tag 0");
+  EXPECT_EQ(fresh->e(), 12.0f);
+  EXPECT_EQ(fresh->smax(), 5.0f);  // as it was in the other, although a sample is 100
+  EXPECT_NE(fresh->myData(), other->myData());
+  EXPECT_EQ(samplesOf(*fresh), samplesOf(*other));
+  EXPECT_TRUE(captured.texts.empty());
+  Ref<S> kept;
+  {
+    AutoreleasePool pool;
+    kept = alloc<S>()->InitWithSeisObject(*other);
+    EXPECT_EQ(kept->retainCount(), 2);
+  }
+  EXPECT_EQ(kept->retainCount(), 1);
+  EXPECT_FALSE(fresh->initWithSeisObject(*make<S>()));
+}
+
+TEST(SacObjectLoading, WithCapacityAndItsValidity) {
+  for (const std::uint32_t n : {0u, 1u, 5u}) {
+    const auto s = make<S>();
+    ASSERT_EQ(s->initWithCapacity(static_cast<std::int32_t>(n)), s);
+    const float end = static_cast<float>(n) - 1.0f;
+    const Words set = {{0, word(1.0f)}, {20, word(0.0f)}, {24, word(end)}, {316, n}};
+    EXPECT_EQ(imageOf(*s), headerImage(set) + std::string(4 * n, '\0'));
+    EXPECT_EQ(s->myPath(), "./");
+    EXPECT_EQ(stateOf(*s),
+              "UntitledSeismogram, (null), undated, untimed, (null), swapped 0 "
+              "changed 0 locked 0 verbose 0 tag 0");
+    EXPECT_TRUE(s->isSacFile());
+    for (const float delta : {10000.0f, -1e-9f, NAN, 9999.0f}) {
+      s->setDelta(delta);
+      EXPECT_EQ(s->isSacFile(), delta == 9999.0f) << delta;
+    }
+    for (const std::uint32_t npts : {n + 1, n - 1, ~n}) {
+      s->setNpts(static_cast<std::int32_t>(npts));
+      EXPECT_FALSE(s->isSacFile()) << npts;
+    }
+  }
+  EXPECT_FALSE(make<S>()->initWithCapacity(-1));
+  EXPECT_FALSE(make<S>()->initWithCapacity(INT32_MIN));
+}
+
+// Between setMyData and setupPointers the header and samples are still those of the old buffer.
+TEST(SacObjectLoading, BuffersMayBeExchangedAtAnyTime) {
+  TemporaryFolder folder;
+  CapturedLog captured;
+  for (const Ref<ByteBuffer>& next : {Ref<ByteBuffer>(), bufferOf("short")}) {
+    const auto s = traceOf(kSamples);
+    s->setSwappedBytes(true);
+    s->setPath(folder.path("a.sac"));
+    s->setMyData(next);
+    EXPECT_EQ(samplesOf(*s), kSamples);
+    EXPECT_TRUE(s->isSacFile() && s->save() && make<S>()->initWithSeisObject(*s));
+    EXPECT_EQ(folder.read("a.sac").size(), 652u);
+    EXPECT_FALSE(s->replaceSacObjectDataWithPath(folder.path("a.sac")));
+    EXPECT_FALSE(s->GetSacHeader() || s->GetSacSeis() || s->isSacFile() || s->save());
+    s->setNpts(7);
+    s->Decimate(2);
+    s->ChopFromStart_END(0.0f, 1.0f);
+    EXPECT_EQ(s->npts(), -12345);
+  }
+}
+
+}  // namespace
+}  // namespace krosac
