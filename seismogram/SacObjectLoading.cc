@@ -44,10 +44,11 @@ bool readIntoImage(const std::string& path, SacHeader& h, float* samples, std::s
                    bool& foreign) {
   const auto most = static_cast<std::int32_t>(std::min<std::size_t>(capacity, INT32_MAX));
   struct stat status;
+  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
   std::int32_t error = 0;
   SacHeader raw;
   ReadSACHeader(path.c_str(), &raw, &error);
-  if (error != 0 || ::stat(path.c_str(), &status) != 0) return false;
+  if (error != 0) return false;
   foreign = isForeign(raw, status.st_size);
   if (!foreign) {
     ReadSACfile(path.c_str(), samples, &h, most, &error);

@@ -15,7 +15,7 @@ using S = SacObject;
 
 // Extrema and flag as every operation leaves them that ends with ComputeExtrema.
 void expectFinished(const S& s) {
-  const Samples x = samplesOf(s);
+  const Samples x = samplesIn(s);
   ASSERT_FALSE(x.empty());
   const auto count = static_cast<float>(x.size());
   EXPECT_EQ(s.smin(), std::ranges::min(x));
@@ -73,7 +73,7 @@ TEST(SacObjectAmplitudes, SampleBySample) {
     const auto s = traceOf({0, -2, 3}, 0.5f, 50.0f);
     s->setDistance(1234.5f);
     apply(*s);
-    EXPECT_EQ(samplesOf(*s), expected);
+    EXPECT_EQ(samplesIn(*s), expected);
     expectFinished(*s);
     apply(*traceOf({}));
   }
@@ -82,13 +82,13 @@ TEST(SacObjectAmplitudes, SampleBySample) {
 TEST(SacObjectAmplitudes, MeanAndReversal) {
   const auto s = traceOf({1, 2, 6});
   s->RemoveMean();
-  EXPECT_EQ(samplesOf(*s), (Samples{-2, -1, 3}));
+  EXPECT_EQ(samplesIn(*s), (Samples{-2, -1, 3}));
   expectFinished(*s);
   for (Samples samples : {Samples{}, {1}, {1, 2}, {1, 2, 3, 4, 5}}) {
     const auto r = traceOf(samples);
     r->reverseTime();
     std::ranges::reverse(samples);
-    EXPECT_EQ(samplesOf(*r), samples);
+    EXPECT_EQ(samplesIn(*r), samples);
     EXPECT_TRUE(r->mSeisHasChanged());
     EXPECT_EQ(r->smax(), -12345.0f);
   }
@@ -125,13 +125,13 @@ TEST(SacObjectAmplitudes, IntegralAndDerivative) {
   const auto s = traceOf({2, 4, -6, 8}, 0.5f, 3.0f);
   s->Integrate();
   // Steps (0.5 + 4) / 4, (4 - 6) / 4 and (-6 + 8) / 4, one sample early.
-  EXPECT_EQ(samplesOf(*s), (Samples{1.125f, 0.625f, 1.125f, 1.125f}));
+  EXPECT_EQ(samplesIn(*s), (Samples{1.125f, 0.625f, 1.125f, 1.125f}));
   EXPECT_EQ(s->b(), 3.0f);
   EXPECT_EQ(s->e(), 4.5f);
   EXPECT_EQ(s->GetSacHeader()->IDEP, 5);
   expectFinished(*s);
   s->Differentiate();
-  EXPECT_EQ(samplesOf(*s), (Samples{-1, 1, 0, 0}));
+  EXPECT_EQ(samplesIn(*s), (Samples{-1, 1, 0, 0}));
   expectFinished(*s);
 
   // A sum in single precision would stay at 2^26, where floats lie 8 apart.
@@ -144,9 +144,9 @@ TEST(SacObjectAmplitudes, IntegralAndDerivative) {
   for (const Samples& few : {Samples{}, Samples{4}}) {
     const auto t = traceOf(few);
     t->Differentiate();
-    EXPECT_EQ(samplesOf(*t), few);
+    EXPECT_EQ(samplesIn(*t), few);
     t->Integrate();
-    EXPECT_EQ(samplesOf(*t), Samples(few.size(), 0.0f));
+    EXPECT_EQ(samplesIn(*t), Samples(few.size(), 0.0f));
   }
 }
 
@@ -171,7 +171,7 @@ TEST(SacObjectAmplitudes, Tapers) {
   a->Taper(0.05f);
   b->setVerbose(2);
   b->defaultTaper();
-  EXPECT_EQ(samplesOf(*a), samplesOf(*b));
+  EXPECT_EQ(samplesIn(*a), samplesIn(*b));
   EXPECT_THAT(captured.texts, testing::ElementsAre("Applied a taper with a fraction:5.00e-02 & "
                                                    "duration: 5.00e+01 seconds."));
 }
@@ -207,7 +207,7 @@ TEST(SacObjectAmplitudes, ZerosAfterAndBeforeATime) {
     if (where == kAfter) s->ZeroAmplitudesAfterTime(t);
     if (where == kAfterRamp) s->ZeroAmplitudesAfterTime_TaperLength(t, length);
     if (where == kBeforeRamp) s->ZeroAmplitudesBeforeTime_TaperLength(t, length);
-    EXPECT_EQ(samplesOf(*s), expected.empty() ? ones : expected);
+    EXPECT_EQ(samplesIn(*s), expected.empty() ? ones : expected);
     if (expected.empty()) {
       EXPECT_FALSE(s->mSeisHasChanged());
     } else {
@@ -228,7 +228,7 @@ TEST(SacObjectFilters, ButterworthLowAndHighPass) {
     Samples expected = x;
     plain(expected.data(), 200, 2, 5, 0.05f, 1.5f);
     (*s.*filter)(1.5f, 2, 5);
-    EXPECT_EQ(samplesOf(*s), expected);
+    EXPECT_EQ(samplesIn(*s), expected);
     expectFinished(*s);
   };
   check(&S::LPBUfilter_NPasses_NPoles, GRLPBUfilter);

@@ -14,7 +14,7 @@ const Samples kSamples = {1, 2, 3, 4, 5, 6, 7, 8};  // at 10, 10.5, ... 13.5
 
 // A new buffer of these samples, with the fields that go with it.
 void expectNew(const S& s, const Samples& x) {
-  EXPECT_EQ(samplesOf(s), x);
+  EXPECT_EQ(samplesIn(s), x);
   EXPECT_EQ(s.myData()->length(), 632 + 4 * x.size());
   EXPECT_EQ(s.e(), s.b() + (static_cast<float>(x.size()) - 1.0f) * s.delta());
   EXPECT_EQ(s.smax(), x.empty() ? 0.0f : std::ranges::max(x));
@@ -116,7 +116,7 @@ TEST(SacObjectCutting, DecimationInANewBufferAndInPlace) {
       const std::size_t bytes = 4 * expected.size();
       if (bytes) in->inPlaceDecimate_UsingTempData(factor, *ByteBuffer::zeroed(bytes - 1));
       if (bytes) in->inPlaceDecimate_UsingTempData(factor, *Ref<ByteBuffer>(in->myData()));
-      EXPECT_EQ(samplesOf(*in), x);
+      EXPECT_EQ(samplesIn(*in), x);
       in->inPlaceDecimate_UsingTempData(factor, *bufferOf(std::string(bytes, '\x7f')));
       EXPECT_EQ(imageOf(*in), imageOf(*s) + std::string(4 * x.size() - bytes, '\0'));
       EXPECT_TRUE(in->mSeisHasChanged());
@@ -165,7 +165,7 @@ TEST(SacObjectCutting, AppendingIsRefusedWithAWarning) {
     s->setDelta(dt);
     other->setDelta(otherDt);
     s->AppendSacObject(*other);
-    EXPECT_EQ(samplesOf(*s), (Samples{1, 2, 3}));
+    EXPECT_EQ(samplesIn(*s), (Samples{1, 2, 3}));
     EXPECT_FALSE(s->mSeisHasChanged());
     Texts said = {std::string("Warning - could not merge seismograms, ") + warning};
     if (describes) said.insert(said.end(), {s->description(), other->description()});

@@ -94,7 +94,7 @@ TEST(SacObjectLoading, EveryLoaderSetsUpTheObjectInItsOwnWay) {
                 (swaps ? "foreign.sac, (null), " : "a.sac, (null), ") + kDated +
                     (reads && (swaps || loader.keepsSwapped) ? "swapped 1 " : "swapped 0 ") +
                     "changed 0 locked 0 verbose 0 tag 0");
-      EXPECT_EQ(samplesOf(*s), kSamples);
+      EXPECT_EQ(samplesIn(*s), kSamples);
       const Samples ends = {s->e(), s->smin(), s->smax(), s->smean()};
       EXPECT_EQ(ends, reads ? (Samples{12, -1, 5, 2}) : (Samples{77, -12345, -12345, -12345}));
       EXPECT_NEAR(s->gcarc(), 90.0f, 1e-4);  // resolution of floats of hundreds
@@ -178,7 +178,7 @@ TEST(SacObjectLoading, ReplacingReadsAtMostWhatTheBufferHolds) {
     const std::string path = folder.write("a.sac", bytes);
     ASSERT_EQ(s->replaceSacObjectDataWithPath(path), samples.has_value());
     if (!samples) continue;
-    EXPECT_EQ(samplesOf(*s), samples);
+    EXPECT_EQ(samplesIn(*s), samples);
     EXPECT_EQ(s->swappedBytes(), swapped);
     EXPECT_EQ(s->e(), 10.0f + 0.5f * static_cast<float>(samples->size() - 1));
     EXPECT_EQ(s->smax(), std::ranges::max(*samples));
@@ -223,7 +223,7 @@ TEST(SacObjectLoading, FromAnotherSeismogram) {
   EXPECT_EQ(fresh->e(), 12.0f);
   EXPECT_EQ(fresh->smax(), 5.0f);  // as it was in the other, although a sample is 100
   EXPECT_NE(fresh->myData(), other->myData());
-  EXPECT_EQ(samplesOf(*fresh), samplesOf(*other));
+  EXPECT_EQ(samplesIn(*fresh), samplesIn(*other));
   EXPECT_TRUE(captured.texts.empty());
   Ref<S> kept;
   {
@@ -269,7 +269,7 @@ TEST(SacObjectLoading, BuffersMayBeExchangedAtAnyTime) {
     s->setSwappedBytes(true);
     s->setPath(folder.path("a.sac"));
     s->setMyData(next);
-    EXPECT_EQ(samplesOf(*s), kSamples);
+    EXPECT_EQ(samplesIn(*s), kSamples);
     EXPECT_TRUE(s->isSacFile() && s->save() && make<S>()->initWithSeisObject(*s));
     EXPECT_EQ(folder.read("a.sac").size(), 652u);
     EXPECT_FALSE(s->replaceSacObjectDataWithPath(folder.path("a.sac")));

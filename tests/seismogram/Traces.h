@@ -25,7 +25,7 @@ inline Ref<S> traceOf(const Samples& x, float delta = 1, float b = 0) {
   return s;
 }
 
-inline Samples samplesOf(const S& s) {
+inline Samples samplesIn(const S& s) {
   return {s.GetSacSeis(), s.GetSacSeis() + s.npts()};
 }
 
