@@ -104,11 +104,13 @@ void SacObject::TstarFilter(float tstar) {
 }
 
 // Replaces the samples by their convolution with a pulse of m weights, made by weight(i) and scaled
-// to unit area.
+// to unit area. Beyond 2^24 weights neither their indexes nor their sum are exact in single
+// precision.
 template <typename Weight>
 void SacObject::convolveWithPulse(std::int64_t m, Weight weight) {
+  constexpr std::int64_t kLongestPulse = 1 << 24;
   const auto x = samples();
-  if (x.empty() || m > INT32_MAX) return;
+  if (x.empty() || m > kLongestPulse) return;
   const auto pulse = ByteBuffer::zeroed(sizeof(float) * static_cast<std::size_t>(m));
   const auto out = ByteBuffer::zeroed(x.size_bytes());
   if (!pulse || !out) return;
