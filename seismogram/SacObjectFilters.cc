@@ -134,7 +134,8 @@ void SacObject::CosineTimeFunctionFilterDuration(float duration) {
   const std::int32_t m = truncIndex(duration / delta() + 0.5);
   if (m < 2) return;
   convolveWithPulse(m, [&](float i) {
-    return (1.0 - std::cos(i * delta() * kTwoPiSingle / duration)) / duration;
+    const double phase = i * delta() * kTwoPiSingle / duration;
+    return (1.0 - std::cos(phase)) / duration;
   });
 }
 
