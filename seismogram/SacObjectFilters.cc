@@ -37,18 +37,15 @@ void SacObject::takeBack(PackedSpectrum& spectrum, double scale) {
 }
 
 void SacObject::RGaussianFilter(float a) {
-  const auto gaussian = [a](double omega) { return std::exp(-omega * omega / (4.0 * a * a)); };
+  const auto window = [a](double omega) { return gaussian(omega, a); };
   shapeSpectrum([&](PackedSpectrum& s) {
-    s.nyquist() = static_cast<float>(s.nyquist() * gaussian(s.nyquistOmega()));
-    s.scaleBins(gaussian);
+    s.nyquist() = static_cast<float>(s.nyquist() * window(s.nyquistOmega()));
+    s.scaleBins(window);
   });
 }
 
 void SacObject::RGaussianFilterSwapOld_New(float oldA, float newA) {
   constexpr double kLeastDivisor = 1e-6;
-  const auto gaussian = [](double omega, double a) {
-    return std::exp(-omega * omega / (4.0 * a * a));
-  };
   const auto exchange = [&](double omega) {
     const double divisor = gaussian(omega, oldA), factor = gaussian(omega, newA);
     return divisor > kLeastDivisor ? factor / divisor : factor;
