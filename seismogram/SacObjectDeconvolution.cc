@@ -55,8 +55,8 @@ void SacObject::divideSpectrum(const SacObject& other, float level, float tshift
   u.nyquist() = u.nyquist() * u.nyquist() / std::max(water, w.nyquist() * w.nyquist());
   const float* divisor = w.values();
   u.forEachBin([&](std::size_t k, float& re, float& im) {
-    const float wRe = divisor[2 * k], wIm = divisor[2 * k + 1];
-    const float floored = std::max(water, power(wRe, wIm));
+    const double wRe = divisor[2 * k], wIm = divisor[2 * k + 1];
+    const double floored = std::max(water, power(divisor[2 * k], divisor[2 * k + 1]));
     multiply(re, im, wRe / floored, -wIm / floored);
     const double omega = u.omega(k), g = window(omega), phase = omega * tshift;
     multiply(re, im, g * std::cos(phase), g * std::sin(phase));
