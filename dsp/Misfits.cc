@@ -55,8 +55,9 @@ void shiftedMisfit(const SacObject& a, const SacObject& b, std::int32_t& shift, 
   best = std::numeric_limits<float>::infinity();
   double size = 0.0, least = 1e40;
   for (std::int64_t i = 0; i < x.n; ++i) size += norm(x.a[i]);
-  // Shifts by n or more leave no term; of those before -n the first stands for all.
-  for (std::int64_t s = -m; s < m; s = s < -x.n ? -x.n : s + 1) {
+  if (!(size > 0.0)) return;
+  // Nothing is less than 0, which a shift by n or more gives, since it leaves no term.
+  for (std::int64_t s = -m; s < m && least > 0.0; ++s) {
     double sum = 0.0;
     for (std::int64_t i = std::max<std::int64_t>(s, 0); i < std::min(x.n, x.n + s); ++i) {
       sum += norm(static_cast<double>(x.a[i]) - x.b[i - s]);
@@ -66,7 +67,6 @@ void shiftedMisfit(const SacObject& a, const SacObject& b, std::int32_t& shift, 
       shift = static_cast<std::int32_t>(s);
       best = static_cast<float>(ratio);
     }
-    if (s >= x.n) break;
   }
 }
 

@@ -29,11 +29,8 @@ bool turnSamples(SacObject& first, SacObject& second, Turn turn) {
   const auto a = samplesOf(first), b = samplesOf(second);
   if (first.npts() != second.npts() || a.size() != b.size()) return false;
   for (std::size_t i = 0; i < a.size(); ++i) std::tie(a[i], b[i]) = turn(a[i], b[i]);
-  for (SacObject* s : {&first, &second}) {
-    const bool changed = s->mSeisHasChanged();
-    s->ComputeExtrema();
-    s->setMSeisHasChanged(changed);
-  }
+  first.ComputeExtrema();
+  second.ComputeExtrema();
   return true;
 }
 
@@ -47,6 +44,7 @@ void RotateSeismograms(SacObject& first, SacObject& second) {
   if (between - 90.0f > 1.0f && between - 270.0f > 1.0f) return;
 
   const Direction a(azimuthA), b(azimuthB), back(baz);
+  const bool firstHadChanged = first.mSeisHasChanged(), secondHadChanged = second.mSeisHasChanged();
   const bool turned = turnSamples(first, second, [&](float sampleA, float sampleB) {
     const float north = b.cosine * sampleB + a.cosine * sampleA;
     const float east = b.sine * sampleB + a.sine * sampleA;
@@ -54,6 +52,8 @@ void RotateSeismograms(SacObject& first, SacObject& second) {
                      -back.cosine * east + back.sine * north);
   });
   if (!turned) return;
+  first.setMSeisHasChanged(firstHadChanged);
+  second.setMSeisHasChanged(secondHadChanged);
   const float radial = baz + 180.0f > 360.0f ? baz + 180.0f - 360.0f : baz + 180.0f;
   first.setComponentAzimuth(radial);
   second.setComponentAzimuth(radial + 90.0f);

@@ -16,6 +16,11 @@ inline double cosineEdges(float f, float f1, float f2, float f3, float f4) {
   return f1 < f && f < f4 ? 1.0 : 0.0;
 }
 
+// The Gaussian low-pass of width a at an angular frequency, both in rad/s.
+inline double gaussian(double omega, double a) {
+  return std::exp(-omega * omega / (4.0 * a * a));
+}
+
 // (re + i im) times (a + i b), in double precision.
 inline void multiply(float& re, float& im, double a, double b) {
   const double product = re * a - im * b;

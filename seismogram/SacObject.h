@@ -425,7 +425,8 @@ class KROSAC_API SacObject : public Archivable {
   void TstarFilter(float tstar);
   // Convolutions with a one-cycle cosine pulse or a trapezoid of unit area, durations in s; the
   // result is advanced by one sample (intended). Nothing for a negative duration, or a cosine pulse
-  // shorter than 1.5 samples. Zeros for a trapezoid without area.
+  // shorter than 1.5 samples, or any pulse of more than 2^24 samples. Zeros for a trapezoid without
+  // area.
   void CosineTimeFunctionFilterDuration(float duration);
   void TrapezoidFilter(float rise, float top, float fall);
   // The modulus of the analytic signal, whose value at zero frequency is doubled too (intended).

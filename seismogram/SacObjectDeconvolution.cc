@@ -55,8 +55,8 @@ void SacObject::divideSpectrum(const SacObject& other, float level, float tshift
   u.nyquist() = u.nyquist() * u.nyquist() / std::max(water, w.nyquist() * w.nyquist());
   const float* divisor = w.values();
   u.forEachBin([&](std::size_t k, float& re, float& im) {
-    const float wRe = divisor[2 * k], wIm = divisor[2 * k + 1];
-    const float floored = std::max(water, power(wRe, wIm));
+    const double wRe = divisor[2 * k], wIm = divisor[2 * k + 1];
+    const double floored = std::max(water, power(divisor[2 * k], divisor[2 * k + 1]));
     multiply(re, im, wRe / floored, -wIm / floored);
     const double omega = u.omega(k), g = window(omega), phase = omega * tshift;
     multiply(re, im, g * std::cos(phase), g * std::sin(phase));
@@ -71,8 +71,7 @@ void SacObject::WaterLevelDeconWith_wlevel_tshift(const SacObject& other, float 
 
 void SacObject::WaterLevelDeconWith_wlevel_tshift_gwidth(const SacObject& other, float level,
                                                          float tshift, float a) {
-  divideSpectrum(other, level, tshift,
-                 [a](double omega) { return std::exp(-omega * omega / (4.0 * a * a)); });
+  divideSpectrum(other, level, tshift, [a](double omega) { return gaussian(omega, a); });
 }
 
 void SacObject::iterDeconWith_wlevel_tshift_gwidth_nIter_minMF(const SacObject& other, float level,
@@ -134,20 +133,20 @@ void SacObject::subtractZeroLagGaussian(float k) {
   const std::int64_t n = std::ssize(x), zero = truncIndex(-b() / delta()),
                      first = truncIndex((-kFitted - b()) / delta());
   if (!(b() <= 0.0f) || zero == kNoIndex || first == kNoIndex) return;
-  const auto gaussian = [&](std::int64_t m) {
+  const auto pulse = [&](std::int64_t m) {
     const double t = static_cast<double>(m) * delta();
     return std::exp(-k * t * t);
   };
   float sum = 0.0f;
   for (std::int64_t j = std::max<std::int64_t>(first, 0); j < std::min(zero, n); ++j) {
-    sum = static_cast<float>(sum + x[j] * gaussian(zero - j));
+    sum = static_cast<float>(sum + x[j] * pulse(zero - j));
   }
   // The last weight squared normalises the sum, not the sum of the squared weights; this is
   // intended.
-  const double last = first < zero ? gaussian(1) : 0.0;
+  const double last = first < zero ? pulse(1) : 0.0;
   const double amplitude = sum / (last * last);
   for (std::int64_t j = 0; j < n; ++j)
-    x[j] = static_cast<float>(x[j] - amplitude * gaussian(zero - j));
+    x[j] = static_cast<float>(x[j] - amplitude * pulse(zero - j));
   samplesChanged();
 }
 

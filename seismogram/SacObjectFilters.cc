@@ -37,18 +37,15 @@ void SacObject::takeBack(PackedSpectrum& spectrum, double scale) {
 }
 
 void SacObject::RGaussianFilter(float a) {
-  const auto gaussian = [a](double omega) { return std::exp(-omega * omega / (4.0 * a * a)); };
+  const auto window = [a](double omega) { return gaussian(omega, a); };
   shapeSpectrum([&](PackedSpectrum& s) {
-    s.nyquist() = static_cast<float>(s.nyquist() * gaussian(s.nyquistOmega()));
-    s.scaleBins(gaussian);
+    s.nyquist() = static_cast<float>(s.nyquist() * window(s.nyquistOmega()));
+    s.scaleBins(window);
   });
 }
 
 void SacObject::RGaussianFilterSwapOld_New(float oldA, float newA) {
   constexpr double kLeastDivisor = 1e-6;
-  const auto gaussian = [](double omega, double a) {
-    return std::exp(-omega * omega / (4.0 * a * a));
-  };
   const auto exchange = [&](double omega) {
     const double divisor = gaussian(omega, oldA), factor = gaussian(omega, newA);
     return divisor > kLeastDivisor ? factor / divisor : factor;
@@ -104,11 +101,13 @@ void SacObject::TstarFilter(float tstar) {
 }
 
 // Replaces the samples by their convolution with a pulse of m weights, made by weight(i) and scaled
-// to unit area.
+// to unit area. Beyond 2^24 weights neither their indexes nor their sum are exact in single
+// precision.
 template <typename Weight>
 void SacObject::convolveWithPulse(std::int64_t m, Weight weight) {
+  constexpr std::int64_t kLongestPulse = 1 << 24;
   const auto x = samples();
-  if (x.empty() || m > INT32_MAX) return;
+  if (x.empty() || m > kLongestPulse) return;
   const auto pulse = ByteBuffer::zeroed(sizeof(float) * static_cast<std::size_t>(m));
   const auto out = ByteBuffer::zeroed(x.size_bytes());
   if (!pulse || !out) return;
@@ -132,7 +131,8 @@ void SacObject::CosineTimeFunctionFilterDuration(float duration) {
   const std::int32_t m = truncIndex(duration / delta() + 0.5);
   if (m < 2) return;
   convolveWithPulse(m, [&](float i) {
-    return (1.0 - std::cos(i * delta() * kTwoPiSingle / duration)) / duration;
+    const double phase = i * delta() * kTwoPiSingle / duration;
+    return (1.0 - std::cos(phase)) / duration;
   });
 }
 

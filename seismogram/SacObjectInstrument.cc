@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "krosac/dsp/InstrumentResponse.h"
@@ -15,7 +16,8 @@ struct Response {
   float re = 0.0f, im = 0.0f;
 };
 
-// A response that is read from a file.
+// A response that is read from a file: one that states nothing but the flat response, or is not
+// finite, is none.
 struct PoleZeroResponse {
   static constexpr int kMostPairs = 32;
   float poles[2 * kMostPairs] = {}, zeros[2 * kMostPairs] = {}, constant = 1.0f;
@@ -24,7 +26,9 @@ struct PoleZeroResponse {
   bool read(const std::string& path) {
     if (ParsePoleZeroFile(path.c_str(), poles, zeros, &constant, &poleCount, &zeroCount) != 0)
       return false;
-    return poleCount > 0 || zeroCount > 0 || constant != 1.0f;
+    const auto isFinite = [](float value) { return std::isfinite(value); };
+    return (poleCount > 0 || zeroCount > 0 || constant != 1.0f) && isFinite(constant) &&
+           std::ranges::all_of(poles, isFinite) && std::ranges::all_of(zeros, isFinite);
   }
   Response at(float omega) const {
     Response h;
