@@ -1,6 +1,6 @@
 #include "krosac/traveltimes/TTTableObject.h"
 
-#include <type_traits>
+#include <iterator>
 
 #include "krosac/traveltimes/TTTables.h"
 #include "krosac/traveltimes/TTTablesInternal.h"
@@ -33,10 +33,8 @@ void TTTableObject::eachTable(Self& self, Visit visit) {
 
 Ref<Object> TTTableObject::init() {
   eachTable(*this, [](const char*, const char* phase, auto& table, std::int32_t& rows) {
-    constexpr auto kCapacity =
-        static_cast<std::int32_t>(std::extent_v<std::remove_reference_t<decltype(table)>>) /
-        kTTColumns;
-    readTTPhase("iasp91_", phase, kCapacity, table, &rows);
+    const auto capacity = static_cast<std::int32_t>(std::size(table)) / kTTColumns;
+    readTTPhase("iasp91_", phase, capacity, table, &rows);
   });
   return Object::init();
 }
