@@ -20,17 +20,21 @@ inline constexpr std::int32_t kMostRows = 360;
 class PhaseKey {
  public:
   constexpr PhaseKey(std::string_view name) {
+    if (name.size() > 8) return;
+    packed_ = 0;
     for (const char c : name) {
       const bool upper = c >= 'A' && c <= 'Z';
       packed_ = packed_ << 8 | static_cast<unsigned char>(upper ? c - 'A' + 'a' : c);
     }
-    if (name.size() > 8 || name.find('\0') != name.npos) packed_ = ~0ULL;
+    // No key has a NUL, which the packed number would not show in front.
+    if (name.starts_with('\0')) packed_ = kNoKey;
   }
-  constexpr PhaseKey(const char* name) : PhaseKey(std::string_view(name)) {}
+  consteval PhaseKey(const char* key) : PhaseKey(std::string_view(key)) {}
   constexpr bool operator==(const PhaseKey&) const = default;
 
  private:
-  std::uint64_t packed_ = 0;
+  static constexpr std::uint64_t kNoKey = ~0ULL;
+  std::uint64_t packed_ = kNoKey;
 };
 
 // Reads the rows of a resource whose name is that of prefix and phase, joined and in lower case: a

@@ -32,7 +32,7 @@ void TTTableObject::eachTable(Self& self, Visit visit) {
 }
 
 Ref<Object> TTTableObject::init() {
-  eachTable(*this, [](const char*, const char* phase, auto& table, std::int32_t& rows) {
+  eachTable(*this, [](PhaseKey, const char* phase, auto& table, std::int32_t& rows) {
     const auto capacity = static_cast<std::int32_t>(std::size(table)) / kTTColumns;
     readTTPhase("iasp91_", phase, capacity, table, &rows);
   });
@@ -43,7 +43,7 @@ Ref<Object> TTTableObject::init() {
 TTTableObject::Table TTTableObject::tableOf(std::string_view phase) const {
   const PhaseKey wanted(phase);
   Table found{nullptr, 0};
-  eachTable(*this, [&](const char* key, const char*, const auto& table, std::int32_t rows) {
+  eachTable(*this, [&](PhaseKey key, const char*, const auto& table, std::int32_t rows) {
     if (wanted == key) found = {table, rows};
   });
   // P is asked with the rows of S: intended.

@@ -70,7 +70,7 @@ inline const char* scanFloat(const char* text, float& value) {
 }
 
 // A text file, read once from front to back through a chunk that lies in the object itself: make it
-// a local variable. A number longer than kLongestNumber characters does not convert.
+// a local variable. A number of kLongestNumber characters or more does not convert.
 class TravelTimeScanner {
  public:
   static constexpr std::size_t kLongestNumber = 8192;
@@ -103,7 +103,7 @@ class TravelTimeScanner {
     skipWhiteSpace();
     have(kLongestNumber);
     const char* const end = scanFloat(at_, value);
-    if (end == at_ || (end == end_ && !atEnd_)) return false;
+    if (end == at_ || end - at_ >= static_cast<std::ptrdiff_t>(kLongestNumber)) return false;
     at_ = end;
     return true;
   }
