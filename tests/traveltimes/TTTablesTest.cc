@@ -1,0 +1,119 @@
+#include "krosac/traveltimes/TTTables.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "krosac/traveltimes/TTTableObject.h"
+#include "traveltimes/TableFolder.h"
+
+namespace krosac {
+namespace {
+
+constexpr float kDepths[] = {0,   25,  50,  100, 150, 200, 250, 300, 350,
+                             400, 450, 500, 550, 600, 650, 700, 750, 800};
+
+SeismicPhaseTimeSlowness lookUp(const std::vector<float>& table, std::int32_t rows, float gcarc,
+                                float depth) {
+  SeismicPhaseTimeSlowness all;
+  SeismicPhase two;
+  GetTTTimeSlownesses("p", table.data(), rows, &all.time, &all.slowness, &all.depthDerivative,
+                      gcarc, depth);
+  GetTTTimeSlowness("p", table.data(), rows, &two.time, &two.slowness, gcarc, depth);
+  EXPECT_EQ(two.time, all.time);
+  return all;
+}
+
+TEST(TTTables, Interpolates) {
+  // Linear in distance and depth, so that interpolation gives back 100 + 10 gcarc + depth / 4.
+  std::vector<float> table;
+  for (float row = 0; row < 10; ++row) {
+    for (const float z : kDepths) table.push_back(100 + 10 * row + z / 4);
+  }
+  const struct {
+    std::int32_t rows;
+    float gcarc, depth, time;
+  } cases[] = {{10, 0, 0, 100.026f},     {10, 0.5f, 25, 111.25f}, {10, 3, 30, 137.5f},
+               {10, -3, 30, 137.5f},     {10, 8.5f, 800, 385},    {10, 8.5f, 801, 384.875f},
+               {10, 8.5f, -1, 185.025f}, {10, 9, 100, 215},       {10, 9.1f, 100, kNone},
+               {10, 1e30f, 100, kNone},  {10, kNaN, 100, kNone},  {10, 5, kNaN, kNone},
+               {1, 0.5f, 0, kNone},      {0, 0.5f, 0, 105.025f},  {INT32_MIN, 0.5f, 0, 105.025f}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.rows << " rows, " << c.gcarc << ", " << c.depth);
+    const auto found = lookUp(table, c.rows, c.gcarc, c.depth);
+    const bool none = c.time == kNone;
+    EXPECT_NEAR(found.time, c.time, 1e-4);
+    EXPECT_NEAR(found.slowness, none ? kNone : 10 / 111.19f, 1e-6);
+    EXPECT_NEAR(found.depthDerivative, none ? kNone : 0.25f, 1e-6);
+  }
+}
+
+TEST(TTTables, TakeSlownessFromTheDeeperOrFromBothColumns) {
+  std::vector<float> table(3 * 18);
+  table[0] = 1, table[1] = 2, table[18] = 5, table[19] = 12;
+  float time, slowness;
+  GetTTTimeSlowness("p", table.data(), 3, &time, &slowness, 0.5f, 12.5f);
+  EXPECT_NEAR(time, 5, 1e-6);
+  EXPECT_NEAR(slowness, 10 / 111.19, 1e-7);
+  const auto both = lookUp(table, 3, 0.5f, 12.5f);
+  EXPECT_NEAR(both.slowness, 7 / 111.19, 1e-7);
+  EXPECT_NEAR(both.depthDerivative, 4 / 25.0, 1e-7);
+  // One absent node is enough.
+  for (const std::size_t node : {0u, 1u, 18u, 19u}) {
+    auto absent = table;
+    absent[node] = -1;
+    EXPECT_EQ(lookUp(absent, 3, 0.0f, 0.0f).depthDerivative, kNone) << node;
+  }
+}
+
+std::string file(int rows, int value) {
+  std::string text;
+  for (int row = 0; row < rows; ++row) {
+    text += "0";
+    for (int column = 0; column < 18; ++column) text += ' ' + std::to_string(value + row);
+    text += "\n";
+  }
+  return text;
+}
+
+TEST(TTTableObject, KeepsEachTableWithinItsArray) {
+  TableFolder folder;
+  const std::pair<std::string, int> capacities[] = {
+      {"p", 145},     {"s", 144},     {"pcp", 99},    {"scs", 100},   {"pcs", 63},
+      {"scp", 63},    {"pp", 339},    {"ss", 337},    {"sp", 277},    {"ps", 277},
+      {"sksac", 145}, {"sksdf", 257}, {"pkpab", 217}, {"pkpdf", 248}, {"pkikp", 360},
+      {"lpp", 107},   {"lss", 107},   {"lps", 107},   {"lsp", 107}};
+  float time = 0;
+  for (const auto& [phase, rows] : capacities) {
+    folder.write("iasp91_" + phase + ".txt", file(400, int(time += 1000)));
+  }
+  const auto object = make<TTTableObject>();
+  ASSERT_TRUE(object->init());
+  time = 0;
+  for (const auto& [phase, rows] : capacities) {
+    SCOPED_TRACE(phase);
+    const std::string key = phase == "pkikp" ? "PKLiKP" : phase;
+    // P is asked with the rows of S.
+    const float last = float(phase == "p" ? 144 : rows) - 1;
+    time += 1000;
+    EXPECT_NEAR(object->GetTTPhase_GCARC_Depth(key, last - 0.5f, 0).time, time + last - 0.5, 0.01);
+    EXPECT_NEAR(object->GetTTimeSlownessesForPhase_GCARC_Depth(key, 0.5f, 0).time, time + 0.5,
+                0.01);
+    EXPECT_EQ(object->GetTTPhase_GCARC_Depth(key, last + 0.5f, 0).time, kNone);
+  }
+  EXPECT_EQ(object->np(), 145);
+  EXPECT_EQ(object->npklikp(), 360);
+  std::vector<float> whole(360 * 18);
+  std::int32_t rows = 0;
+  ReadTTTablePhase("IASP91_", "P", whole.data(), &rows);
+  EXPECT_EQ(rows, 360);
+  EXPECT_EQ(messageOf([&] { ReadTTTablePhase("iasp91_", nullptr, whole.data(), &rows); }),
+            "Sorry, can't open the Travel Time Table file.\n");
+  for (const char* name : {"pkikp", "PKIKP", "", "ppp", "sksacxxxxx", "pklikpab", " p"}) {
+    EXPECT_EQ(object->GetTTPhase_GCARC_Depth(name, 50, 0).time, kNone) << name;
+    EXPECT_EQ(object->GetTTimeSlownessesForPhase_GCARC_Depth(name, 50, 0).depthDerivative, kNone);
+  }
+}
+
+}  // namespace
+}  // namespace krosac

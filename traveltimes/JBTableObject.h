@@ -1,0 +1,52 @@
+// The Jeffreys-Bullen tables of P, S, PP, SS, PcP and ScS in one object.
+#ifndef KROSAC_TRAVELTIMES_JBTABLEOBJECT_H
+#define KROSAC_TRAVELTIMES_JBTABLEOBJECT_H
+
+#include <cstdint>
+#include <string_view>
+
+#include "krosac/platform/Object.h"
+#include "krosac/traveltimes/SeismicPhase.h"
+
+namespace krosac {
+
+class KROSAC_API JBTableObject : public Object {
+ public:
+  // Reads the six tables from the library's data files, each no further than its array. A file that
+  // cannot be opened prints a message on standard error and leaves its table zero.
+  Ref<Object> init() override;
+
+  // Time (s) and slowness (s/km) of the phase "p", "s", "pp", "ss", "pcp" or "scs", in any case, at
+  // a distance (degrees) and source depth (km), as from GetJBTimes and GetJBTimeSlowness. Both are
+  // -12345.0 outside the table and for any other name.
+  SeismicPhase GetJBPhase_GCARC_Depth(std::string_view phase, float gcarc, float depth) const;
+
+  // The tables, row after row: 14 depths for P and S, 13 for the others; and the rows read. The row
+  // counts of P and S are never set.
+  const float* tp() const { return tp_; }
+  const float* ts() const { return ts_; }
+  const float* tpcp() const { return tpcp_; }
+  const float* tscs() const { return tscs_; }
+  const float* tpp() const { return tpp_; }
+  const float* tss() const { return tss_; }
+  std::int32_t npcp() const { return npcp_; }
+  std::int32_t nscs() const { return nscs_; }
+  std::int32_t npp() const { return npp_; }
+  std::int32_t nss() const { return nss_; }
+  std::int32_t np() const { return np_; }
+  std::int32_t ns() const { return ns_; }
+
+ private:
+  float tp_[118 * 14]{};
+  float ts_[120 * 14]{};
+  float tpcp_[101 * 13]{};
+  float tscs_[101 * 13]{};
+  float tpp_[211 * 13]{};
+  float tss_[215 * 13]{};
+  std::int32_t npcp_ = 0, nscs_ = 0, npp_ = 0, nss_ = 0;
+  std::int32_t np_ = 0, ns_ = 0;
+};
+
+}  // namespace krosac
+
+#endif

@@ -1,0 +1,81 @@
+// The IASP91 tables of nineteen phases in one object.
+#ifndef KROSAC_TRAVELTIMES_TTTABLEOBJECT_H
+#define KROSAC_TRAVELTIMES_TTTABLEOBJECT_H
+
+#include <cstdint>
+#include <string_view>
+
+#include "krosac/platform/Object.h"
+#include "krosac/traveltimes/SeismicPhase.h"
+
+namespace krosac {
+
+// One table: the array t<phase>, with 18 depths a row, and the count n<phase> of the rows read.
+#define KROSAC_TT_TABLE(phase, capacity) \
+ public:                                 \
+  const float* t##phase() const {        \
+    return t##phase##_;                  \
+  }                                      \
+  std::int32_t n##phase() const {        \
+    return n##phase##_;                  \
+  }                                      \
+                                         \
+ private:                                \
+  float t##phase##_[capacity * 18]{};    \
+  std::int32_t n##phase##_ = 0;
+
+class KROSAC_API TTTableObject : public Object {
+ public:
+  // Reads the nineteen tables from the library's data files "iasp91_...", each no further than its
+  // array. A file that cannot be opened prints a message on standard error and leaves its table
+  // zero.
+  Ref<Object> init() override;
+
+  // Time (s) and slowness (s/km) of a phase, as from GetTTTimeSlowness, at a distance (degrees) and
+  // source depth (km). The phase, in any case, is one of "p", "s", "pp", "ss", "sp", "ps", "pcp",
+  // "scs", "pcs", "scp", "sksac", "sksdf", "pkpab", "pkpdf", "pklikp" (the inner-core arrival,
+  // reflected at short distances), and the depth phases "lpp", "lsp", "lss", "lps" (pP, sP, sS,
+  // pS). -12345.0 in each field outside the table and for any other name.
+  SeismicPhase GetTTPhase_GCARC_Depth(std::string_view phase, float gcarc, float depth) const;
+
+  // The same with the slowness and depth derivative (s/km) of GetTTTimeSlownesses.
+  SeismicPhaseTimeSlowness GetTTimeSlownessesForPhase_GCARC_Depth(std::string_view phase,
+                                                                  float gcarc, float depth) const;
+
+  KROSAC_TT_TABLE(p, 145)
+  KROSAC_TT_TABLE(s, 144)
+  KROSAC_TT_TABLE(pcp, 99)
+  KROSAC_TT_TABLE(scs, 100)
+  KROSAC_TT_TABLE(pcs, 63)
+  KROSAC_TT_TABLE(scp, 63)
+  KROSAC_TT_TABLE(pp, 339)
+  KROSAC_TT_TABLE(ss, 337)
+  KROSAC_TT_TABLE(sp, 277)
+  KROSAC_TT_TABLE(ps, 277)
+  KROSAC_TT_TABLE(sksac, 145)
+  KROSAC_TT_TABLE(sksdf, 257)
+  KROSAC_TT_TABLE(pkpab, 217)
+  KROSAC_TT_TABLE(pkpdf, 248)
+  KROSAC_TT_TABLE(pklikp, 360)
+  KROSAC_TT_TABLE(lpp, 107)
+  KROSAC_TT_TABLE(lss, 107)
+  KROSAC_TT_TABLE(lps, 107)
+  KROSAC_TT_TABLE(lsp, 107)
+
+ private:
+  // Calls visit(key, phase of the file, table, rows) for each table, in the order of reading.
+  template <typename Self, typename Visit>
+  static void eachTable(Self& self, Visit visit);
+
+  struct Table {
+    const float* values;
+    std::int32_t rows;
+  };
+  Table tableOf(std::string_view phase) const;
+};
+
+#undef KROSAC_TT_TABLE
+
+}  // namespace krosac
+
+#endif
