@@ -17,6 +17,11 @@
 #include "krosac/timegeo/FlinnEngdahl.h"
 #include "krosac/timegeo/GreatCircle.h"
 
+#include "krosac/traveltimes/JBTables.h"
+#include "krosac/traveltimes/PsNMOTables.h"
+#include "krosac/traveltimes/SeismicPhase.h"
+#include "krosac/traveltimes/TTTables.h"
+
 #ifdef __cplusplus
 #include "krosac/dsp/Misfits.h"
 #include "krosac/dsp/Rotation.h"
@@ -31,6 +36,11 @@
 #include "krosac/sacio/ByteOrder.h"
 #include "krosac/seismogram/SacObject.h"
 #include "krosac/timegeo/SeisTimeObject.h"
+#include "krosac/traveltimes/JBTableObject.h"
+#include "krosac/traveltimes/LocsatTTController.h"
+#include "krosac/traveltimes/LocsatTTTable.h"
+#include "krosac/traveltimes/PsNMOTableObject.h"
+#include "krosac/traveltimes/TTTableObject.h"
 #endif
 
 #endif
