@@ -207,18 +207,17 @@ TEST(SacRoutines, WritersRefuse) {
   const std::string old = folder.write("old", "precious");
   const std::string tooLong = folder.path() + std::string(600, '/') + "old";
   const std::int32_t three = 3, negative = -1;
-  const float b = 1, delta = 1;
+  const float one = 1;
   const struct {
     std::string path;
     const float* y;
     const std::int32_t* n;
-    const float* delta;
-  } cases[] = {{folder.path("no/file"), kValues, &three, &delta},
-               {" ", kValues, &three, &delta},
-               {tooLong, kValues, &three, &delta},
-               {old, nullptr, &three, &delta},
-               {old, kValues, nullptr, nullptr},
-               {old, kValues, &negative, &delta}};
+  } cases[] = {{folder.path("no/file"), kValues, &three},
+               {" ", kValues, &three},
+               {tooLong, kValues, &three},
+               {old, nullptr, &three},
+               {old, kValues, nullptr},
+               {old, kValues, &negative}};
   for (const auto& c : cases) {
     std::int32_t errors[3] = {7, 7, 7};
     newhdr_();
@@ -226,13 +225,19 @@ TEST(SacRoutines, WritersRefuse) {
     const std::string out = printed([&] {
       const float* const all = c.n == &three ? c.y : nullptr;
       wsac0_(c.path.data(), kValues, all, &errors[0], length(c.path));
-      wsac1_(c.path.data(), c.y, c.n, &b, c.delta, &errors[1], length(c.path));
+      wsac1_(c.path.data(), c.y, c.n, &one, &one, &errors[1], length(c.path));
       wsac2_(c.path.data(), c.y, c.n, kValues, &errors[2], length(c.path));
     });
     EXPECT_EQ(out, "Problem creating file " + c.path.substr(0, c.path.find(' ')) + "\n|");
     EXPECT_EQ(std::to_array(errors), std::to_array({-1, -1, -1})) << c.path;
-    EXPECT_EQ(folder.read("old"), "precious");
   }
+  for (const bool hasB : {true, false}) {
+    std::int32_t error = 7;
+    wsac1_(old.data(), kValues, &three, hasB ? &one : nullptr, hasB ? nullptr : &one, &error,
+           length(old));
+    EXPECT_EQ(error, -1);
+  }
+  EXPECT_EQ(folder.read("old"), "precious");
 }
 
 TEST(SacRoutines, NullArgumentsAreHarmless) {
