@@ -12,6 +12,7 @@
 #include "krosac/dsp/Statistics.h"
 #include "krosac/sacio/SacFile.h"
 #include "krosac/sacio/SacHeader.h"
+#include "krosac/sacio/SacRoutines.h"
 #include "krosac/timegeo/Calendar.h"
 #include "krosac/timegeo/Ellipticity.h"
 #include "krosac/timegeo/FlinnEngdahl.h"
