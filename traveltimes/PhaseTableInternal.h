@@ -56,7 +56,7 @@ std::size_t columnAbove(const float (&nodes)[columns], float depth) {
 // The last of `rows` rows, one a degree, that lies strictly before the distance; 0 when none does.
 inline std::int32_t rowBefore(float distance, std::int32_t rows) {
   if (rows <= 0 || !(distance > 1.0f)) return 0;
-  if (distance > static_cast<float>(rows)) return rows - 1;
+  if (distance >= static_cast<float>(rows)) return rows - 1;
   return static_cast<std::int32_t>(std::ceil(distance)) - 1;
 }
 

@@ -59,10 +59,17 @@ TEST(JBTables, InterpolatesPhaseTables) {
   const struct {
     std::int32_t rows;
     float gcarc, depth, time;
-  } cases[] = {{101, 0, 0, 100.026f},     {101, 3, 30, 137.5f},    {101, 99.9f, 800, 1277.725f},
-               {101, 100, 0, 1100.025f},  {101, 100.1f, 0, kNone}, {181, 180, 0, 1900.024f},
-               {101, -1, 0, 90.025f},     {101, 50, kNaN, kNone},  {0, 0.5f, 0, 105.025f},
-               {101, kInfinity, 0, kNone}};
+  } cases[] = {{101, 0, 0, 100.026f},
+               {101, 3, 30, 137.5f},
+               {101, 99.9f, 800, 1277.725f},
+               {101, 100, 0, 1100.025f},
+               {101, 100.1f, 0, kNone},
+               {181, 180, 0, 1900.024f},
+               {101, -1, 0, 90.025f},
+               {101, 50, kNaN, kNone},
+               {0, 0.5f, 0, 105.025f},
+               {101, kInfinity, 0, kNone},
+               {INT32_MAX, 2147483648.0f, 0, kNone}};
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << c.rows << " rows, " << c.gcarc << " degrees");
     float time, slowness;
