@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "krosac/dsp/PackedSpectrumInternal.h"
 #include "krosac/dsp/WeightsInternal.h"
@@ -108,6 +109,7 @@ std::pair<double, double> SacObject::GetOptimalShift(SacObject& other) {
   for (const float sample : y.first(std::min(x.size(), y.size()))) energyB += sample * sample;
   setUserValueKey_Value(kEnergyKey, energyA);
   other.setUserValueKey_Value(kEnergyKey, energyB);
+  if (x.empty()) return {0.0, std::numeric_limits<double>::quiet_NaN()};
 
   auto [a, b] = spectraWith(other);
   if (!a || !b) return {0.0, 0.0};
