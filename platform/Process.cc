@@ -1,0 +1,187 @@
+#include "krosac/platform/Process.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <exception>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+extern char** environ;
+
+namespace krosac {
+namespace {
+
+constexpr char kNothing[] = "/dev/null";
+
+// An open file, closed when it goes. It never is one of the three standard streams, also where the
+// caller has closed those, so that setting up one stream of the child cannot overwrite another.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) noexcept : number_(number) {
+    if (number < 0 || number > STDERR_FILENO) return;
+    number_ = ::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    const int error = errno;
+    ::close(number);
+    errno = error;
+  }
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~Descriptor() { close(); }
+
+  bool isOpen() const noexcept { return number_ >= 0; }
+  int number() const noexcept { return number_; }
+  void close() noexcept {
+    if (isOpen()) ::close(std::exchange(number_, -1));
+  }
+
+ private:
+  int number_ = -1;
+};
+
+std::string failure(const char* what, const std::string& name, int error) {
+  CLocaleScope sameWordsInEveryLocale;
+  return formatText("Could not %s %s: %s.", what, name.c_str(),
+                    std::generic_category().message(error).c_str());
+}
+
+// What posix_spawn is told beside the program and its arguments.
+class SpawnRules {
+ public:
+  SpawnRules() noexcept {
+    note(posix_spawn_file_actions_init(&actions_));
+    note(posix_spawnattr_init(&attributes_));
+    sigset_t signals;
+    sigemptyset(&signals);
+    note(posix_spawnattr_setsigmask(&attributes_, &signals));
+    sigaddset(&signals, SIGCHLD);
+    sigaddset(&signals, SIGPIPE);
+    note(posix_spawnattr_setsigdefault(&attributes_, &signals));
+    note(posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+  }
+  ~SpawnRules() {
+    posix_spawn_file_actions_destroy(&actions_);
+    posix_spawnattr_destroy(&attributes_);
+  }
+  SpawnRules(const SpawnRules&) = delete;
+  SpawnRules& operator=(const SpawnRules&) = delete;
+
+  void connect(const Descriptor& file, int stream) noexcept {
+    if (file.isOpen()) note(posix_spawn_file_actions_adddup2(&actions_, file.number(), stream));
+  }
+  void enter(const std::string& directory) noexcept {
+    if (!directory.empty())
+      note(posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str()));
+  }
+  // 0, or the number of the error.
+  int spawn(const std::string& program, char* const arguments[], pid_t& child) const noexcept {
+    if (error_ != 0) return error_;
+    return posix_spawn(&child, program.c_str(), &actions_, &attributes_, arguments, environ);
+  }
+
+ private:
+  void note(int error) noexcept {
+    if (error_ == 0) error_ = error;
+  }
+
+  posix_spawn_file_actions_t actions_;
+  posix_spawnattr_t attributes_;
+  int error_ = 0;
+};
+
+bool openPipe(Descriptor& readEnd, Descriptor& writeEnd) noexcept {
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) return false;
+  readEnd = Descriptor(ends[0]);
+  writeEnd = Descriptor(ends[1]);
+  return readEnd.isOpen() && writeEnd.isOpen();
+}
+
+// 0, or the number of the error. Reads on when there is no memory to keep it all, so that the
+// writer is not stopped.
+int readToEnd(const Descriptor& pipe, std::string& text) noexcept {
+  char block[65536];
+  int error = 0;
+  while (true) {
+    const ssize_t n = ::read(pipe.number(), block, sizeof block);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return errno;
+    if (n == 0) return error;
+    if (error != 0) continue;
+    try {
+      text.append(block, static_cast<std::size_t>(n));
+    } catch (const std::exception&) {
+      error = ENOMEM;
+    }
+  }
+}
+
+std::optional<int> waitForEnd(pid_t child) noexcept {
+  int status = 0;
+  pid_t ended;
+  do {
+    ended = ::waitpid(child, &status, 0);
+  } while (ended < 0 && errno == EINTR);
+  // Where the caller ignores SIGCHLD the wait lasts as long, and then finds no status.
+  if (ended != child || !WIFEXITED(status)) return std::nullopt;
+  return WEXITSTATUS(status);
+}
+
+}  // namespace
+
+ProcessResult runProcess(const ProcessCommand& command) {
+  ProcessResult result;
+  const auto failed = [&](const char* what, const std::string& name, int error) {
+    result.error = failure(what, name, error);
+    return result;
+  };
+
+  Descriptor output, captured;
+  if (command.capturesOutput) {
+    if (!openPipe(captured, output)) return failed("make a pipe for", command.program, errno);
+  } else if (command.outputFile) {
+    output = Descriptor(
+        ::open(command.outputFile->c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (!output.isOpen()) return failed("write", *command.outputFile, errno);
+  }
+  const std::string inputFile = command.inputFile.value_or(kNothing);
+  const Descriptor input(::open(inputFile.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!input.isOpen()) return failed("read", inputFile, errno);
+  if (!command.directory.empty() && ::access((command.directory + "/.").c_str(), X_OK) != 0)
+    return failed("enter", command.directory, errno);
+
+  // The child is in its own directory when it looks for the program.
+  std::error_code unknownDirectory;
+  const std::string program = std::filesystem::absolute(command.program, unknownDirectory).string();
+  if (unknownDirectory) return failed("run", command.program, unknownDirectory.value());
+  std::vector<char*> arguments{const_cast<char*>(command.program.c_str())};
+  for (const std::string& argument : command.arguments)
+    arguments.push_back(const_cast<char*>(argument.c_str()));
+  arguments.push_back(nullptr);
+
+  SpawnRules rules;
+  rules.connect(input, STDIN_FILENO);
+  rules.connect(output, STDOUT_FILENO);
+  rules.enter(command.directory);
+  pid_t child;
+  const int error = rules.spawn(program, arguments.data(), child);
+  if (error != 0) return failed("run", command.program, error);
+
+  output.close();
+  const int readError = captured.isOpen() ? readToEnd(captured, result.output) : 0;
+  captured.close();
+  result.exitCode = waitForEnd(child);
+  if (readError != 0) return failed("read the output of", command.program, readError);
+  return result;
+}
+
+}  // namespace krosac

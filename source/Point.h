@@ -1,0 +1,13 @@
+// Two coordinates that belong together.
+#ifndef KROSAC_SOURCE_POINT_H
+#define KROSAC_SOURCE_POINT_H
+
+namespace krosac {
+
+struct Point {
+  double x = 0.0, y = 0.0;
+};
+
+}  // namespace krosac
+
+#endif

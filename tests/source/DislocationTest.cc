@@ -1,0 +1,141 @@
+#include "krosac/source/Dislocation.h"
+
+#include <gtest/gtest.h>
+
+#include "DoubleCouple.h"
+
+namespace krosac {
+namespace {
+
+// The short constant of radians is off by 2.8e-8 of itself: 1.7e-7 a turn.
+constexpr double kShortConstant = 4e-7;
+// A few roundings in single precision of angles up to 360, and of terms up to about 3.
+constexpr double kAngle = 1e-4, kSingle = 2e-6;
+
+Ref<Dislocation> faultOf(float strike, float dip, float rake) {
+  return make<Dislocation>()->initWithSDR(strike, dip, rake);
+}
+
+template <typename Check>
+void forAllFaults(Check check) {
+  for (float strike = -160; strike <= 360; strike += 65)
+    for (float dip = 10; dip <= 80; dip += 14)
+      for (float rake = -170; rake <= 170; rake += 20) {
+        SCOPED_TRACE(testing::Message() << strike << "/" << dip << "/" << rake);
+        check(*faultOf(strike, dip, rake), DoubleCouple(strike, dip, rake));
+      }
+}
+
+void expectNear(const Vector3& a, const Vector3& b, double factor, double tolerance) {
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(a[i], factor * b[i], tolerance) << i;
+}
+
+double turn(double a, double b) {
+  return std::fabs(std::remainder(a - b, 360.0));
+}
+
+TEST(Dislocation, VectorsAndAxes) {
+  forAllFaults([](const Dislocation& d, const DoubleCouple& truth) {
+    const auto &u = d.GetSlipVector(), &nu = d.GetNormalVector();
+    const auto &p = d.GetPaxis(), &t = d.GetTaxis(), &b = d.GetBaxis();
+    EXPECT_NEAR(std::fabs(dot(u, u) - 1) + std::fabs(dot(nu, nu) - 1) + dot(u, nu), 0, 1e-14);
+    expectNear(u, truth.slip, 1, kShortConstant);
+    expectNear(nu, truth.normal, 1, kShortConstant);
+    EXPECT_NEAR(truth.project(p, p), -1, kShortConstant);
+    EXPECT_NEAR(truth.project(t, t), 1, kShortConstant);
+    expectNear(b, {p[1] * t[2] - p[2] * t[1], p[2] * t[0] - p[0] * t[2], 0}, 1, 1e-14);
+    for (const auto& [axis, azimuth, plunge] : {std::tuple{p, d.GetPAzimuth(), d.GetPPlunge()},
+                                                {t, d.GetTAzimuth(), d.GetTPlunge()},
+                                                {b, d.GetBAzimuth(), d.GetBPlunge()}}) {
+      const double away = std::atan2(axis[1], axis[0]) / kDegree + (axis[2] < 0 ? 180 : 0);
+      EXPECT_LT(turn(azimuth, 180 - away), kAngle) << "mirrored";
+      EXPECT_NEAR(std::sin(plunge * kDegree), std::fabs(axis[2]), kSingle);
+    }
+  });
+  EXPECT_NEAR(faultOf(225, 30, 90)->GetPAzimuth(), 405, kAngle) << "not wrapped";
+  EXPECT_NEAR(faultOf(135, 60, 90)->GetPAzimuth(), -45, kAngle) << "not wrapped";
+}
+
+TEST(Dislocation, AuxiliaryPlaneIsAcrossTheSlip) {
+  forAllFaults([](const Dislocation& d, const DoubleCouple&) {
+    const float sign = d.GetRake() > 0 ? 1 : -1;
+    const auto auxiliary = faultOf(1, 2, 3);
+    auxiliary->SetStrike(d.GetAuxStrike());
+    auxiliary->SetDip(d.GetAuxDip());
+    auxiliary->SetRake(sign * d.GetAuxRake());
+    EXPECT_LE(std::fabs(d.GetAuxStrike()), 180);
+    expectNear(auxiliary->GetNormalVector(), d.GetSlipVector(), sign, kSingle);
+    expectNear(auxiliary->GetSlipVector(), d.GetNormalVector(), sign, kSingle);
+    if (sign < 0) return;
+    EXPECT_LT(turn(auxiliary->GetAuxStrike(), d.GetStrike()), kAngle);
+    EXPECT_NEAR(auxiliary->GetAuxDip(), d.GetDip(), kAngle);
+    EXPECT_NEAR(auxiliary->GetAuxRake(), d.GetRake(), kAngle);
+  });
+  const struct {
+    Vector3 fault, auxiliary;
+  } cases[] = {{{30, 0, -90}, {30, 90, 0}},    {{30, 0, -89.1}, {30, 90, 0}},
+               {{30, 0, -90.9}, {30, 90, 0}},  {{30, 0, -91}, {-150, 90, 0}},
+               {{30, 0, -89}, {-150, 90, 0}},  {{-400, 0, 45}, {140, 90, 0}},
+               {{200, 180, 10}, {20, 90, 0}},  {{0, 0.0057, 45}, {180, 90, 0}},
+               {{0, 90, 89.95}, {180, 0, 0}},  {{0, 90, -89.95}, {0, 0, 0}},
+               {{30, 60, 0}, {-120, 90, 150}}, {{0, 0.0058, 45}, {-135, 89.9959, 90.0041}}};
+  for (const auto& [fault, auxiliary] : cases) {
+    const auto angle = [&fault](int i) { return static_cast<float>(fault[i]); };
+    const auto d = faultOf(angle(0), angle(1), angle(2));
+    SCOPED_TRACE(testing::PrintToString(fault));
+    expectNear({d->GetAuxStrike(), d->GetAuxDip(), d->GetAuxRake()}, auxiliary, 1, kAngle);
+  }
+}
+
+TEST(Dislocation, RadiatesByTheMomentTensor) {
+  forAllFaults([](const Dislocation& d, const DoubleCouple& truth) {
+    const int rings = 24, sectors = 6, rays = 2 * rings * sectors;
+    const float v = 3.5f;
+    double meanP = 0, meanS = 0;
+    for (int i = 0; i < rays; ++i) {
+      const bool up = i % 2;
+      const float azimuth = 360.0f / sectors * static_cast<float>(i / 2 % sectors) - 70;
+      const float depth = (static_cast<float>(i / 2 / sectors) + 0.5f) / rings;
+      const float sine = std::sqrt(1 - depth * depth), p = sine / v;
+      const float P = d.pAmplitudeAz_RayP_Vel_Upgoing(azimuth, p, v, up);
+      const float SV = d.svAmplitudeAz_RayP_Vel_Upgoing(azimuth, p, v, up);
+      const float SH = d.shAmplitudeAz_RayP_Vel_Upgoing(azimuth, p, v, up);
+      const auto pattern = truth.pattern(azimuth, sine, up ? -depth : depth);
+      const auto reversed = truth.pattern(azimuth, sine, up ? depth : -depth);
+      const Vector3 scaled = {v * v * P, v * v * SV, p * v * v * v * SH};
+      expectNear(scaled, {pattern.P, pattern.SV, reversed.SH}, 1, kSingle);
+      meanP += scaled[0] * scaled[0] / rays;
+      meanS += (scaled[1] * scaled[1] + scaled[2] * scaled[2]) / rays;
+      EXPECT_EQ(up ? P : d.ComputePWaveAmplitudeAz_RayP_Vel(azimuth, p, v), P);
+      EXPECT_EQ(up ? SV : d.ComputeSVWaveAmplitudeAz_RayP_Vel(azimuth, p, v), SV);
+      EXPECT_EQ(up ? d.ComputeSHWaveAmplitudeAz_RayP_Vel(azimuth, p, v) : SH, SH);
+    }
+    // The midpoint rule of the rings is off by less than the square of its step.
+    EXPECT_NEAR(meanP, 4.0 / 15, 1.0 / (rings * rings));
+    EXPECT_NEAR(meanS, 2.0 / 5, 1.0 / (rings * rings));
+  });
+  const auto level = faultOf(0, 0, 90);
+  EXPECT_NEAR(level->shAmplitudeAz_RayP_Vel_Upgoing(0, 0, 4, false), -156.25, 156.25 * kSingle);
+  EXPECT_TRUE(std::isnan(level->pAmplitudeAz_RayP_Vel_Upgoing(50, 0.26f, 4, false)));
+}
+
+TEST(Dislocation, ExcitesSurfaceWavesByTheMomentTensorAlongTheAzimuth) {
+  const double sets[][6] = {{360, -0.08781, -0.01324, -2.65306, 1.83101, 0.93984},
+                            {359, -0.1451, -0.17929, -3.34124, 3.32004, 1.9275}};
+  forAllFaults([&](const Dislocation& d, const DoubleCouple& truth) {
+    for (const float azimuth : {-75.0f, 128.0f})
+      for (const auto& [period, k1, k2, k3, k4, k5] : sets) {
+        const auto radial = truth.pattern(azimuth, 1, 0), down = truth.pattern(azimuth, 0, 1);
+        const double across = truth.pattern(azimuth + 90, 1, 0).P;
+        const auto [rayleigh, love] =
+            d.ComputeSurfWaveAmplitudeAz_Period(azimuth, static_cast<float>(period));
+        const double vertical = k4 * down.P / 2 - k5 * (radial.P - across) / 2;
+        // Angles of up to two turns in single precision, times k3.
+        EXPECT_NEAR(rayleigh, std::hypot(k2 * down.SV, vertical), 5e-6);
+        EXPECT_NEAR(love, std::hypot(k1 * down.SH, k3 * radial.SH), 5e-6);
+      }
+  });
+}
+
+}  // namespace
+}  // namespace krosac

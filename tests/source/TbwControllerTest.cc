@@ -1,0 +1,110 @@
+#include "krosac/source/TbwController.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "CapturedLog.h"
+#include "TemporaryFolder.h"
+#include "krosac/sacio/SacFile.h"
+
+namespace krosac {
+namespace {
+
+// An installation of stand-in programs in folders with blanks. Each writes to the file "record" of
+// its working folder its name, its arguments and its input, and then does what it is told here.
+struct TbwControllerTest : ::testing::Test {
+  TbwControllerTest() {
+    std::filesystem::create_directory(work);
+    std::filesystem::create_directory(programs);
+    standIn("work dir/cleanup.sh", "");
+    standIn("ex dir/hudson96", "printf greens > hspec96.grn; echo done");
+    standIn("ex dir/hpulse96", "echo pulses");
+    standIn("ex dir/fmech96", "echo mechanism");
+    standIn("ex dir/f96tosac", "");
+    controller->init();
+    EXPECT_EQ(controller->earthModelName() + controller->exPath() + controller->workPath(),
+              "AK135sph.mod/norvik/bin/norvik/EarthModels/Hudson");
+    controller->setWorkPath(work);
+    controller->setExPath(programs);
+  }
+  void standIn(const std::string& name, const std::string& does) {
+    const std::string script =
+        "#!/bin/sh\n{ printf '%s' \"${0##*/}\"; for a; do printf '[%s]' \"$a\"; done; printf ' of "
+        "'; cat; echo; } >> record\n";
+    ::chmod(folder.write(name, script + does).c_str(), 0755);
+  }
+
+  TemporaryFolder folder;
+  const std::string work = folder.path("work dir"), programs = folder.path("ex dir");
+  const Ref<tbwController> controller = make<tbwController>();
+  CapturedLog log;
+};
+
+TEST_F(TbwControllerTest, RunsTheProgramsAndReadsTheFileOfTheSignalType) {
+  const std::tuple<std::int32_t, std::string, const char*> cases[] = {{1, "-P", "B00101Z00.sac"},
+                                                                      {2, "-P", "B00102R00.sac"},
+                                                                      {6, "-S", "B00103T00.sac"},
+                                                                      {-1, "-S", nullptr},
+                                                                      {3, "-S", nullptr}};
+  const float samples[] = {1, -2, 3};
+  std::int32_t status;
+  for (const char* file : {"B00101Z00.sac", "B00102R00.sac", "B00103T00.sac"})
+    WriteSAC1((work + "/" + file).c_str(), samples, 3, &status, 0.5f, file[5]);
+  folder.write("work dir/gfs.txt", "old Green's functions, longer than the new\n");
+  controller->setEarthModelName("two  blanks");
+  controller->setSrcModelName("`touch injected`");
+  for (const auto& [type, flag, file] : cases) {
+    EXPECT_TRUE(log.texts.empty());
+    controller->setSignalType(type);
+    controller->setTshift(0.75f);
+    controller->setVerbose(type == 3);
+    std::filesystem::remove(work + "/record");
+    const auto result = controller->computeResponse();
+    EXPECT_EQ(folder.read("work dir/record"),
+              "cleanup.sh of \n"
+              "hudson96[-TEL][two][][blanks][-SRC][`touch][injected`][-REC][nearRec.mod]"
+              "[-HS][15.000000][-GCARC][60.000000][-NPTS][1024][-DT][0.100000][-O][5.000000][" +
+                  flag +
+                  "] of \nhpulse96[-i][-D] of greens\n"
+                  "fmech96[][-S][0.000000][-D][90.000000][-R][0.000000][-M0][1.000000e+22]"
+                  "[-A][45.000000][-NPTS][1024][-ROT] of pulses\n\n"
+                  "f96tosac[f96tosac][<][resp.txt] of \n");
+    EXPECT_EQ(folder.read("work dir/resp.txt"), "mechanism\n");
+    ASSERT_TRUE(result && result->retainCount() == 1);
+    EXPECT_EQ(result->b(), file ? static_cast<float>(file[5]) : -12345.0f) << type;
+    EXPECT_EQ(controller->tshift(), file ? 0 : 0.75f);
+    if (type != 3) continue;
+    EXPECT_THAT(
+        log.texts,
+        testing::ElementsAre("hudson96 -TEL two  blanks -SRC `touch injected` -REC nearRec.mod -HS "
+                             "15.000000 -GCARC 60.000000 -NPTS 1024 -DT 0.100000 -O 5.000000 -S",
+                             "done\n", "Computing the impulse responses.",
+                             "Computing the dislocation response.",
+                             "fmech96  -S 0.000000 -D 90.000000 -R 0.000000 -M0 1.000000e+22 -A "
+                             "45.000000 -NPTS 1024 -ROT",
+                             result->description()));
+  }
+  EXPECT_FALSE(std::filesystem::exists(work + "/injected"));
+}
+
+TEST_F(TbwControllerTest, GoesOnWhereProgramsFailAndNamesThoseThatAreMissing) {
+  folder.write("work dir/resp.txt", "old");
+  folder.write("work dir/B00101Z00.sac", "no seismogram");
+  standIn("ex dir/hudson96", "exit 3");
+  std::filesystem::remove(programs + "/fmech96");
+  EXPECT_FALSE(controller->computeResponse()->GetSacHeader());
+  EXPECT_THAT(folder.read("work dir/record"), testing::HasSubstr("f96tosac[f96tosac][<]"));
+  EXPECT_EQ(folder.read("work dir/resp.txt"), "");
+  ASSERT_GE(log.texts.size(), 2u);
+  EXPECT_EQ(log.texts[0], "Could not read " + work + "/hspec96.grn: No such file or directory.");
+  EXPECT_EQ(log.texts[1], "Could not run " + programs + "/fmech96: No such file or directory.");
+
+  controller->setWorkPath(folder.path("nowhere"));
+  EXPECT_FALSE(controller->computeResponse()->GetSacHeader());
+}
+
+}  // namespace
+}  // namespace krosac
