@@ -2,10 +2,10 @@
 #ifndef KROSAC_CATALOG_KROGEOLOCATION_H
 #define KROSAC_CATALOG_KROGEOLOCATION_H
 
-#include "krosac/catalog/Point.h"
 #include "krosac/platform/Archive.h"
 #include "krosac/platform/Export.h"
 #include "krosac/platform/Fields.h"
+#include "krosac/platform/Point.h"
 
 namespace krosac {
 

@@ -132,8 +132,8 @@ class KROSAC_API SacObject : public Archivable {
   void setMSeisHasChanged(bool changed) { mSeisHasChanged_ = changed; }
   bool mSeisIsLocked() const { return mSeisIsLocked_; }
   void setMSeisIsLocked(bool locked) { mSeisIsLocked_ = locked; }
-  // Above 0 the loaders' reference times are logged, from 2 the processing messages, from 5 the
-  // retain counts at the end.
+  // From 2 on the processing messages are logged, at 5 and above the retain counts at the end. The
+  // loaders reset it to 0 before they would log the reference time.
   std::int32_t verbose() const { return verbose_; }
   void setVerbose(std::int32_t level) { verbose_ = level; }
   std::int32_t tag() const { return tag_; }
@@ -142,8 +142,9 @@ class KROSAC_API SacObject : public Archivable {
   bool swappedBytes() const { return swappedBytes_; }
   void setSwappedBytes(bool swapped) { swappedBytes_ = swapped; }
 
-  // ---- Header fields: each getter gives the field, each setter stores it and does nothing else
-  // ----
+  // ---- Header fields ----
+  //
+  // Each getter gives the field, each setter stores it and does nothing else.
 
   std::int32_t npts() const { return field(&SacHeader::NPTS); }
   void setNpts(std::int32_t npts) { setField(&SacHeader::NPTS, npts); }
@@ -479,6 +480,52 @@ class KROSAC_API SacObject : public Archivable {
   // Nothing when B is above 0.
   void subtractZeroLagGaussian(float k);
 
+  // ---- Travel-time marks and synthetics (SacObjectMarks.cc) ----
+  //
+  // The sample of a time is that of its truncated index; spikes off the trace are skipped. `block`
+  // is the block of 13 floats of GetBWResponse, overwritten by its results; element 7 selects P, pP
+  // and sP (0) or SH and sS.
+
+  // Set A and T0, labelled P(JB) and S(JB), to the Jeffreys-Bullen times after O, and the second
+  // USER2 and USER3 to the P and S slowness (s/km). EVDP is in km, above 1000 in m. Nothing when
+  // DIST is more than 100 degrees (of 111.19 km), when DIST, EVDP or O is undefined, or where the
+  // tables cannot be read.
+  void markJBTimes();
+  void markJBTimesAndSlowness();
+  // Replaces the trace, but for its first sample (intended), by spikes of amplitude / (2 DELTA):
+  // the direct wave at A or T0, at 5 s where that is undefined, the others behind it. Sets EVDP to
+  // the source depth.
+  void computeBWResponse(float* block);
+  // Adds the spikes times the moment, `delay` s later. Without ComputeExtrema; mSeisHasChanged is
+  // set only when the last spike is on the trace (intended).
+  void addBWResponse_Delay_Moment(float* block, float delay, float moment);
+  // The same with 125 reverberations of pP and sP in a water layer (1.5 km/s) of `waterDepth` km,
+  // which start from A only when T0 is set (intended); sets mSeisHasChanged.
+  void addBWResponseWater_Delay_Moment_WDepth(float* block, float delay, float moment,
+                                              float waterDepth);
+  // Adds moment / DELTA at time t (s); sets mSeisHasChanged when t is on the trace.
+  void addSpikeDelay_Moment(float t, float moment);
+  // Adds the other's samples one by one, whatever its B and DELTA; then as other amplitude
+  // operations end.
+  void addSeismogram(const SacObject& other);
+
+  // ---- Measures (SacObjectMeasures.cc) ----
+  //
+  // Sums are single precision. -12345 for an empty trace.
+
+  // sqrt(sum x^2 / NPTS), and DELTA sum x^2.
+  float simpleRMS() const;
+  float signalPower() const;
+  // The amplitude-weighted mean time after the first sample; -12345 when the samples add up to 0.
+  float centroid() const;
+  // The RMS from A to F (to E where F is not within B and E) over that before A. -12345 when A is
+  // not within B and E or no sample follows it; not finite when none precedes it.
+  float simpleSNR() const;
+  // Logs the value, index and time of the greatest sample.
+  void FindMaximum() const;
+  // Does nothing.
+  void FindMinimum() const;
+
  protected:
   ~SacObject() override;
 
@@ -539,6 +586,12 @@ class KROSAC_API SacObject : public Archivable {
   SpectrumPair spectraWith(const SacObject& other) const;
   template <typename Window>
   void divideSpectrum(const SacObject& other, float level, float tshift, Window window);
+
+  void markFromTables(const char* method, bool withSlowness);
+  template <typename Place>
+  bool placeResponse(float* block, float delay, Place place);
+  float* sampleAt(float t);
+  bool addSpike(float t, float amplitude);
 
   void storeReferenceFields(const SeisTimeObject& time, std::int32_t dayOfYear);
   void moveReference(float t, bool movesFini);

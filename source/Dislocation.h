@@ -13,7 +13,7 @@
 
 #include "krosac/platform/Export.h"
 #include "krosac/platform/Object.h"
-#include "krosac/source/Point.h"
+#include "krosac/platform/Point.h"
 
 namespace krosac {
 

@@ -1,6 +1,6 @@
 // Two coordinates that belong together.
-#ifndef KROSAC_SOURCE_POINT_H
-#define KROSAC_SOURCE_POINT_H
+#ifndef KROSAC_PLATFORM_POINT_H
+#define KROSAC_PLATFORM_POINT_H
 
 namespace krosac {
 
