@@ -96,10 +96,12 @@ TEST_F(ProcessTest, SetsUpStreamsWhereTheCallersAreClosedAndPassesNoOthers) {
   const std::string in = folder.write("in", "text"), out = folder.path("out");
   const pid_t child = ::fork();
   if (child == 0) {
-    for (int file = 0; file < 1024; ++file) ::close(file);
+    for (int file = 3; file < 1024; ++file) ::close(file);
+    // The fourth is the folder that ls itself reads.
+    const bool alone = capture("/bin/ls", {"/proc/self/fd"}).output == "0\n1\n2\n3\n";
+    for (int file = 0; file < 3; ++file) ::close(file);
     const bool copied = runProcess({"/bin/cat", {}, "", in, out}).exitCode == 0;
-    // The third is the folder that ls itself reads.
-    ::_exit(copied && capture("/bin/ls", {"/proc/self/fd"}).output == "0\n1\n2\n" ? 0 : 1);
+    ::_exit(alone && copied && capture("/bin/cat", {in}).output == "text" ? 0 : 1);
   }
   int status = -1;
   ::waitpid(child, &status, 0);
