@@ -46,61 +46,37 @@ std::array<double, 13> truthFor(const Block& in) {
   const double k = geospread(in[8]) * 1e4 / (4 * std::numbers::pi * rho);
   const double kp = rz * k / (alpha * alpha), ks = rz * k / (beta * beta);
   const double kh = 2 * k / (beta * beta * beta);
-  // A converted wave's coefficient has the sign opposite to the potentials' here.
   const double P = down.P * kp, upP = up.P * kp, SV = -downS.SV * ks / q, upSV = upS.SV * ks * q;
-  return {P,
-          PP * upP,
-          -SP * upSV,
-          SV,
-          -SS * upSV / q / q,
-          PS * upP / q / q,
-          downS.SH * kh,
-          upS.SH * kh,
-          2 * h * a,
-          h * (a + b),
-          2 * h * b,
-          upP,
-          upSV};
+  const double SH = downS.SH * kh, sSH = upS.SH * kh, sS = -SS * upSV / q / q,
+               pS = PS * upP / q / q;
+  // Conversions have the sign opposite to the potentials' here.
+  return {P,   PP * upP,  -SP * upSV,  SV,        sS,  pS,  SH,
+          sSH, 2 * h * a, h * (a + b), 2 * h * b, upP, upSV};
 }
 
 TEST(BodyWaveResponse, AgreesWithMomentTensorAndFreeSurface) {
   std::mt19937 random(19600522);
-  const auto within = [&](float least, float most) {
-    return std::uniform_real_distribution<float>(least, most)(random);
-  };
+  const Block least = {0, 0, -180, 0, 0, 0, 0, 0, 10, 0, -2, 0, 0};
+  const Block most = {360, 90, 180, 50, 360, 0.11f, 8, 1, 110, 1, 4, 1, 1};
   for (int i = 0; i < 2000; ++i) {
+    Block in;
+    for (std::size_t j = 0; j < 13; ++j)
+      in[j] = std::uniform_real_distribution<float>(least[j], most[j])(random);
     // A velocity and a density of 0 or less stand for the defaults.
-    const float velocity = i % 5 ? within(4, 8) : within(-1, 0);
-    const float density = i % 3 ? within(2, 4) : static_cast<float>(-i % 2);
-    const float p = i % 7 ? within(0, 0.11f) : 0, h = i % 11 ? within(0, 50) : 0;
-    const Block in = {within(0, 360),
-                      within(0, 90),
-                      within(-180, 180),
-                      h,
-                      within(0, 360),
-                      p,
-                      velocity,
-                      NAN,
-                      within(10, 110),
-                      NAN,
-                      density,
-                      NAN,
-                      NAN};
+    if (in[6] < 4) in[6] = static_cast<float>(-i % 2);
+    if (i % 3 == 0) in[10] = 0;
+    if (i % 7 == 0) in[5] = 0;
     const Block out = responseTo(in);
     const auto truth = truthFor(in);
     const double scale = std::fabs(truth[6]) + std::fabs(truth[7]);
     // One rounding in single precision; sums that nearly cancel lose digits of their terms.
     for (std::size_t j = 0; j < 13; ++j)
       ASSERT_NEAR(out[j], truth[j], 1e-7 * std::fabs(truth[j]) + 1e-14 * scale) << i << ": " << j;
-    ASSERT_TRUE(p > 0 || (out[1] == -out[11] && out[2] == 0 && out[5] == 0)) << "all turned round";
+    ASSERT_TRUE(in[5] > 0 || (out[1] == -out[11] && out[2] == 0 && out[5] == 0)) << "all turned";
   }
 }
 
-TEST(BodyWaveResponse, NodesAndLimits) {
-  const Block node = responseTo({40, 90, 0, 0, 40, 0.06f, 6, 0, 60, 0, 0, 0, 0});
-  const Block antinode = responseTo({40, 90, 0, 0, 85, 0.06f, 6, 0, 60, 0, 0, 0, 0});
-  for (const std::size_t i : {0, 1, 2, 11, 12})
-    EXPECT_LT(std::fabs(node[i]), 1e-7 * std::fabs(antinode[i])) << i;
+TEST(BodyWaveResponse, HasNoValueBeyondTheLimits) {
   // Beyond the receiver's limit P has no value, beyond the source's all but SH and the S delay.
   EXPECT_TRUE(std::isnan(responseTo({0, 45, 30, 9, 10, 0.17f, 5, 0, 60, 0, 0, 0, 0})[0]));
   const Block beyond = responseTo({0, 45, 30, 9, 10, 0.15f, 7, 0, 60, 0, 0, 0, 0});
