@@ -8,10 +8,12 @@
 namespace krosac {
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+bool isWhiteSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 std::string_view behindWhiteSpace(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
+  return {std::find_if_not(text.begin(), text.end(), isWhiteSpace), text.end()};
 }
 
 // What is left of the text behind white space, at most `width` characters, as a text with an end.
@@ -45,16 +47,15 @@ bool scan(std::string_view text, std::size_t width, float& target) {
 
 bool scan(std::string_view text, std::size_t width, OptionalText& target) {
   std::string_view word = behindWhiteSpace(text).substr(0, width);
-  word = word.substr(0, word.find_first_of(kWhiteSpace));
+  word = {word.begin(), std::find_if(word.begin(), word.end(), isWhiteSpace)};
   if (word.empty()) return false;
-  target.emplace(word);
+  target = word;
   return true;
 }
 
 FixedColumns::FixedColumns(std::string_view line) {
-  const auto* end = std::find_if(line.data(), line.data() + line.size(),
-                                 [](char c) { return c == '\0' || c == '\r' || c == '\n'; });
-  line_ = line.substr(0, static_cast<std::size_t>(end - line.data()));
+  const auto endsLine = [](char c) { return c == '\0' || c == '\r' || c == '\n'; };
+  line_ = {line.begin(), std::find_if(line.begin(), line.end(), endsLine)};
   scratch_.fill(' ');
 }
 

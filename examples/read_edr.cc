@@ -181,7 +181,8 @@ void print(const Report& report) {
   std::stable_sort(events.begin(), events.end(),
                    [](const auto& a, const auto& b) { return a->compareOriginTimes(*b) < 0; });
   for (const auto& event : events) {
-    std::printf("%s\n%s\n", event->name()->c_str(), event->description().c_str());
+    std::printf("%s, %zu phases\n%s\n", event->name()->c_str(), event->phases().size(),
+                event->description().c_str());
   }
   std::printf("By depth:\n");
   for (const auto& event : sorted(events, &kroHypocenter::compareDepths, &kroHypocenter::depth))
