@@ -6,6 +6,7 @@
 #include <bit>
 #include <cstddef>
 #include <span>
+#include <utility>
 
 #include "krosac/dsp/Fft.h"
 #include "krosac/platform/ByteBuffer.h"
@@ -19,47 +20,25 @@ inline std::size_t paddedLength(std::size_t samples) {
   return std::bit_ceil(samples + 1);
 }
 
-// A trace padded with zeros to n values, a power of two, and its transform: the value at zero
-// frequency, at the Nyquist frequency, and the complex bins k = 1 .. n/2 - 1 at k df. The forward
-// transform has the positive exponent.
-class PackedSpectrum {
+// A view of n values in the packed layout: the value at zero frequency, at the Nyquist frequency,
+// and the complex bins k = 1 .. n/2 - 1 at k df.
+class PackedBins {
  public:
-  // Holds nothing where there is no memory.
-  PackedSpectrum(std::size_t n, float delta)
-      : n_(n),
-        delta_(delta),
-        df_(1.0f / (static_cast<float>(n) * delta)),
-        work_(ByteBuffer::zeroed(n * sizeof(float))) {}
-  PackedSpectrum(std::span<const float> samples, std::size_t n, float delta)
-      : PackedSpectrum(n, delta) {
-    if (work_) std::ranges::copy(samples.first(std::min(n, samples.size())), values());
-  }
+  PackedBins(float* values, std::size_t n, float df) : values_(values), n_(n), df_(df) {}
 
-  explicit operator bool() const { return static_cast<bool>(work_); }
   std::size_t size() const { return n_; }
-  const Ref<ByteBuffer>& buffer() const { return work_; }
-  float* values() const { return reinterpret_cast<float*>(work_->mutableBytes()); }
-
-  void forward() { realft(values() - 1, n_, 1); }
-  // Inverse after forward gives the samples, times the scale.
-  void inverse(double scale = 1.0) {
-    realft(values() - 1, n_, -1);
-    const double factor = scale * 2.0 / static_cast<double>(n_);
-    for (float& value : std::span(values(), n_)) value = static_cast<float>(value * factor);
-  }
-
-  float& dc() { return values()[0]; }
-  float& nyquist() { return values()[1]; }
+  float* values() const { return values_; }
+  float& dc() const { return values_[0]; }
+  float& nyquist() const { return values_[1]; }
   // Calls bin(k, re, im) for k = 1 .. n/2 - 1.
   template <typename Bin>
-  void forEachBin(Bin bin) {
-    float* value = values();
-    for (std::size_t k = 1; k < n_ / 2; ++k) bin(k, value[2 * k], value[2 * k + 1]);
+  void forEachBin(Bin bin) const {
+    for (std::size_t k = 1; k < n_ / 2; ++k) bin(k, values_[2 * k], values_[2 * k + 1]);
   }
   // Multiplies each bin by the real factor of its angular frequency in rad/s; the other two values
   // stay.
   template <typename Factor>
-  void scaleBins(Factor factor) {
+  void scaleBins(Factor factor) const {
     forEachBin([&](std::size_t k, float& re, float& im) {
       const double g = factor(omega(k));
       re = static_cast<float>(re * g);
@@ -73,12 +52,47 @@ class PackedSpectrum {
   float omega(std::size_t k) const {
     return static_cast<float>(k) * static_cast<float>(df_ * kTwoPi);
   }
+
+ private:
+  float* values_;
+  std::size_t n_;
+  float df_;
+};
+
+// A trace padded with zeros to n values, a power of two, and its transform. The forward transform
+// has the positive exponent.
+class PackedSpectrum : public PackedBins {
+ public:
+  // Holds nothing where there is no memory.
+  PackedSpectrum(std::size_t n, float delta)
+      : PackedSpectrum(ByteBuffer::zeroed(n * sizeof(float)), n, delta) {}
+  PackedSpectrum(std::span<const float> samples, std::size_t n, float delta)
+      : PackedSpectrum(n, delta) {
+    if (work_) std::ranges::copy(samples.first(std::min(n, samples.size())), values());
+  }
+
+  explicit operator bool() const { return static_cast<bool>(work_); }
+  const Ref<ByteBuffer>& buffer() const { return work_; }
+
+  void forward() { realft(values() - 1, size(), 1); }
+  // Inverse after forward gives the samples, times the scale.
+  void inverse(double scale = 1.0) {
+    realft(values() - 1, size(), -1);
+    const double factor = scale * 2.0 / static_cast<double>(size());
+    for (float& value : std::span(values(), size())) value = static_cast<float>(value * factor);
+  }
+
   float nyquistFrequency() const { return 0.5f / delta_; }
   double nyquistOmega() const { return kTwoPi / 2 / delta_; }
 
  private:
-  std::size_t n_;
-  float delta_, df_;
+  PackedSpectrum(Ref<ByteBuffer> work, std::size_t n, float delta)
+      : PackedBins(work ? reinterpret_cast<float*>(work->mutableBytes()) : nullptr, n,
+                   1.0f / (static_cast<float>(n) * delta)),
+        delta_(delta),
+        work_(std::move(work)) {}
+
+  float delta_;
   Ref<ByteBuffer> work_;
 };
 

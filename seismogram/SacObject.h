@@ -579,8 +579,6 @@ class KROSAC_API SacObject : public Archivable {
   template <typename Shape>
   void shapeSpectrum(Shape shape, double scale = 1.0);
   void takeBack(PackedSpectrum& spectrum, double scale = 1.0);
-  template <typename Weight>
-  void convolveWithPulse(std::int64_t m, Weight weight);
 
   struct SpectrumPair;
   SpectrumPair spectraWith(const SacObject& other) const;

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <utility>
 
+#include "krosac/dsp/SeriesInternal.h"
 #include "krosac/platform/Log.h"
 #include "krosac/platform/TruncIndexInternal.h"
 #include "krosac/seismogram/SacObject.h"
@@ -73,27 +74,7 @@ void SacObject::RemoveMean() {
 }
 
 void SacObject::SubtractLinearTrend() {
-  const auto y = samples();
-  const double dt = delta(), n = static_cast<double>(y.size());
-  double t = 0.0, sumT = 0.0, sumTT = 0.0, sumY = 0.0, sumTY = 0.0;
-  for (const float sample : y) {
-    t += dt;
-    sumT += t;
-    sumTT += t * t;
-    sumY += sample;
-    sumTY += t * sample;
-  }
-  const double determinant = n * sumTT - sumT * sumT;
-  if (determinant != 0.0) {  // else all times are one, and there is no trend
-    const auto slope = static_cast<float>((n * sumTY - sumT * sumY) / determinant);
-    const auto intercept = static_cast<float>((sumTT * sumY - sumTY * sumT) / determinant);
-    // The time runs on from the sums and is not set back, which leaves a constant offset; this is
-    // intended.
-    for (float& sample : y) {
-      t += dt;
-      sample = static_cast<float>(sample - (slope * t + intercept));
-    }
-  }
+  subtractLinearTrend<float>(samples(), delta());
   samplesChanged();
 }
 
@@ -164,26 +145,12 @@ void SacObject::reverseTime() {
 }
 
 void SacObject::Integrate() {
-  const auto x = samples();
-  if (!x.empty()) {
-    const double h = 0.5 * delta();
-    double sum = 0.0;
-    float previous = x[0] = static_cast<float>(x[0] * h);
-    for (std::size_t i = 1; i < x.size(); ++i) {
-      sum += (previous + x[i]) * h;
-      previous = x[i];
-      x[i - 1] = static_cast<float>(sum);
-    }
-    x.back() = static_cast<float>(sum);
-  }
+  integrate(samples(), delta(), RunningSum::kFromZero);
   samplesChanged();
 }
 
 void SacObject::Differentiate() {
-  const auto x = samples();
-  const float dt = delta();
-  for (std::size_t i = 0; i + 1 < x.size(); ++i) x[i] = (x[i + 1] - x[i]) / dt;
-  if (x.size() > 1) x.back() = x[x.size() - 2];
+  differentiate(samples(), delta());
   samplesChanged();
 }
 

@@ -3,7 +3,7 @@
 #include <span>
 
 #include "krosac/dsp/Butterworth.h"
-#include "krosac/dsp/Convolution.h"
+#include "krosac/dsp/PulseInternal.h"
 #include "krosac/dsp/WeightsInternal.h"
 #include "krosac/platform/TruncIndexInternal.h"
 #include "krosac/seismogram/SacObjectSpectralInternal.h"
@@ -100,52 +100,14 @@ void SacObject::TstarFilter(float tstar) {
   });
 }
 
-// Replaces the samples by their convolution with a pulse of m weights, made by weight(i) and scaled
-// to unit area. Beyond 2^24 weights neither their indexes nor their sum are exact in single
-// precision.
-template <typename Weight>
-void SacObject::convolveWithPulse(std::int64_t m, Weight weight) {
-  constexpr std::int64_t kLongestPulse = 1 << 24;
-  const auto x = samples();
-  if (x.empty() || m > kLongestPulse) return;
-  const auto pulse = ByteBuffer::zeroed(sizeof(float) * static_cast<std::size_t>(m));
-  const auto out = ByteBuffer::zeroed(x.size_bytes());
-  if (!pulse || !out) return;
-  const std::span w(reinterpret_cast<float*>(pulse->mutableBytes()), static_cast<std::size_t>(m));
-  float sum = 0.0f;
-  for (std::size_t i = 0; i < w.size(); ++i)
-    sum += w[i] = static_cast<float>(weight(static_cast<float>(i)));
-  if (sum != 0.0f) {  // a pulse without area gives zeros
-    for (float& value : w) value /= delta() * sum;
-  }
-  auto* convolved = reinterpret_cast<float*>(out->mutableBytes());
-  TDconvolve(x.data(), w.data(), convolved, static_cast<unsigned>(x.size()), static_cast<int>(m),
-             delta());
-  std::copy_n(convolved, x.size(), x.begin());
-  samplesChanged();
-}
-
 void SacObject::CosineTimeFunctionFilterDuration(float duration) {
-  constexpr float kTwoPiSingle = 6.2831855f;
   if (!(duration >= 0.0f)) return;
   const std::int32_t m = truncIndex(duration / delta() + 0.5);
-  if (m < 2) return;
-  convolveWithPulse(m, [&](float i) {
-    const double phase = i * delta() * kTwoPiSingle / duration;
-    return (1.0 - std::cos(phase)) / duration;
-  });
+  if (m >= 2 && convolveWithCosinePulse(samples(), delta(), duration, m)) samplesChanged();
 }
 
 void SacObject::TrapezoidFilter(float rise, float top, float fall) {
-  const auto count = [this](float t) { return std::int64_t{truncIndex(t / delta() + 0.5)}; };
-  const std::int64_t nRise = count(rise), nTop = count(top), nFall = count(fall);
-  if (nRise < 0 || nTop < 0 || nFall < 0) return;
-  const auto fallBegins = static_cast<float>(nRise + nTop);
-  convolveWithPulse(nRise + nTop + nFall, [&](float i) {
-    if (i < static_cast<float>(nRise)) return i * delta() / rise;
-    // The top is one weight longer than nTop; where there is no fall that weight is dropped.
-    return i <= fallBegins ? 1.0f : 1.0f - (i - fallBegins) * delta() / fall;
-  });
+  if (convolveWithTrapezoid(samples(), delta(), rise, top, fall)) samplesChanged();
 }
 
 void SacObject::NoiseFilterStartingAtTime(float t) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "krosac/dsp/SeriesInternal.h"
 #include "krosac/seismogram/SacObject.h"
 
 namespace krosac {
@@ -136,16 +137,10 @@ void SacObject::fixEndTime() {
 
 void SacObject::ComputeExtrema() {
   if (!h_) return;
-  const auto x = samples();
-  float least = x.empty() ? 0.0f : x[0], greatest = least, sum = least;
-  for (const float sample : x.subspan(std::min<std::size_t>(x.size(), 1))) {
-    least = sample < least ? sample : least;
-    greatest = sample > greatest ? sample : greatest;
-    sum += sample;
-  }
-  h_->DEPMIN = least;
-  h_->DEPMAX = greatest;
-  h_->DEPMEN = x.empty() ? 0.0f : sum / static_cast<float>(x.size());
+  const Extrema extrema = extremaOf<float>(samples());
+  h_->DEPMIN = extrema.min;
+  h_->DEPMAX = extrema.max;
+  h_->DEPMEN = extrema.mean;
   mSeisHasChanged_ = true;
 }
 

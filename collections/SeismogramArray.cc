@@ -1,0 +1,130 @@
+#include "krosac/collections/SeismogramArray.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <system_error>
+
+namespace krosac {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isListed(const std::string& name, const std::vector<std::string>* list) {
+  return list && std::ranges::find(*list, name) != list->end();
+}
+
+// What a folder holds, in the order of the names; nothing where it cannot be read.
+std::vector<fs::directory_entry> sortedEntries(const std::string& folder) {
+  std::vector<fs::directory_entry> entries;
+  std::error_code error;
+  for (fs::directory_iterator at(folder.empty() ? "." : folder, error), end; !error && at != end;
+       at.increment(error)) {
+    entries.push_back(*at);
+  }
+  std::ranges::sort(entries, {}, [](const fs::directory_entry& e) -> const std::string& {
+    return e.path().native();
+  });
+  return entries;
+}
+
+}  // namespace
+
+Ref<Object> SeismogramArray::init() {
+  gcarcScreen_ = qualityScreen_ = networkScreen_ = channelScreen_ = false;
+  minGCarc_ = -1e9f;
+  maxGCarc_ = 1e9f;
+  minQuality_ = kSacUndefinedInt;
+  theSeismograms_.clear();
+  networks_ = channels_ = nullptr;
+  return Object::init();
+}
+
+bool SeismogramArray::screenSeismogram(const SacObject& s) const {
+  if (qualityScreen_ && s.iqual() < minQuality_) return false;
+  if (gcarcScreen_) {
+    const float arc = s.gcarc();
+    if (arc == kSacUndefinedFloat || arc < minGCarc_ || arc > maxGCarc_) return false;
+  }
+  if (networkScreen_ && !isListed(s.knetwk(), networks_)) return false;
+  return !channelScreen_ || isListed(s.kcmpnm(), channels_);
+}
+
+void SeismogramArray::loadSeismogramsFromPath(const std::string& path) {
+  std::error_code error;
+  if (!fs::is_directory(path, error)) return;
+  fs::current_path(path, error);
+  if (!error) loadFolder("");
+}
+
+// Loads what is below a folder given relative to the working directory, empty for itself.
+void SeismogramArray::loadFolder(const std::string& folder) {
+  for (const fs::directory_entry& entry : sortedEntries(folder)) {
+    const std::string path = joinedPath(folder, entry.path().filename().native());
+    std::error_code error;
+    if (entry.is_directory(error)) {
+      // Links could lead back up.
+      if (!entry.is_symlink(error)) loadFolder(path);
+    } else if (entry.exists(error)) {
+      const auto s = make<SacObject>();
+      if (s && s->loadFromPath(path) && screenSeismogram(*s)) theSeismograms_.push_back(s);
+    }
+  }
+}
+
+void SeismogramArray::filterSeismograms() {
+  // Removes what the screens accept; this is intended.
+  std::erase_if(theSeismograms_, [this](const auto& s) { return s && screenSeismogram(*s); });
+}
+
+void SeismogramArray::equalizeTimeRange() {
+  float latestBegin = -1e20f, earliestEnd = 1e20f;
+  for (const auto& s : theSeismograms_) {
+    if (s && s->b() > latestBegin) latestBegin = s->b();
+    if (s && s->e() < earliestEnd) earliestEnd = s->e();
+  }
+  for (const auto& s : theSeismograms_) {
+    if (s) s->ChopFromStart_END(latestBegin, earliestEnd);
+  }
+}
+
+template <typename Low, typename High>
+std::pair<double, double> SeismogramArray::range(Low low, High high) const {
+  double least = 1e9, greatest = -1e9;
+  for (const auto& s : theSeismograms_) {
+    if (!s) continue;
+    if (low(*s) < least) least = low(*s);
+    if (high(*s) > greatest) greatest = high(*s);
+  }
+  return {least, greatest};
+}
+
+std::pair<double, double> SeismogramArray::relativeTimeRange() const {
+  return range([](const SacObject& s) { return s.b(); }, [](const SacObject& s) { return s.e(); });
+}
+
+std::pair<double, double> SeismogramArray::gcarcRange() const {
+  const auto gcarc = [](const SacObject& s) { return s.gcarc(); };
+  return range(gcarc, gcarc);
+}
+
+std::pair<double, double> SeismogramArray::azRange() const {
+  const auto azimuth = [](const SacObject& s) { return s.azimuth(); };
+  return range(azimuth, azimuth);
+}
+
+std::pair<double, double> SeismogramArray::backazRange() const {
+  const auto backazimuth = [](const SacObject& s) { return s.backazimuth(); };
+  return range(backazimuth, backazimuth);
+}
+
+std::pair<double, double> SeismogramArray::gammaRangeForAzimuth_slownessKey(
+    float azimuth, std::int32_t key) const {
+  constexpr double kDegree = 0.017453292;
+  const auto gamma = [&](const SacObject& s) {
+    return static_cast<float>(s.userValue(key) * std::cos((s.azimuth() - azimuth) * kDegree));
+  };
+  return range(gamma, gamma);
+}
+
+}  // namespace krosac

@@ -1,0 +1,106 @@
+// All seismograms below a folder, screened while they are loaded.
+//
+//   auto group = krosac::make<krosac::SeismogramArray>();
+//   group->init();
+//   group->setGCarcScreen(true);
+//   group->setMinGCarc(30.0f);
+//   group->loadSeismogramsFromPath("2011-070/BHZ");
+//   group->equalizeTimeRange();
+#ifndef KROSAC_COLLECTIONS_SEISMOGRAMARRAY_H
+#define KROSAC_COLLECTIONS_SEISMOGRAMARRAY_H
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "krosac/platform/Export.h"
+#include "krosac/platform/Object.h"
+#include "krosac/seismogram/SacObject.h"
+
+namespace krosac {
+
+class KROSAC_API SeismogramArray : public Object {
+ public:
+  // An empty list, every screen off, limits of -1e9 and 1e9 degrees and a least quality of -12345.
+  Ref<Object> init() override;
+
+  // ---- Screening ----
+
+  void setGCarcScreen(bool on) { gcarcScreen_ = on; }
+  void setQualityScreen(bool on) { qualityScreen_ = on; }
+  void setNetworkScreen(bool on) { networkScreen_ = on; }
+  void setChannelScreen(bool on) { channelScreen_ = on; }
+  // The limits of GCARC in degrees; both are accepted themselves.
+  void setMinGCarc(float degrees) { minGCarc_ = degrees; }
+  void setMaxGCarc(float degrees) { maxGCarc_ = degrees; }
+  // The smallest accepted IQUAL.
+  void setMinQuality(std::int32_t quality) { minQuality_ = quality; }
+  // The accepted network codes and component names. The lists stay the caller's, who keeps them
+  // alive while the screen is on.
+  void setNetworksPointer(const std::vector<std::string>* networks) { networks_ = networks; }
+  void setChannelsPointer(const std::vector<std::string>* channels) { channels_ = channels; }
+
+  // Whether a seismogram passes every screen that is on: quality, distance (an undefined GCARC
+  // fails), network, channel. A network or channel screen without a list accepts nothing.
+  bool screenSeismogram(const SacObject& s) const;
+
+  // ---- The group ----
+
+  std::vector<Ref<SacObject>>& theSeismograms() { return theSeismograms_; }
+  const std::vector<Ref<SacObject>>& theSeismograms() const { return theSeismograms_; }
+
+  // Makes the folder the process's working directory, for good, and appends every SAC file below it
+  // that passes the screens; their paths are relative to it. Each folder's entries are taken in the
+  // byte order of their names. Links to files are followed, links to folders are not. Files that
+  // are no seismograms are skipped after the loader's messages, folders that cannot be read without
+  // one. Nothing happens when the path is no folder or cannot be entered.
+  void loadSeismogramsFromPath(const std::string& path);
+
+  // Removes the seismograms that pass the screens and keeps the others; this sense is intended.
+  void filterSeismograms();
+
+  // Cuts every seismogram to the window from the latest B to the earliest E, in s, by
+  // ChopFromStart_END.
+  void equalizeTimeRange();
+
+  // ---- Ranges: (least, greatest), (1e9, -1e9) for an empty list ----
+
+  // The least B and the greatest E, in s.
+  std::pair<double, double> relativeTimeRange() const;
+  // Of GCARC, AZ and BAZ in degrees, undefined values included.
+  std::pair<double, double> gcarcRange() const;
+  std::pair<double, double> azRange() const;
+  std::pair<double, double> backazRange() const;
+  // Of slowness times cos(AZ - azimuth), with the slowness in the user value of the key (0 to 9)
+  // and the azimuth in degrees. The types tell the arguments apart, so they may stand in either
+  // order.
+  std::pair<double, double> gammaRangeForAzimuth_slownessKey(float azimuth, std::int32_t key) const;
+  std::pair<double, double> gammaRangeForAzimuth_slownessKey(std::int32_t key,
+                                                             float azimuth) const {
+    return gammaRangeForAzimuth_slownessKey(azimuth, key);
+  }
+
+ protected:
+  ~SeismogramArray() override = default;
+
+ private:
+  void loadFolder(const std::string& folder);
+  template <typename Low, typename High>
+  std::pair<double, double> range(Low low, High high) const;
+
+  bool gcarcScreen_ = false;
+  float minGCarc_ = 0.0f;
+  float maxGCarc_ = 0.0f;
+  bool qualityScreen_ = false;
+  std::int32_t minQuality_ = 0;
+  bool networkScreen_ = false;
+  bool channelScreen_ = false;
+  std::vector<Ref<SacObject>> theSeismograms_;
+  const std::vector<std::string>* networks_ = nullptr;
+  const std::vector<std::string>* channels_ = nullptr;
+};
+
+}  // namespace krosac
+
+#endif

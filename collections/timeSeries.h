@@ -1,0 +1,43 @@
+// The root of the time series that do not come from a SAC file: a number of samples, a kind, and an
+// object of the caller's.
+#ifndef KROSAC_COLLECTIONS_TIMESERIES_H
+#define KROSAC_COLLECTIONS_TIMESERIES_H
+
+#include <cstdint>
+#include <string>
+
+#include "krosac/platform/Export.h"
+#include "krosac/platform/Fields.h"
+#include "krosac/platform/Object.h"
+#include "krosac/platform/Text.h"
+
+namespace krosac {
+
+class KROSAC_API timeSeries : public Object {
+ public:
+  // No samples, no delegate, "Basic Time Series".
+  Ref<Object> init() override;
+
+  KROSAC_FIELD(std::int32_t, npts, Npts);
+  // Kept alive and never called.
+  KROSAC_FIELD(Ref<Object>, delegate, Delegate);
+  // The kind of series.
+  KROSAC_FIELD(OptionalText, typeString, TypeString);
+
+  // A new timeSeries, whose class is a derived one's only where that makes copies of its own; the
+  // delegate is shared. Empty where there is no memory.
+  Ref<timeSeries> copyWithZone() const { return clone(); }
+
+  // The kind and "\nNPTS:%d".
+  std::string description() const;
+
+ protected:
+  ~timeSeries() override = default;
+
+  virtual Ref<timeSeries> clone() const;
+  void copySeriesFieldsTo(timeSeries& copy) const;
+};
+
+}  // namespace krosac
+
+#endif

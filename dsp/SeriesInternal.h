@@ -1,0 +1,85 @@
+// What a seismogram and a plain time series do with their samples by one rule. Where their rules
+// differ in a place, that place is an argument.
+#ifndef KROSAC_DSP_SERIESINTERNAL_H
+#define KROSAC_DSP_SERIESINTERNAL_H
+
+#include <cstddef>
+#include <span>
+
+namespace krosac {
+
+struct Extrema {
+  float min = 0.0f, max = 0.0f, mean = 0.0f;
+};
+
+// Three zeros for no samples. The sum of the mean is a Sum, taken in index order.
+template <typename Sum>
+Extrema extremaOf(std::span<const float> x) {
+  if (x.empty()) return {};
+  float least = x[0], greatest = least;
+  Sum sum = least;
+  for (const float sample : x.subspan(1)) {
+    least = sample < least ? sample : least;
+    greatest = sample > greatest ? sample : greatest;
+    sum += sample;
+  }
+  return {least, greatest, static_cast<float>(sum / static_cast<Sum>(x.size()))};
+}
+
+inline float sumOfSquares(std::span<const float> x) {
+  float sum = 0.0f;
+  for (const float sample : x) sum += sample * sample;
+  return sum;
+}
+
+// Subtracts the least-squares line over t = dt, 2 dt, ..., whose slope is rounded to single
+// precision and whose intercept to an Intercept.
+template <typename Intercept>
+void subtractLinearTrend(std::span<float> y, double dt) {
+  const double n = static_cast<double>(y.size());
+  double t = 0.0, sumT = 0.0, sumTT = 0.0, sumY = 0.0, sumTY = 0.0;
+  for (const float sample : y) {
+    t += dt;
+    sumT += t;
+    sumTT += t * t;
+    sumY += sample;
+    sumTY += t * sample;
+  }
+  const double determinant = n * sumTT - sumT * sumT;
+  if (determinant == 0.0) return;  // all times are one, and there is no trend
+  const auto slope = static_cast<float>((n * sumTY - sumT * sumY) / determinant);
+  const auto intercept = static_cast<Intercept>((sumTT * sumY - sumTY * sumT) / determinant);
+  // The time runs on from the sums and is not set back, which leaves a constant offset; this is
+  // intended.
+  for (float& sample : y) {
+    t += dt;
+    sample = static_cast<float>(sample - (slope * t + intercept));
+  }
+}
+
+enum class RunningSum { kFromZero, kFromFirst };
+
+// Trapezoid rule. The result is advanced by one sample, and the first step starts from sample 0
+// already times dt / 2; both are intended.
+inline void integrate(std::span<float> x, float dt, RunningSum start) {
+  if (x.empty()) return;
+  const double h = 0.5 * dt;
+  double sum = start == RunningSum::kFromFirst ? x[0] * h : 0.0;
+  float previous = x[0] = static_cast<float>(x[0] * h);
+  for (std::size_t i = 1; i < x.size(); ++i) {
+    sum += (previous + x[i]) * h;
+    previous = x[i];
+    x[i - 1] = static_cast<float>(sum);
+  }
+  x.back() = static_cast<float>(sum);
+}
+
+// Forward difference; the last value is given twice, and a single sample stays.
+inline void differentiate(std::span<float> x, float dt) {
+  for (std::size_t i = 0; i + 1 < x.size(); ++i) x[i] = (x[i + 1] - x[i]) / dt;
+  if (x.size() > 1) x.back() = x[x.size() - 2];
+}
+
+}  // namespace krosac
+
+#endif
