@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "krosac/dsp/KernelsInternal.h"
+
 namespace krosac {
 namespace {
 
@@ -22,22 +24,6 @@ void setCoefficients(float (&coefficients)[3], float c0, float c1, float c2) {
   coefficients[0] = c0;
   coefficients[1] = c1;
   coefficients[2] = c2;
-}
-
-// The difference equation of one section from rest, over npts samples that lie step apart.
-void runSection(const float (&b)[3], const float (&a)[3], float* data, int npts,
-                std::ptrdiff_t step) {
-  float x1 = 0.0f, x2 = 0.0f, y1 = 0.0f, y2 = 0.0f;
-  for (std::ptrdiff_t n = 0; n < npts; ++n) {
-    float& sample = data[n * step];
-    const float x = sample;
-    const float y = b[0] * x + b[1] * x1 + b[2] * x2 - a[1] * y1 - a[2] * y2;
-    x2 = x1;
-    x1 = x;
-    y2 = y1;
-    y1 = y;
-    sample = y;
-  }
 }
 
 void filter(float* data, int npts, int nPasses, int nPoles, float dt, float fc,
@@ -121,12 +107,12 @@ void BiLin(BUFilterDesign* design) {
 
 void Apply(const BUFilterDesign* design, float* data, int npts, int nPasses) {
   if (npts <= 0) return;
-  for (int k = 0; k < sectionCount(design); ++k)
-    runSection(design->num[k], design->den[k], data, npts, 1);
+  const auto run = [&](float* first, std::ptrdiff_t step) {
+    KROSAC_KERNEL(cascade)(design->num, design->den, sectionCount(design), first, npts, step);
+  };
+  run(data, 1);
   // Only exactly two passes add the backward one; that is intended.
-  if (nPasses != 2) return;
-  for (int k = 0; k < sectionCount(design); ++k)
-    runSection(design->num[k], design->den[k], data + (npts - 1), npts, -1);
+  if (nPasses == 2) run(data + (npts - 1), -1);
 }
 
 }  // namespace krosac

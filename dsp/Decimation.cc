@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "krosac/dsp/KernelsInternal.h"
+
 namespace krosac {
 namespace {
 
@@ -30,33 +32,23 @@ float output(const Filter& f, const float* x, std::int64_t n, std::int64_t start
   return sum;
 }
 
-// As many outputs as the processor can add at once. Each is summed in the order of the taps.
-constexpr std::int64_t kBlock = 8;
-
-void outputBlock(const Filter& f, const float* x, std::int64_t factor, float* y) {
-  float sums[kBlock] = {};
-  for (std::int64_t t = 0; t < f.taps; ++t) {
-    for (std::int64_t k = 0; k < kBlock; ++k) sums[k] += f.h[t] * x[k * factor + t];
-  }
-  std::copy_n(sums, kBlock, y);
-}
-
 // Writes the outputs at samples 0, factor, 2*factor, ... < n and returns their number.
 std::int32_t decimate(const Filter& f, std::int64_t factor, const float* x, std::int64_t n,
                       float* y) {
   if (n < 1 || factor < 1) return 0;
   const std::int64_t centre = (f.taps - 1) / 2;
   const std::int64_t length = (n - 1) / factor + 1;
-  for (std::int64_t i = 0; i < length;) {
-    const std::int64_t start = i * factor - centre;
-    if (start >= 0 && start + (kBlock - 1) * factor + f.taps <= n) {
-      outputBlock(f, x + start, factor, y + i);
-      i += kBlock;
-    } else {
-      y[i] = output(f, x, n, start);
-      i += 1;
-    }
+  // The outputs first..last-1 need no sample outside the signal.
+  const std::int64_t first = std::min((centre + factor - 1) / factor, length);
+  const std::int64_t room = n + centre - f.taps;
+  const std::int64_t last = room < 0 ? first : std::clamp(room / factor + 1, first, length);
+  for (std::int64_t i = 0; i < first; ++i) y[i] = output(f, x, n, i * factor - centre);
+  if (first < last) {
+    KROSAC_KERNEL(decimate)
+    (f.h, static_cast<std::size_t>(f.taps), static_cast<std::size_t>(factor),
+     x + (first * factor - centre), static_cast<std::size_t>(last - first), y + first);
   }
+  for (std::int64_t i = last; i < length; ++i) y[i] = output(f, x, n, i * factor - centre);
   return static_cast<std::int32_t>(length);
 }
 
@@ -82,7 +74,7 @@ std::int32_t decimateSignal(std::int32_t factor, std::int32_t n, const float* in
 
 void decim(std::int32_t factor, std::int32_t taps, const float* h, void* /*unused*/, std::int32_t n,
            const float* in, float* out, std::int32_t* outLength) {
-  *outLength = decimate({h, taps}, factor, in, n, out);
+  *outLength = decimate({h, std::max(taps, 0)}, factor, in, n, out);
 }
 
 void decimorig(std::int32_t factor, std::int32_t taps, const float* h, float* delay, std::int32_t n,

@@ -4,6 +4,10 @@
 #include <cmath>
 #include <utility>
 
+#include "krosac/dsp/KernelsInternal.h"
+
+// These loops are the rule, and what short arrays go through; the kernels do the same for long
+// ones.
 namespace krosac {
 namespace {
 
@@ -53,6 +57,7 @@ void reverseBits(float* data, unsigned long nn) {
 
 void four1(float* data, unsigned long nn, int isign) {
   if (!std::has_single_bit(nn)) return;
+  if (nn >= kShortestTransform) return KROSAC_KERNEL(four1)(data + 1, nn, isign);
   const unsigned long n = 2 * nn;
   reverseBits(data, nn);
   for (unsigned long mmax = 2; mmax < n; mmax *= 2) {
@@ -75,6 +80,8 @@ void four1(float* data, unsigned long nn, int isign) {
 void realft(float* data, unsigned long n, int isign) {
   if (n < 2 || !std::has_single_bit(n)) return;
   const bool forward = isign == 1;
+  if (n >= 2 * kShortestTransform)
+    return (forward ? KROSAC_KERNEL(realftForward) : KROSAC_KERNEL(realftInverse))(data + 1, n);
   const float c1 = 0.5f;
   const float c2 = forward ? -0.5f : 0.5f;
   const double theta = 3.141592653589793 / static_cast<double>(n / 2);

@@ -1,0 +1,220 @@
+// Vectors of four, as the kernels use them. Operations on each lane are those of single numbers, so
+// every kind of processor gives the same bits. A kernel is compiled once for each instruction set,
+// so everything here is its own in each.
+#ifndef KROSAC_DSP_VECTORSINTERNAL_H
+#define KROSAC_DSP_VECTORSINTERNAL_H
+
+#ifdef __SSE2__
+#include <immintrin.h>
+#endif
+
+namespace krosac {
+namespace {
+
+using Float4 = float __attribute__((vector_size(16)));
+
+inline Float4 load(const float* from) {
+  using Unaligned = float __attribute__((vector_size(16), aligned(4), may_alias));
+  return *reinterpret_cast<const Unaligned*>(from);
+}
+
+inline void store(float* to, Float4 value) {
+  using Unaligned = float __attribute__((vector_size(16), aligned(4), may_alias));
+  *reinterpret_cast<Unaligned*>(to) = value;
+}
+
+#ifdef __AVX__
+
+using Double4 = double __attribute__((vector_size(32)));
+
+using Float8 = float __attribute__((vector_size(32)));
+
+inline Float8 eightTimes(float value) {
+  return _mm256_set1_ps(value);
+}
+
+inline Float8 load8(const float* from) {
+  return _mm256_loadu_ps(from);
+}
+
+inline void store(float* to, Float8 value) {
+  _mm256_storeu_ps(to, value);
+}
+
+// Stores a[0], b[0], a[1], b[1] and so on.
+inline void storeMixed(float* to, Float8 a, Float8 b) {
+  const Float8 evens = _mm256_unpacklo_ps(a, b), odds = _mm256_unpackhi_ps(a, b);
+  store(to, _mm256_permute2f128_ps(evens, odds, 0x20));
+  store(to + 8, _mm256_permute2f128_ps(evens, odds, 0x31));
+}
+
+inline Double4 widened(Float4 value) {
+  return _mm256_cvtps_pd(value);
+}
+
+inline Float4 rounded(Double4 value) {
+  return _mm256_cvtpd_ps(value);
+}
+
+inline Float8 rounded(Double4 a, Double4 b) {
+  return _mm256_insertf128_ps(_mm256_castps128_ps256(rounded(a)), rounded(b), 1);
+}
+
+inline Double4 low(Double4 a, Double4 b) {
+  return _mm256_permute2f128_pd(a, b, 0x20);
+}
+
+inline Double4 high(Double4 a, Double4 b) {
+  return _mm256_permute2f128_pd(a, b, 0x31);
+}
+
+inline Double4 evens(Double4 a, Double4 b) {
+  return __builtin_shufflevector(a, b, 0, 4, 2, 6);
+}
+
+inline Double4 odds(Double4 a, Double4 b) {
+  return __builtin_shufflevector(a, b, 1, 5, 3, 7);
+}
+
+#else
+
+using Double2 = double __attribute__((vector_size(16)));
+
+struct Float8 {
+  Float4 first, second;
+};
+
+inline Float8 operator+(Float8 a, Float8 b) {
+  return {a.first + b.first, a.second + b.second};
+}
+
+inline Float8 operator-(Float8 a, Float8 b) {
+  return {a.first - b.first, a.second - b.second};
+}
+
+inline Float8 operator*(Float8 a, Float8 b) {
+  return {a.first * b.first, a.second * b.second};
+}
+
+inline Float8 eightTimes(float value) {
+  const Float4 four{value, value, value, value};
+  return {four, four};
+}
+
+inline Float8 load8(const float* from) {
+  return {load(from), load(from + 4)};
+}
+
+inline void store(float* to, Float8 value) {
+  store(to, value.first);
+  store(to + 4, value.second);
+}
+
+inline void storeMixed(float* to, Float8 a, Float8 b) {
+  store(to, __builtin_shufflevector(a.first, b.first, 0, 4, 1, 5));
+  store(to + 4, __builtin_shufflevector(a.first, b.first, 2, 6, 3, 7));
+  store(to + 8, __builtin_shufflevector(a.second, b.second, 0, 4, 1, 5));
+  store(to + 12, __builtin_shufflevector(a.second, b.second, 2, 6, 3, 7));
+}
+
+struct Double4 {
+  Double2 first, second;
+
+  double& operator[](int lane) { return reinterpret_cast<double*>(this)[lane]; }
+  double operator[](int lane) const { return (lane < 2 ? first : second)[lane % 2]; }
+};
+
+inline Double4 operator+(Double4 a, Double4 b) {
+  return {a.first + b.first, a.second + b.second};
+}
+
+inline Double4 operator-(Double4 a, Double4 b) {
+  return {a.first - b.first, a.second - b.second};
+}
+
+inline Double4 operator-(Double4 a) {
+  return {-a.first, -a.second};
+}
+
+inline Double4 operator*(Double4 a, Double4 b) {
+  return {a.first * b.first, a.second * b.second};
+}
+
+inline Double4 widened(Float4 value) {
+#ifdef __SSE2__
+  return {_mm_cvtps_pd(value), _mm_cvtps_pd(_mm_movehl_ps(value, value))};
+#else
+  return {Double2{value[0], value[1]}, Double2{value[2], value[3]}};
+#endif
+}
+
+inline Float4 rounded(Double4 value) {
+#ifdef __SSE2__
+  return _mm_movelh_ps(_mm_cvtpd_ps(value.first), _mm_cvtpd_ps(value.second));
+#else
+  return {static_cast<float>(value.first[0]), static_cast<float>(value.first[1]),
+          static_cast<float>(value.second[0]), static_cast<float>(value.second[1])};
+#endif
+}
+
+inline Float8 rounded(Double4 a, Double4 b) {
+  return {rounded(a), rounded(b)};
+}
+
+inline Double4 low(Double4 a, Double4 b) {
+  return {a.first, b.first};
+}
+
+inline Double4 high(Double4 a, Double4 b) {
+  return {a.second, b.second};
+}
+
+inline Double4 evens(Double4 a, Double4 b) {
+  return {__builtin_shufflevector(a.first, b.first, 0, 2),
+          __builtin_shufflevector(a.second, b.second, 0, 2)};
+}
+
+inline Double4 odds(Double4 a, Double4 b) {
+  return {__builtin_shufflevector(a.first, b.first, 1, 3),
+          __builtin_shufflevector(a.second, b.second, 1, 3)};
+}
+
+#endif
+
+inline Float4 low(Float4 a, Float4 b) {
+  return __builtin_shufflevector(a, b, 0, 1, 4, 5);
+}
+
+inline Float4 high(Float4 a, Float4 b) {
+  return __builtin_shufflevector(a, b, 2, 3, 6, 7);
+}
+
+inline Float4 evens(Float4 a, Float4 b) {
+  return __builtin_shufflevector(a, b, 0, 4, 2, 6);
+}
+
+inline Float4 odds(Float4 a, Float4 b) {
+  return __builtin_shufflevector(a, b, 1, 5, 3, 7);
+}
+
+template <typename Vector>
+inline void transpose(Vector& a, Vector& b, Vector& c, Vector& d) {
+  const Vector ab = evens(a, b), AB = odds(a, b), cd = evens(c, d), CD = odds(c, d);
+  a = low(ab, cd);
+  b = low(AB, CD);
+  c = high(ab, cd);
+  d = high(AB, CD);
+}
+
+inline Double4 fourTimes(double value) {
+#ifdef __AVX__
+  return Double4{value, value, value, value};
+#else
+  return {Double2{value, value}, Double2{value, value}};
+#endif
+}
+
+}  // namespace
+}  // namespace krosac
+
+#endif
