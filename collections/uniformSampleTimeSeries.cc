@@ -191,7 +191,7 @@ float uniformSampleTimeSeries::interpolateValueAtRelativeTime(float t) const {
 // ---- Calculus, filters and pulses ----
 
 void uniformSampleTimeSeries::integrate() {
-  krosac::integrate(samples(), delta_, RunningSum::kFromFirst);
+  krosac::integrate(samples(), delta_);
   computeExtrema();
 }
 

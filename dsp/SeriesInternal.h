@@ -57,15 +57,13 @@ void subtractLinearTrend(std::span<float> y, double dt) {
   }
 }
 
-enum class RunningSum { kFromZero, kFromFirst };
-
-// Trapezoid rule. The result is advanced by one sample, and the first step starts from sample 0
-// already times dt / 2; both are intended.
-inline void integrate(std::span<float> x, float dt, RunningSum start) {
+// Trapezoid rule. The result is advanced by one sample; the sum and the first step both start from
+// sample 0 already times dt / 2. All of this is intended.
+inline void integrate(std::span<float> x, float dt) {
   if (x.empty()) return;
   const double h = 0.5 * dt;
-  double sum = start == RunningSum::kFromFirst ? x[0] * h : 0.0;
-  float previous = x[0] = static_cast<float>(x[0] * h);
+  double sum = x[0] * h;
+  float previous = x[0] = static_cast<float>(sum);
   for (std::size_t i = 1; i < x.size(); ++i) {
     sum += (previous + x[i]) * h;
     previous = x[i];

@@ -359,7 +359,8 @@ class KROSAC_API SacObject : public Archivable {
   // Last sample first; sets mSeisHasChanged alone.
   void reverseTime();
   // Trapezoid rule, accumulated in double. The output is advanced by one sample, the last two are
-  // equal and the first step weighs sample 0 by DELTA / 2 twice; all intended. B, E and IDEP stay.
+  // equal, and the sum and the first step both start from sample 0 times DELTA / 2; all intended.
+  // B, E and IDEP stay.
   void Integrate();
   // Forward difference over DELTA; the last value is given twice. A single sample stays.
   void Differentiate();

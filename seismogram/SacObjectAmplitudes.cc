@@ -145,7 +145,7 @@ void SacObject::reverseTime() {
 }
 
 void SacObject::Integrate() {
-  integrate(samples(), delta(), RunningSum::kFromZero);
+  integrate(samples(), delta());
   samplesChanged();
 }
 

@@ -1,20 +1,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "krosac/dsp/SeriesInternal.h"
 #include "krosac/platform/Log.h"
 #include "krosac/platform/TruncIndexInternal.h"
 #include "krosac/seismogram/SacObject.h"
 
 namespace krosac {
-namespace {
-
-float sumOfSquares(std::span<const float> x) {
-  float sum = 0.0f;
-  for (const float sample : x) sum += sample * sample;
-  return sum;
-}
-
-}  // namespace
 
 float SacObject::simpleRMS() const {
   const auto x = samples();

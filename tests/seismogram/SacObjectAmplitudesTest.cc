@@ -124,8 +124,8 @@ TEST(SacObjectAmplitudes, TrendLeavesTheSlopeTimesTheLength) {
 TEST(SacObjectAmplitudes, IntegralAndDerivative) {
   const auto s = traceOf({2, 4, -6, 8}, 0.5f, 3.0f);
   s->Integrate();
-  // Steps (0.5 + 4) / 4, (4 - 6) / 4 and (-6 + 8) / 4, one sample early.
-  EXPECT_EQ(samplesIn(*s), (Samples{1.125f, 0.625f, 1.125f, 1.125f}));
+  // From 2 / 4 the steps (0.5 + 4) / 4, (4 - 6) / 4 and (-6 + 8) / 4, one sample early.
+  EXPECT_EQ(samplesIn(*s), (Samples{1.625f, 1.125f, 1.625f, 1.625f}));
   EXPECT_EQ(s->b(), 3.0f);
   EXPECT_EQ(s->e(), 4.5f);
   EXPECT_EQ(s->GetSacHeader()->IDEP, 5);
@@ -146,7 +146,7 @@ TEST(SacObjectAmplitudes, IntegralAndDerivative) {
     t->Differentiate();
     EXPECT_EQ(samplesIn(*t), few);
     t->Integrate();
-    EXPECT_EQ(samplesIn(*t), Samples(few.size(), 0.0f));
+    EXPECT_EQ(samplesIn(*t), Samples(few.size(), 2.0f));
   }
 }
 
