@@ -47,7 +47,7 @@ class SampleFolder {
     std::generate_n(s->GetSacSeis(), kSamples, [&] { return static_cast<float>(noise()); });
     for (int i = 0; i < kFiles; ++i) {
       s->setEventLocationLat_Lon_Depth(0.0f, 0.0f, 10.0f);
-      s->setStationLocationLat_Lon_Elevation(10.0f, 0.03f * static_cast<float>(i), 0.0f);
+      s->setStationLocationLat_Lon_Elevation(10.0f, 0.015f * static_cast<float>(i), 0.0f);
       // Without the flush to disk of saving.
       std::FILE* file = std::fopen((path_ + "/" + name(i)).c_str(), "wb");
       std::fwrite(s->myData()->bytes(), 1, s->myData()->length(), file);

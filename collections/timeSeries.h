@@ -24,8 +24,8 @@ class KROSAC_API timeSeries : public Object {
   // The kind of series.
   KROSAC_FIELD(OptionalText, typeString, TypeString);
 
-  // A new timeSeries, whose class is a derived one's only where that makes copies of its own; the
-  // delegate is shared. Empty where there is no memory.
+  // A new timeSeries of this class, also from a derived class that makes no copies of its own kind;
+  // the delegate is shared. Empty where there is no memory.
   Ref<timeSeries> copyWithZone() const { return clone(); }
 
   // The kind and "\nNPTS:%d".

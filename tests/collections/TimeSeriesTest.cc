@@ -35,8 +35,7 @@ TEST(TimeSeries, KnowsItsKindAndTimes) {
   EXPECT_FALSE(make<Series>()->initWithZerosNpts_Delta(-1, 0.1f));
   const auto s = seriesOf(std::vector<float>(100), 0.05f);
   EXPECT_EQ(s->description(), "Uniformly Sampled Time Series\nNPTS:100");
-  const double now = static_cast<double>(std::time(nullptr));
-  EXPECT_NEAR(s->epochStartTime(), now, 60.0);
+  EXPECT_NEAR(s->epochStartTime(), static_cast<double>(std::time(nullptr)), 60.0);
   EXPECT_EQ(s->beginDateTime().secondsSince1970, s->epochStartTime());
   // The float product is off by less than its last bit, and the doubles by 2.4e-7 s.
   EXPECT_NEAR(s->epochEnd() - s->epochStartTime(), 4.95, 8e-7);
@@ -53,7 +52,6 @@ TEST(TimeSeries, KnowsItsKindAndTimes) {
   rate->zeroAmplitudes();
   EXPECT_EQ(same->description(), "Moment Rate Function\nNPTS:2");
   EXPECT_THAT(listOf(*same), ElementsAre(0.0f, 3.0f));
-  EXPECT_EQ(same->epochEnd(), rate->epochEnd());
 }
 
 TEST(TimeSeries, ChangesAmplitudes) {
@@ -132,10 +130,11 @@ TEST(TimeSeries, Measures) {
 
 TEST(TimeSeries, FiltersAndPulses) {
   const auto x = noise(300);
-  auto low = x, high = x;
+  auto low = x;
   GRLPBUfilter(low.data(), 300, 2, 4, 0.05f, 3.0f);
+  auto high = low;
   GRHPBUfilter(high.data(), 300, 1, 6, 0.05f, 3.0f);
-  const auto s = seriesOf(x, 0.05f), h = seriesOf(x, 0.05f);
+  const auto s = seriesOf(x, 0.05f);
   for (const float refused : {-1.0f, NAN}) {
     s->LPBUfilter_NPasses_NPoles(refused, 2, 4);
     s->cosineTimeFunctionFilterDuration(refused);
@@ -146,10 +145,10 @@ TEST(TimeSeries, FiltersAndPulses) {
   EXPECT_EQ(listOf(*s), x);
   EXPECT_EQ(s->max(), 0.0f) << "nor are the extrema looked for";
   s->LPBUfilter_NPasses_NPoles(3.0f, 2, 4);
-  h->HPBUfilter_NPasses_NPoles(3.0f, 1, 6);
   EXPECT_EQ(listOf(*s), low);
   EXPECT_EQ(s->max(), std::ranges::max(low));
-  EXPECT_EQ(listOf(*h), high);
+  s->HPBUfilter_NPasses_NPoles(3.0f, 1, 6);
+  EXPECT_EQ(listOf(*s), high);
 
   std::vector<double> cosine;
   for (int i = 0; i < 3; ++i) cosine.push_back(1.0 - std::cos(2.0 * std::numbers::pi * i / 2.6));
