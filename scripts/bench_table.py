@@ -1,0 +1,65 @@
+"""Prints the table of ratios from the medians of the benchmarks, and writes it as JSON: used by scripts/bench."""
+import json
+import pathlib
+import sys
+
+SECONDS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
+
+
+def machine():
+    for line in pathlib.Path("/proc/cpuinfo").read_text().splitlines():
+        if line.startswith(("model name", "Model")):
+            return line.split(":", 1)[1].strip()
+    return "unknown processor"
+
+
+def medians(path):
+    """Seconds and items a second by benchmark; waiting counts only where a benchmark says so."""
+    found = {}
+    for run in json.loads(path.read_text())["benchmarks"]:
+        if run.get("aggregate_name") != "median" or run.get("error_occurred"):
+            continue
+        time = run["real_time" if "/real_time" in run["run_name"] else "cpu_time"]
+        found[run["run_name"]] = (time * SECONDS[run["time_unit"]], run.get("items_per_second"))
+    return found
+
+
+def values(runs, ours, peer, sense, sizes):
+    for size in sizes or [""]:
+        name, other = ours.replace("{}", size), peer.replace("{}", size)
+        if name not in runs or (other and other not in runs):
+            continue
+        seconds, rate = runs[name]
+        if not other:
+            yield rate if sense == ">=" else seconds
+        elif sense == "<=":
+            yield seconds / runs[other][0]
+        else:
+            yield runs[other][0] / seconds
+
+
+def main(rows, results, programs):
+    results, table, runs = pathlib.Path(results), [], {}
+    for program in programs:
+        path = results / f"{program}.json"
+        runs[program] = medians(path) if path.exists() and path.stat().st_size else {}
+    for line in pathlib.Path(rows).read_text().splitlines():
+        if not line or line.startswith("#"):
+            continue
+        work, program, ours, peer, goal, sizes = (part.strip() for part in line.split(";"))
+        sense, bound, *unit = goal.split()
+        found = list(values(runs.get(program, {}), ours, peer, sense, sizes.split()))
+        if not found:
+            continue
+        worst = max(found) if sense == "<=" else min(found)
+        reached = worst <= float(bound) if sense == "<=" else worst >= float(bound)
+        table.append({"work": work, "goal": goal, "measured": found, "reached": reached})
+    print(f"Machine: {machine()}\n\n| work | must reach | measured | |\n|---|---|---|---|")
+    for row in table:
+        measured = " ".join(f"{value:.3g}" for value in row["measured"])
+        print(f"| {row['work']} | {row['goal']} | {measured} | {'' if row['reached'] else 'missed'} |")
+    report = {"machine": machine(), "rows": table}
+    (results / "table.json").write_text(json.dumps(report, indent=1) + "\n")
+
+
+main(sys.argv[1], sys.argv[2], sys.argv[3:])
