@@ -56,8 +56,24 @@ static void callSignals(void) {
   expect(context.status == -9, "dsp/QuasiRandom.h");
 }
 
+static void callModels(void) {
+  static float tp[118 * 14], ts[120 * 14];
+  float pTime, sTime, pSlowness, sSlowness;
+  ReadJBTables(tp, ts);
+  GetJBTimes(tp, ts, &pTime, &sTime, &pSlowness, &sSlowness, 50, 33);
+  expect(fabsf(pTime - 530) < 10 && sTime > pTime, "traveltimes/JBTables.h");
+
+  float block[13] = {0, 90, 0, 10, 0, 0.06f, 0, 0, 50};
+  GetBWResponse(block);
+  expect(fabsf(block[0]) < 1e-9f && block[8] > 0, "source/BodyWaveResponse.h");
+
+  newhdr_();
+  expect(ghdr.NPTS == -12345, "sacio/SacRoutines.h");
+}
+
 int main(void) {
   callFolders();
   callSignals();
+  callModels();
   return failures;
 }
