@@ -120,8 +120,9 @@ inline void storeMixed(float* to, Float8 a, Float8 b) {
 struct Double4 {
   Double2 first, second;
 
-  double& operator[](int lane) { return reinterpret_cast<double*>(this)[lane]; }
-  double operator[](int lane) const { return (lane < 2 ? first : second)[lane % 2]; }
+  using Lane = double __attribute__((may_alias));
+  Lane& operator[](int lane) { return reinterpret_cast<Lane*>(this)[lane]; }
+  double operator[](int lane) const { return lane < 2 ? first[lane] : second[lane - 2]; }
 };
 
 inline Double4 operator+(Double4 a, Double4 b) {
