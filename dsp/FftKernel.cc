@@ -1,89 +1,18 @@
 // The transforms of dsp/Fft.cc for 64 complex values and more, with the same roundings in another
-// order. Up to three passes are joined, so that eight values stay in registers between them, and
-// four butterflies of neighbouring rotations go side by side. A rotation is a recurrence whose
-// steps wait for each other, so several are computed side by side too: those of different passes,
-// and parts of one pass that start from states met on a first run through it.
+// order. Up to three passes are joined, so that eight values stay in the first cache between them,
+// and eight butterflies of neighbouring rotations go side by side.
 #include <cmath>
 #include <cstddef>
 
 #include "krosac/dsp/KernelsInternal.h"
+#include "krosac/dsp/RotationsInternal.h"
 #include "krosac/dsp/VectorsInternal.h"
 
 namespace krosac::KROSAC_KERNELS {
 namespace {
 
-constexpr int kMostPasses = 8 * sizeof(std::size_t);
-constexpr std::size_t kChunk = 16;         // rotations made at a time
 constexpr std::size_t kSegment = 1 << 14;  // complex values that stay in the second cache
 constexpr int kReversed3[8] = {0, 4, 2, 6, 1, 5, 3, 7};
-
-std::size_t least(std::size_t a, std::size_t b) {
-  return a < b ? a : b;
-}
-
-// Four recurrences side by side.
-struct Rotations {
-  Double4 re, im;
-};
-
-inline void advance(Rotations& w, const Rotations& step) {
-  const Double4 previous = w.re;
-  w.re = w.re * step.re - w.im * step.im + w.re;
-  w.im = w.im * step.re + previous * step.im + w.im;
-}
-
-// sin(theta) of the passes, by the binary logarithm of the complex values that a pass joins. Half
-// the angle of a pass is the angle of the next one.
-class Sines {
- public:
-  Sines(std::size_t nn, int isign) {
-    double mmax = 4.0;
-    for (int pass = 2; nn >> (pass - 1) != 0; ++pass, mmax *= 2.0)
-      sines_[pass] = std::sin(isign * (6.28318530717959 / mmax));
-  }
-
-  void setStep(int pass, Rotations& step, int lane) const {
-    step.re[lane] = -2.0 * sines_[pass + 1] * sines_[pass + 1];
-    step.im[lane] = sines_[pass];
-  }
-
- private:
-  double sines_[kMostPasses + 2];
-};
-
-// One to three passes that are done at once; the first joins blocks of `half` values. Its lanes are
-// the passes, and in the fourth another recurrence that the caller wants. at[q] is their state
-// after q*half steps.
-struct Group {
-  std::size_t half;
-  int passes;
-  Rotations step;
-  Rotations at[4];
-  Rotations state;
-  std::size_t done;
-
-  void begin(std::size_t firstHalf, int firstPass, int count, const Sines& sines) {
-    half = firstHalf;
-    passes = count;
-    done = 0;
-    step = Rotations{};
-    for (int pass = 0; pass < count; ++pass) sines.setStep(firstPass + pass, step, pass);
-    state = at[0] = Rotations{fourTimes(1.0), fourTimes(0.0)};
-  }
-
-  std::size_t length() const { return half << passes; }
-
-  void run(std::size_t steps) {
-    const std::size_t end = ((std::size_t{1} << (passes - 1)) - 1) * half;
-    while (steps > 0 && done < end) {
-      const std::size_t count = least(steps, half - (done & (half - 1)));
-      for (std::size_t i = 0; i < count; ++i) advance(state, step);
-      done += count;
-      steps -= count;
-      if ((done & (half - 1)) == 0) at[done / half] = state;
-    }
-  }
-};
 
 inline void butterfly(Float4& ar, Float4& ai, Float4& br, Float4& bi, Double4 re, Double4 im) {
   const Double4 dr = widened(br), di = widened(bi);
@@ -106,60 +35,14 @@ inline void unitButterfly(Float4& ar, Float4& ai, Float4& br, Float4& bi) {
   ai += tempi;
 }
 
-// Rotations of a group's passes: row 0 for the first, 1 and 2 for the second, 3 to 6 for the third,
-// where a pass with 2^p rows has in row r those of r*half and after.
-struct Chunk {
-  Double4 re[8][kChunk / 4], im[8][kChunk / 4];
-};
-
-// Makes the next four of each of four rotations.
-inline void fill(Rotations& w, const Rotations& step, Double4 (*re)[kChunk / 4],
-                 Double4 (*im)[kChunk / 4], std::size_t i) {
-  Rotations s[4];
-  for (Rotations& next : s) {
-    next = w;
-    advance(w, step);
-  }
-  transpose(s[0].re, s[1].re, s[2].re, s[3].re);
-  transpose(s[0].im, s[1].im, s[2].im, s[3].im);
-  for (int lane = 0; lane < 4; ++lane) {
-    re[lane][i] = s[lane].re;
-    im[lane][i] = s[lane].im;
-  }
-}
-
-// The recurrences of a group's passes, each from the states that its rows start with.
-template <int kPasses>
-class GroupRotations {
- public:
-  explicit GroupRotations(const Group& group) {
-    constexpr int kLanes[8] = {0, 1, 1, 2, 2, 2, 2, 2};
-    constexpr int kStarts[8] = {0, 0, 1, 0, 1, 2, 3, 3};
-    for (int i = 0; i < 8; ++i) {
-      const int lane = kLanes[i], start = lane < kPasses ? kStarts[i] : 0;
-      w_[i / 4].re[i % 4] = group.at[start].re[lane];
-      w_[i / 4].im[i % 4] = group.at[start].im[lane];
-      step_[i / 4].re[i % 4] = group.step.re[lane];
-      step_[i / 4].im[i % 4] = group.step.im[lane];
-    }
-  }
-
-  void makeNext(Chunk& chunk, std::size_t i) {
-    fill(w_[0], step_[0], chunk.re, chunk.im, i);
-    if (kPasses == 3) fill(w_[1], step_[1], chunk.re + 4, chunk.im + 4, i);
-  }
-
- private:
-  Rotations w_[2], step_[2];
-};
-
 // Between the passes eight complex values lie as eight real and eight imaginary parts.
 template <bool kLast>
-inline void butterfly(float* a, float* b, const Double4* re, const Double4* im) {
+inline void butterfly(float* a, float* b, const Quads* w, int lane) {
   const Double4 br0 = widened(load(b)), br1 = widened(load(b + 4));
   const Double4 bi0 = widened(load(b + 8)), bi1 = widened(load(b + 12));
-  const Float8 tempr = rounded(re[0] * br0 - im[0] * bi0, re[1] * br1 - im[1] * bi1);
-  const Float8 tempi = rounded(re[0] * bi0 + im[0] * br0, re[1] * bi1 + im[1] * br1);
+  const Double4 re0 = w[0].re[lane], im0 = w[0].im[lane], re1 = w[1].re[lane], im1 = w[1].im[lane];
+  const Float8 tempr = rounded(re0 * br0 - im0 * bi0, re1 * br1 - im1 * bi1);
+  const Float8 tempi = rounded(re0 * bi0 + im0 * br0, re1 * bi1 + im1 * br1);
   const Float8 ar = load8(a), ai = load8(a + 8);
   if (kLast) {
     storeMixed(a, ar + tempr, ai + tempi);
@@ -172,85 +55,58 @@ inline void butterfly(float* a, float* b, const Double4* re, const Double4* im) 
   }
 }
 
-// One pass of the rows of a block, over the values of a chunk.
-template <int kRows, int kDistance, bool kLast>
-inline void pass(float* x, std::size_t row, const Chunk& w, std::size_t count) {
+// The pass that joins 2^kPass rows of a block, over so many columns.
+template <int kRows, int kPass, bool kLast>
+inline void pass(float* x, std::size_t row, const Quads* w, std::size_t columns) {
+  constexpr std::size_t kDistance = 1 << kPass;
 #pragma GCC unroll 8
-  for (int r = 0; r < kRows; ++r) {
+  for (std::size_t r = 0; r < kRows; ++r) {
     if (r & kDistance) continue;
-    const int of = kDistance - 1 + (r & (kDistance - 1));
-    float *a = x + static_cast<std::size_t>(r) * row, *b = a + kDistance * row;
-    for (std::size_t i = 0; i < count / 4; i += 2)
-      butterfly<kLast>(a + 8 * i, b + 8 * i, &w.re[of][i], &w.im[of][i]);
+    const Quads* quads = w + (r & (kDistance - 1)) * columns / 4;
+    float *a = x + r * row, *b = a + kDistance * row;
+    for (std::size_t i = 0; i < columns / 4; i += 2)
+      butterfly<kLast>(a + 8 * i, b + 8 * i, quads + i, kPass);
   }
 }
 
-// Calls between() twice, where its work can go on beside that of the passes.
-template <int kPasses, bool kLast, typename Between>
-inline void passes(float* x, std::size_t row, const Chunk& w, std::size_t count, Between between) {
+// A group's passes: all blocks share the rotations of a chunk. The first runs of later groups go on
+// meanwhile.
+template <int kPasses, bool kLast>
+void sweep(Groups& groups, Group& group, float* x, std::size_t length) {
   constexpr int kRows = 1 << kPasses;
-  between(0);
-  pass<kRows, 1, false>(x, row, w, count);
-  between(1);
-  if constexpr (kPasses > 1) pass<kRows, 2, false>(x, row, w, count);
-  if constexpr (kPasses > 2) pass<kRows, 4, kLast>(x, row, w, count);
-}
-
-// Several blocks share the rotations of a chunk.
-template <int kPasses>
-void sweepBlocks(const Group& group, float* x, std::size_t length) {
-  GroupRotations<kPasses> rotations(group);
-  Chunk chunk;
-  for (std::size_t k = 0; k < group.half; k += kChunk) {
-    const std::size_t count = least(kChunk, group.half - k);
-    for (std::size_t i = 0; i < count / 4; ++i) rotations.makeNext(chunk, i);
-    for (std::size_t block = 0; block < length; block += group.length())
-      passes<kPasses, false>(x + 2 * (block + k), 2 * group.half, chunk, count, [](int) {});
-  }
-}
-
-// In one block the next rotations are made while these are used.
-template <bool kLast>
-void sweepBlock(const Group& group, float* x) {
-  GroupRotations<3> rotations(group);
-  Chunk chunks[2];
-  for (std::size_t i = 0; i < 2; ++i) rotations.makeNext(chunks[0], i);
-  for (std::size_t k = 0; k < group.half; k += 8) {
-    const Chunk& chunk = chunks[k / 8 % 2];
-    Chunk& next = chunks[(k / 8 + 1) % 2];
-    passes<3, kLast>(x + 2 * k, 2 * group.half, chunk, 8,
-                     [&](std::size_t i) { rotations.makeNext(next, i); });
-  }
-}
-
-void sweep(const Group& group, float* x, std::size_t length, bool last) {
-  if (group.passes == 1) return sweepBlocks<1>(group, x, length);
-  if (group.passes == 2) return sweepBlocks<2>(group, x, length);
-  if (last) return sweepBlock<true>(group, x);
-  if (length == group.length()) return sweepBlock<false>(group, x);
-  sweepBlocks<3>(group, x, length);
-}
-
-// The groups of passes after the first three, three passes each but for the first.
-struct Groups {
-  Group list[kMostPasses / 3];
-  int count = 0;
-
-  Groups(std::size_t nn, const Sines& sines) {
-    int passes = 0;
-    while (nn >> (passes + 4) != 0) ++passes;
-    int pass = 4;
-    for (int joined = (passes + 2) % 3 + 1; passes > 0; passes -= joined, joined = 3) {
-      list[count++].begin(std::size_t{1} << (pass - 1), pass, joined, sines);
-      pass += joined;
+  const std::size_t row = 2 * group.half, columns = group.columns();
+  const auto meanwhile = [&groups] {
+    if (!kLast) groups.run();
+  };
+  group.finish();
+  RowRotations rotations(group);
+  Chunk made;
+  const Quads* w = group.kept != nullptr ? group.kept : made;
+  for (std::size_t k = 0; k < group.half; k += columns) {
+    if (group.kept == nullptr) rotations.fill(made);
+    for (std::size_t block = 0; block < length; block += group.length()) {
+      float* first = x + 2 * (block + k);
+      pass<kRows, 0, false>(first, row, w, columns);
+      meanwhile();
+      if constexpr (kPasses > 1) {
+        pass<kRows, 1, false>(first, row, w, columns);
+        meanwhile();
+      }
+      if constexpr (kPasses > 2) {
+        pass<kRows, 2, kLast>(first, row, w, columns);
+        meanwhile();
+      }
     }
   }
-  void run(std::size_t steps) {
-    for (int i = 0; i < count; ++i) list[i].run(steps);
-  }
-  void finish() { run(4 * last().half); }
-  Group& last() { return list[count - 1]; }
-};
+}
+
+void sweep(Groups& groups, int i, float* x, std::size_t length) {
+  Group& group = groups[i];
+  if (i + 1 == groups.count()) return sweep<3, true>(groups, group, x, length);
+  if (group.passes == 1) return sweep<1, false>(groups, group, x, length);
+  if (group.passes == 2) return sweep<2, false>(groups, group, x, length);
+  sweep<3, false>(groups, group, x, length);
+}
 
 // The rotations of the second and third pass that are not 1.
 struct FirstRotations {
@@ -263,7 +119,7 @@ FirstRotations firstRotations(const Sines& sines) {
   for (int lane = 1; lane < 4; ++lane) sines.setStep(3, step, lane);
   FirstRotations first{};
   for (int k = 0; k < 3; ++k) {
-    advance(w, step);
+    w.advance(step);
     if (k == 0) first.second = {fourTimes(w.re[0]), fourTimes(w.im[0])};
     first.third[k] = {fourTimes(w.re[1]), fourTimes(w.im[1])};
   }
@@ -274,9 +130,8 @@ FirstRotations firstRotations(const Sines& sines) {
 // of reversed bits; the columns become rows, in that order too.
 inline void firstPasses(const float* from, std::size_t fromRow, float* to, std::size_t toRow,
                         const FirstRotations& w, Groups& groups) {
-  constexpr std::size_t kSteps = 4;
   for (int half = 0; half < 2; ++half) {
-    groups.run(kSteps);
+    groups.run();
     Float4 re[8], im[8];
 #pragma GCC unroll 8
     for (int r = 0; r < 8; ++r) {
@@ -292,12 +147,11 @@ inline void firstPasses(const float* from, std::size_t fromRow, float* to, std::
       unitButterfly(re[r], im[r], re[r + 2], im[r + 2]);
       butterfly(re[r + 1], im[r + 1], re[r + 3], im[r + 3], w.second.re, w.second.im);
     }
-    groups.run(kSteps);
+    groups.run();
     unitButterfly(re[0], im[0], re[4], im[4]);
 #pragma GCC unroll 3
     for (int r = 1; r < 4; ++r)
       butterfly(re[r], im[r], re[r + 4], im[r + 4], w.third[r - 1].re, w.third[r - 1].im);
-    groups.run(kSteps);
 #pragma GCC unroll 2
     for (int r = 0; r < 8; r += 4) {
       transpose(re[r], re[r + 1], re[r + 2], re[r + 3]);
@@ -332,7 +186,6 @@ void reverseAndBegin(float* x, std::size_t nn, const Sines& sines, Groups& group
     for (; (reversed & bit) != 0; bit /= 2) reversed ^= bit;
     reversed |= bit;
   }
-  groups.finish();
 }
 
 void transform(float* x, std::size_t nn, const Sines& sines, Groups& groups) {
@@ -340,10 +193,10 @@ void transform(float* x, std::size_t nn, const Sines& sines, Groups& groups) {
   int next = 0;
   const std::size_t segment = least(nn, kSegment);
   for (std::size_t begin = 0; begin < nn; begin += segment) {
-    for (next = 0; next < groups.count && groups.list[next].length() <= segment; ++next)
-      sweep(groups.list[next], x + 2 * begin, segment, next + 1 == groups.count);
+    for (next = 0; next < groups.count() && groups[next].length() <= segment; ++next)
+      sweep(groups, next, x + 2 * begin, segment);
   }
-  for (; next < groups.count; ++next) sweep(groups.list[next], x, nn, next + 1 == groups.count);
+  for (; next < groups.count(); ++next) sweep(groups, next, x, nn);
 }
 
 // The step of the rotations that take the transform of a real sequence apart.
@@ -375,38 +228,43 @@ inline void separate(float* up, float* down, Double4 re, Double4 im) {
   store(down + 4, __builtin_shufflevector(downRe, downIm, 1, 5, 0, 4));
 }
 
+// Bin 0 has no mirror image: it stays as it is.
+template <bool kForward>
+void separateFirst(float* x, std::size_t n, Double4 re, Double4 im) {
+  const float first[2] = {x[0], x[1]};
+  float down[8];
+  store(down, load(x + n - 6));
+  store(down + 4, Float4{x[n - 2], x[n - 1], 0.0f, 0.0f});
+  separate<kForward>(x, down, re, im);
+  x[0] = first[0];
+  x[1] = first[1];
+  for (std::size_t j = 0; j < 6; ++j) x[n - 6 + j] = down[j];
+}
+
 // The four quarters of the bins below n/4 side by side, each with the recurrence from its own
 // start.
 template <bool kForward>
-void separate(float* x, std::size_t n, const Group& group) {
-  Rotations w, step;
-  for (int q = 0; q < 4; ++q) {
-    w.re[q] = group.at[q].re[3];
-    w.im[q] = group.at[q].im[3];
-    step.re[q] = group.step.re[3];
-    step.im[q] = group.step.im[3];
+void separate(float* x, std::size_t n, Groups& groups) {
+  const std::size_t quarter = groups.last().half;
+  const auto bins = [&](std::size_t bin, Double4 re, Double4 im) {
+    if (bin == 0) return separateFirst<kForward>(x, n, re, im);
+    separate<kForward>(x + 2 * bin, x + n - 2 * bin - 6, re, im);
+  };
+  if (const Quads* kept = groups.last().kept) {
+    for (std::size_t bin = 0; bin < 4 * quarter; bin += 4)
+      bins(bin, kept[bin / 4].re[3], kept[bin / 4].im[3]);
+    return;
   }
-  const std::size_t quarter = n / 16;
-  Chunk chunk;
-  fill(w, step, chunk.re, chunk.im, 0);
-  for (std::size_t k = 0, i = 0; k < quarter; k += 4, i = 1 - i) {
-    for (std::size_t q = 0; q < 4; ++q) {
-      const std::size_t bin = q * quarter + k;
-      if (q == 1) fill(w, step, chunk.re, chunk.im, 1 - i);
-      if (bin != 0) {
-        separate<kForward>(x + 2 * bin, x + n - 2 * bin - 6, chunk.re[q][i], chunk.im[q][i]);
-      } else {
-        // Bin 0 has no mirror image: it stays as it is.
-        const float first[2] = {x[0], x[1]};
-        float down[8];
-        store(down, load(x + n - 6));
-        store(down + 4, Float4{x[n - 2], x[n - 1], 0.0f, 0.0f});
-        separate<kForward>(x, down, chunk.re[0][0], chunk.im[0][0]);
-        x[0] = first[0];
-        x[1] = first[1];
-        for (std::size_t j = 0; j < 6; ++j) x[n - 6 + j] = down[j];
-      }
-    }
+  Rotations w{}, step{};
+  for (int q = 0; q < 4; ++q) {
+    w.setLane(q, groups.last().at[q], 3);
+    step.setLane(q, groups.last().step, 3);
+  }
+  for (std::size_t k = 0; k < quarter; k += 4) {
+    Quads quads;
+    quads.take(w, step);
+    quads.turn();
+    for (std::size_t q = 0; q < 4; ++q) bins(q * quarter + k, quads.re[q], quads.im[q]);
   }
 }
 
@@ -423,7 +281,7 @@ void realftForward(float* x, std::size_t n) {
   Groups groups(n / 2, sines);
   setRealStep(n, true, groups.last().step);
   transform(x, n / 2, sines, groups);
-  separate<true>(x, n, groups.last());
+  separate<true>(x, n, groups);
   const float h = x[0];
   x[0] = h + x[1];
   x[1] = h - x[1];
@@ -433,8 +291,8 @@ void realftInverse(float* x, std::size_t n) {
   const Sines sines(n / 2, -1);
   Groups groups(n / 2, sines);
   setRealStep(n, false, groups.last().step);
-  groups.finish();
-  separate<false>(x, n, groups.last());
+  groups.last().finish();
+  separate<false>(x, n, groups);
   const float h = x[0];
   x[0] = 0.5f * (h + x[1]);
   x[1] = 0.5f * (h - x[1]);

@@ -14,13 +14,13 @@ namespace {
 using Float4 = float __attribute__((vector_size(16)));
 
 inline Float4 load(const float* from) {
-  using Unaligned = float __attribute__((vector_size(16), aligned(4), may_alias));
-  return *reinterpret_cast<const Unaligned*>(from);
+  Float4 value;
+  __builtin_memcpy(&value, from, sizeof value);
+  return value;
 }
 
 inline void store(float* to, Float4 value) {
-  using Unaligned = float __attribute__((vector_size(16), aligned(4), may_alias));
-  *reinterpret_cast<Unaligned*>(to) = value;
+  __builtin_memcpy(to, &value, sizeof value);
 }
 
 #ifdef __AVX__

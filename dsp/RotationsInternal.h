@@ -1,0 +1,194 @@
+// The rotations of the transforms of dsp/FftKernel.cc. A rotation is a recurrence whose steps wait
+// for each other, so several are computed side by side: those of different passes, and parts of one
+// pass that start from states met on a first run through it.
+#ifndef KROSAC_DSP_ROTATIONSINTERNAL_H
+#define KROSAC_DSP_ROTATIONSINTERNAL_H
+
+#include <cmath>
+#include <cstddef>
+
+#include "krosac/dsp/VectorsInternal.h"
+
+namespace krosac::KROSAC_KERNELS {
+namespace {
+
+constexpr int kMostPasses = 8 * sizeof(std::size_t);
+constexpr std::size_t kChunk = 64;  // rotations of a row that are kept at a time
+
+inline std::size_t least(std::size_t a, std::size_t b) {
+  return a < b ? a : b;
+}
+
+// Four recurrences side by side.
+struct Rotations {
+  Double4 re, im;
+
+  void advance(const Rotations& step) {
+    const Double4 previous = re;
+    re = re * step.re - im * step.im + re;
+    im = im * step.re + previous * step.im + im;
+  }
+
+  void setLane(int lane, const Rotations& from, int fromLane) {
+    re[lane] = from.re[fromLane];
+    im[lane] = from.im[fromLane];
+  }
+};
+
+// Four steps of four recurrences: a vector a step, or, once turned, a vector a recurrence.
+struct Quads {
+  Double4 re[4], im[4];
+
+  void take(Rotations& w, const Rotations& step) {
+    for (int i = 0; i < 4; ++i, w.advance(step)) {
+      re[i] = w.re;
+      im[i] = w.im;
+    }
+  }
+
+  void turn() {
+    transpose(re[0], re[1], re[2], re[3]);
+    transpose(im[0], im[1], im[2], im[3]);
+  }
+};
+
+// Rotations of the rows of a group, the rows one after the other. Lane p is the pass that joins 2^p
+// rows and has so many rows of its own; the last one is for the real bins.
+using Chunk = Quads[kChunk];
+
+// sin(theta) of the passes, by the binary logarithm of the complex values that a pass joins. Half
+// the angle of a pass is the angle of the next one.
+class Sines {
+ public:
+  Sines(std::size_t nn, int isign) {
+    double mmax = 4.0;
+    for (int pass = 2; nn >> (pass - 1) != 0; ++pass, mmax *= 2.0)
+      sines_[pass] = std::sin(isign * (6.28318530717959 / mmax));
+  }
+
+  void setStep(int pass, Rotations& step, int lane) const {
+    step.re[lane] = -2.0 * sines_[pass + 1] * sines_[pass + 1];
+    step.im[lane] = sines_[pass];
+  }
+
+ private:
+  double sines_[kMostPasses + 2]{};
+};
+
+// One to three passes that are done at once; the first joins blocks of `half` values. The lanes of
+// its recurrences are the passes, and the fourth another one that the caller wants. A first run
+// through them keeps all rotations of a short group, and of a long one the states at[q] after
+// q*half steps, where rows start.
+struct Group {
+  std::size_t half;
+  int passes;
+  Quads* kept;  // none in a long group
+  std::size_t done, steps;
+  Rotations step, state;
+  Rotations at[4];
+
+  void begin(std::size_t firstHalf, int firstPass, int count, const Sines& sines, Quads* room) {
+    half = firstHalf;
+    passes = count;
+    kept = half <= kChunk ? room : nullptr;
+    done = 0;
+    const std::size_t rows = std::size_t{1} << (passes - 1);
+    steps = kept != nullptr ? rows * half : (rows - 1) * half + 1;
+    step = Rotations{};
+    for (int pass = 0; pass < count; ++pass) sines.setStep(firstPass + pass, step, pass);
+    state = Rotations{fourTimes(1.0), fourTimes(0.0)};
+    for (Rotations& start : at) start = state;
+  }
+
+  std::size_t length() const { return half << passes; }
+  std::size_t columns() const { return least(half, kChunk); }
+
+  // Four steps of the first run, unless it is over.
+  void run() {
+    if (done >= steps) return;
+    if (kept != nullptr) {
+      kept[done / 4].take(state, step);
+      done += 4;
+      if (done == steps) turnKept();
+    } else {
+      if ((done & (half - 1)) == 0) at[done / half] = state;
+      for (int i = 0; i < 4; ++i) state.advance(step);
+      done += 4;
+    }
+  }
+
+  void finish() {
+    while (done < steps) run();
+  }
+
+ private:
+  void turnKept() {
+    for (std::size_t i = 0; i < steps / 4; ++i) kept[i].turn();
+  }
+};
+
+// The recurrences of a long group's rows, each from the state that it starts with.
+class RowRotations {
+ public:
+  explicit RowRotations(const Group& group) {
+    for (int r = 0; r < kRows; ++r) {
+      w_[r / 4].setLane(r % 4, group.at[kRow[r]], kLane[r]);
+      step_[r / 4].setLane(r % 4, group.step, kLane[r]);
+    }
+  }
+
+  void fill(Chunk& chunk) {
+    for (std::size_t i = 0; i < kChunk / 4; ++i) {
+      for (int four = 0; four < 2; ++four) {
+        Quads next;
+        next.take(w_[four], step_[four]);
+        next.turn();
+        for (int r = 4 * four; r < kRows && r < 4 * four + 4; ++r) {
+          Quads& to = chunk[kRow[r] * kChunk / 4 + i];
+          to.re[kLane[r]] = next.re[r % 4];
+          to.im[kLane[r]] = next.im[r % 4];
+        }
+      }
+    }
+  }
+
+ private:
+  static constexpr int kRows = 7;
+  static constexpr int kLane[kRows] = {0, 1, 1, 2, 2, 2, 2};
+  static constexpr std::size_t kRow[kRows] = {0, 0, 1, 0, 1, 2, 3};
+
+  Rotations w_[2]{}, step_[2]{};
+};
+
+// The groups of passes after the first three, three passes each but for the first.
+class Groups {
+ public:
+  Groups(std::size_t nn, const Sines& sines) {
+    int passes = 0;
+    while (nn >> (passes + 4) != 0) ++passes;
+    int pass = 4;
+    for (int joined = (passes + 2) % 3 + 1; passes > 0; passes -= joined, joined = 3) {
+      list_[count_].begin(std::size_t{1} << (pass - 1), pass, joined, sines, room_[count_ % 2]);
+      ++count_;
+      pass += joined;
+    }
+  }
+
+  int count() const { return count_; }
+  Group& operator[](int i) { return list_[i]; }
+  Group& last() { return list_[count_ - 1]; }
+
+  void run() {
+    for (int i = 0; i < count_; ++i) list_[i].run();
+  }
+
+ private:
+  Group list_[kMostPasses / 3];
+  int count_ = 0;
+  Chunk room_[2];  // the two first groups may be short
+};
+
+}  // namespace
+}  // namespace krosac::KROSAC_KERNELS
+
+#endif
