@@ -56,10 +56,12 @@ TEST(GreatCircle, AgreesWithAnotherFormula) {
     const float lat1 = within(-89.9f, 89.9f), lon1 = within(-540, 540);
     const float lat2 = std::clamp(lat1 + within(-off, off), -90.0f, 90.0f);
     const float lon2 = lon1 + within(-off, off), across = lon2 + 180.0f;
-    const Arc a = arc(lat1, lon1, lat2, lon2), back = arc(lat1, lon1, -lat2, across);
+    const Arc a = arc(lat1, lon1, lat2, lon2);
     const Arc truth = trueArc(flattened(lat1), lon1, flattened(lat2), lon2);
     ASSERT_NEAR(a.distance, truth.distance, kAcosLoss + truth.distance / 180 * kDistanceRounding);
-    ASSERT_NEAR(back.distance, 180 - truth.distance, kAcosLoss + kDistanceRounding);
+    ASSERT_NEAR(arc(lat1, lon1, -lat2, across).distance,
+                trueArc(flattened(lat1), lon1, flattened(-lat2), across).distance,
+                kAcosLoss + kDistanceRounding);
     // Cosines built from sines lose half their digits where they vanish.
     const double loss = 1e-7 / std::sin(truth.distance * kDegree);
     ASSERT_LE(angleBetween(a.azimuth, truth.azimuth), kAzimuthRounding + loss);

