@@ -5,6 +5,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/sacio/SacFile.h"
 #include "sacio/SacImage.h"
 
 namespace krosac {
@@ -170,6 +171,21 @@ TEST(SacRoutines, TheGlobalHeaderIsWrittenWithAnyCount) {
     EXPECT_EQ(bytesOf(ghdr), headerImage(words));
     EXPECT_EQ(error, n > 0 ? 0 : -1);
   }
+}
+
+TEST(SacRoutines, WritersWriteAsThePlainFunctions) {
+  const TemporaryFolder folder;
+  const std::string routine = folder.path("routine"), plain = folder.path("plain");
+  const std::int32_t n = 3;
+  const float b = 2, delta = 0.5f;
+  std::int32_t error = 7, status = 7;
+  wsac1_(routine.data(), kValues, &n, &b, &delta, &error, length(routine));
+  WriteSAC1(plain.c_str(), kValues, n, &status, delta, b);
+  EXPECT_EQ(folder.read("routine"), folder.read("plain"));
+  wsac2_(routine.data(), kValues, &n, kValues + 3, &error, length(routine));
+  WriteSAC2(plain.c_str(), n, kValues + 3, kValues, &status);
+  EXPECT_EQ(folder.read("routine"), folder.read("plain"));
+  EXPECT_EQ(error, 0);
 }
 
 TEST(SacRoutines, WritersRefuse) {
