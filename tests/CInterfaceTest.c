@@ -58,10 +58,19 @@ static void callSignals(void) {
 
 static void callModels(void) {
   static float tp[118 * 14], ts[120 * 14];
+  static PsNMO curves[210];
   float pTime, sTime, pSlowness, sSlowness;
   ReadJBTables(tp, ts);
   GetJBTimes(tp, ts, &pTime, &sTime, &pSlowness, &sSlowness, 50, 33);
   expect(fabsf(pTime - 530) < 10 && sTime > pTime, "traveltimes/JBTables.h");
+  static float table[360 * 18];
+  int32_t rows = 0;
+  ReadTTTablePhase("iasp91_", "p", table, &rows);
+  GetTTTimeSlowness("p", table, rows, &sTime, &sSlowness, 50, 33);
+  expect(fabsf(pTime - sTime) < 4, "traveltimes/TTTables.h");
+  ReadPsDelayTable("PsNMO", curves, &rows);
+  expect(fabsf(timeFromDepth(410, curves[psNMOCurveIndexClosestTo(0, 67)]) - 44.1f) < 0.2f,
+         "traveltimes/PsNMOTables.h");
 
   float block[13] = {0, 90, 0, 10, 0, 0.06f, 0, 0, 50};
   GetBWResponse(block);

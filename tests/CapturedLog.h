@@ -1,12 +1,15 @@
-// Collects the log's texts while it lives.
+// What the library says: the texts of its log, and what it prints.
 #ifndef KROSAC_TESTS_CAPTUREDLOG_H
 #define KROSAC_TESTS_CAPTUREDLOG_H
+
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 #include "krosac/platform/Log.h"
 
+// Collects the log's texts while it lives.
 class CapturedLog {
  public:
   CapturedLog() {
@@ -18,5 +21,15 @@ class CapturedLog {
 
   std::vector<std::string> texts;
 };
+
+// What the action prints on standard output, a bar, and what it prints on standard error.
+template <typename Action>
+std::string printedBy(Action action) {
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  action();
+  const std::string out = testing::internal::GetCapturedStdout();
+  return out + "|" + testing::internal::GetCapturedStderr();
+}
 
 #endif

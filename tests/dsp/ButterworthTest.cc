@@ -35,21 +35,20 @@ TEST(Butterworth, ResponseIsTheDesignAndTwoPassesHaveNoPhase) {
     for (const float fc : {3.0f, 12.0f, 35.0f}) {
       for (const bool low : {true, false}) {
         const auto filter = low ? GRLPBUfilter : GRHPBUfilter;
-        Signal once(4096, 0.0f), twice(8192, 0.0f);
+        Signal once(4096), three, twice(8192);
         once[0] = twice[4096] = 1.0f;
-        Signal three = once;
+        three = once;
         filter(once.data(), 4096, 1, poles, kDt, fc);
         filter(three.data(), 4096, 3, poles, kDt, fc);
         filter(twice.data(), 8192, 2, poles, kDt, fc);
         EXPECT_EQ(once, three);
-        for (const double f : {0.0, 0.5, 2.0, 2.9, 3.0, 5.0, 11.0, 12.0, 20.0, 35.0, 44.0, 49.0}) {
+        for (const double f : {0.0, 0.5, 2.9, 3.0, 5.0, 12.0, 20.0, 35.0, 44.0, 49.0}) {
           SCOPED_TRACE(testing::Message() << poles << " " << fc << " " << f);
           const double ratio = std::tan(kPi * f * kDt) / std::tan(kPi * fc * kDt);
           const double expected = f > 0 || low ? design(low ? ratio : 1.0 / ratio, poles) : 0.0;
           // Single-precision coefficients move poles near the unit circle by some 1e-5.
           EXPECT_NEAR(std::abs(transform(once, 0, f)), expected, 3e-4);
-          EXPECT_NEAR(transform(twice, 4096, f).real(), expected * expected, 6e-4);
-          EXPECT_NEAR(transform(twice, 4096, f).imag(), 0.0, 6e-4);
+          EXPECT_LE(std::abs(transform(twice, 4096, f) - expected * expected), 8e-4);
         }
       }
     }

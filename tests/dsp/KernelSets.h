@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -46,32 +48,18 @@ enum class Samples { kNoise, kImpulse, kZeros, kDenormal, kHuge, kWide, kCancell
 inline std::vector<float> makeSamples(Samples kind, std::size_t n) {
   std::mt19937 random(static_cast<unsigned>(n));
   std::uniform_real_distribution<float> uniform(-1.0f, 1.0f);
+  const auto signOf = [&](float size) { return std::copysign(size, uniform(random)); };
+  const std::function<float()> makers[] = {
+      [&] { return uniform(random); },
+      [&] { return 0.0f; },
+      [&] { return signOf(random() % 16 == 0 ? 1.0f : 0.0f); },
+      [&] { return uniform(random) * 1e-41f; },
+      [&] { return uniform(random) * 3e38f; },
+      [&] { return std::ldexp(uniform(random), static_cast<int>(random() % 280) - 150); },
+      [&] { return signOf(1.0f / 3.0f); }};
   std::vector<float> x(n);
-  for (std::size_t i = 0; i < n; ++i) {
-    const float u = uniform(random);
-    switch (kind) {
-      case Samples::kNoise:
-        x[i] = u;
-        break;
-      case Samples::kImpulse:
-        x[i] = i == n / 3 ? 1.0f : 0.0f;
-        break;
-      case Samples::kZeros:
-        x[i] = std::copysign(random() % 16 == 0 ? 1.0f : 0.0f, u);
-        break;
-      case Samples::kDenormal:
-        x[i] = u * 1e-41f;
-        break;
-      case Samples::kHuge:
-        x[i] = u * 3e38f;
-        break;
-      case Samples::kWide:
-        x[i] = std::ldexp(u, static_cast<int>(random() % 280) - 150);
-        break;
-      default:
-        x[i] = std::copysign(1.0f / 3.0f, u);
-    }
-  }
+  std::ranges::generate(x, makers[static_cast<int>(kind)]);
+  if (kind == Samples::kImpulse && n > 0) x[n / 3] = 1.0f;
   return x;
 }
 

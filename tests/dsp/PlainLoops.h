@@ -2,75 +2,64 @@
 #ifndef KROSAC_TESTS_DSP_PLAINLOOPS_H
 #define KROSAC_TESTS_DSP_PLAINLOOPS_H
 
+#include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace krosac::plain {
+
+// exp(i k theta) for k = 0, 1, ... by a recurrence.
+struct Rotation {
+  double theta, re = 1.0, im = 0.0;
+  void advance() {
+    const double half = std::sin(0.5 * theta), wpr = -2.0 * half * half, wpi = std::sin(theta);
+    const double previous = re;
+    re = re * wpr - im * wpi + re;
+    im = im * wpr + previous * wpi + im;
+  }
+};
 
 inline void four1(float* data, unsigned long nn, int isign) {
   const unsigned long n = 2 * nn;
   for (unsigned long i = 1, j = 1; i < n; i += 2) {
-    if (j > i) {
-      std::swap(data[j], data[i]);
-      std::swap(data[j + 1], data[i + 1]);
-    }
+    if (j > i) std::swap_ranges(data + j, data + j + 2, data + i);
     unsigned long m = nn;
     for (; m >= 2 && j > m; m /= 2) j -= m;
     j += m;
   }
   for (unsigned long mmax = 2; mmax < n; mmax *= 2) {
-    const double theta = isign * (6.28318530717959 / static_cast<double>(mmax));
-    double wtemp = std::sin(0.5 * theta);
-    const double wpr = -2.0 * wtemp * wtemp, wpi = std::sin(theta);
-    double wr = 1.0, wi = 0.0;
-    for (unsigned long m = 1; m < mmax; m += 2) {
+    Rotation w{isign * (6.28318530717959 / static_cast<double>(mmax))};
+    for (unsigned long m = 1; m < mmax; m += 2, w.advance()) {
       for (unsigned long i = m; i <= n; i += 2 * mmax) {
         const unsigned long j = i + mmax;
-        const auto tempr = static_cast<float>(wr * data[j] - wi * data[j + 1]);
-        const auto tempi = static_cast<float>(wr * data[j + 1] + wi * data[j]);
+        const auto tempr = static_cast<float>(w.re * data[j] - w.im * data[j + 1]);
+        const auto tempi = static_cast<float>(w.re * data[j + 1] + w.im * data[j]);
         data[j] = data[i] - tempr;
         data[j + 1] = data[i + 1] - tempi;
         data[i] += tempr;
         data[i + 1] += tempi;
       }
-      wtemp = wr;
-      wr = wr * wpr - wi * wpi + wr;
-      wi = wi * wpr + wtemp * wpi + wi;
     }
   }
 }
 
 inline void realft(float* data, unsigned long n, int isign) {
-  double theta = 3.141592653589793 / static_cast<double>(n / 2);
-  const float c1 = 0.5f, c2 = isign == 1 ? -0.5f : 0.5f;
-  if (isign == 1)
-    four1(data, n / 2, 1);
-  else
-    theta = -theta;
-  double wtemp = std::sin(0.5 * theta);
-  const double wpr = -2.0 * wtemp * wtemp, wpi = std::sin(theta);
-  double wr = 1.0 + wpr, wi = wpi;
+  const float sign = isign == 1 ? 1.0f : -1.0f, c2 = -0.5f * sign, scale = isign == 1 ? 1.0f : 0.5f;
+  if (isign == 1) four1(data, n / 2, 1);
+  Rotation w{sign * 3.141592653589793 / static_cast<double>(n / 2)};
   for (unsigned long i = 2; i <= n / 4; ++i) {
+    w.advance();
     const unsigned long i1 = 2 * i - 1, i2 = i1 + 1, i3 = n + 3 - i2, i4 = i3 + 1;
-    const float h1r = c1 * (data[i1] + data[i3]), h1i = c1 * (data[i2] - data[i4]);
+    const float h1r = 0.5f * (data[i1] + data[i3]), h1i = 0.5f * (data[i2] - data[i4]);
     const float h2r = -c2 * (data[i2] + data[i4]), h2i = c2 * (data[i1] - data[i3]);
-    data[i1] = static_cast<float>(h1r + wr * h2r - wi * h2i);
-    data[i2] = static_cast<float>(h1i + wr * h2i + wi * h2r);
-    data[i3] = static_cast<float>(h1r - wr * h2r + wi * h2i);
-    data[i4] = static_cast<float>(-h1i + wr * h2i + wi * h2r);
-    wtemp = wr;
-    wr = wr * wpr - wi * wpi + wr;
-    wi = wi * wpr + wtemp * wpi + wi;
+    data[i1] = static_cast<float>(h1r + w.re * h2r - w.im * h2i);
+    data[i2] = static_cast<float>(h1i + w.re * h2i + w.im * h2r);
+    data[i3] = static_cast<float>(h1r - w.re * h2r + w.im * h2i);
+    data[i4] = static_cast<float>(-h1i + w.re * h2i + w.im * h2r);
   }
   const float h = data[1];
-  if (isign == 1) {
-    data[1] = h + data[2];
-    data[2] = h - data[2];
-  } else {
-    data[1] = 0.5f * (h + data[2]);
-    data[2] = 0.5f * (h - data[2]);
-    four1(data, n / 2, -1);
-  }
+  data[1] = scale * (h + data[2]);
+  data[2] = scale * (h - data[2]);
+  if (isign != 1) four1(data, n / 2, -1);
 }
 
 // a[n] is not there.

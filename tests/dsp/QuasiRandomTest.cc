@@ -4,7 +4,6 @@
 
 #include <climits>
 #include <cmath>
-#include <random>
 #include <set>
 #include <thread>
 #include <tuple>
@@ -46,27 +45,6 @@ TEST(QuasiRandom, EveryDimensionFillsEveryDyadicIntervalOnce) {
     for (int d = 0; d < 52; ++d) hits[d].insert(std::floor(point[d] * 1024));
   }
   for (const auto& h : hits) EXPECT_TRUE(h.size() == 1024 && *h.rbegin() == 1023.0f);
-}
-
-TEST(QuasiRandom, IntegratesBetterThanPseudoRandomNumbers) {
-  constexpr int kPoints = 1 << 14;
-  Sequence sequence(52);
-  std::mt19937 random(1);
-  std::uniform_real_distribution<double> uniform(0.0, 1.0);
-  double quasi = 0.0, pseudo = 0.0;
-  for (int k = 0; k < kPoints; ++k) {
-    const Point point = sequence.next();
-    double q = 1.0 / kPoints, p = q;
-    for (int d = 0; d < 52; ++d) {
-      q *= 1.0 + (point[d] - 0.5) / (d + 1);
-      p *= 1.0 + (uniform(random) - 0.5) / (d + 1);
-    }
-    quasi += q;
-    pseudo += p;
-  }
-  // The integral is 1. Random points are off by about 0.37/sqrt(points) = 3e-3.
-  EXPECT_LT(std::abs(quasi - 1.0), 5e-4);
-  EXPECT_LT(5.0 * std::abs(quasi - 1.0), std::abs(pseudo - 1.0));
 }
 
 TEST(QuasiRandom, StartsAgainAfterTwoToTheThirtyPoints) {

@@ -38,25 +38,28 @@ TEST(Statistics, ExtremaMeanAndSum) {
   EXPECT_EQ(kahanSum(nullptr, 0), 0.0f);
 }
 
-// Both medians against a copy sorted without NaN; whole arrays are compared as text, which makes
-// NaN equal NaN.
+// The array as text, which makes NaN equal NaN and tells -0 from 0.
+std::string asText(const Values& x) {
+  return testing::PrintToString(x);
+}
+
+// Both medians against a copy sorted without NaN.
 void expectMedian(const Values& x) {
-  using testing::PrintToString;
   const int n = static_cast<int>(x.size());
-  Values plain = x;
+  Values plain = x, sorted = x, untouched = x;
   const auto nans = std::partition(plain.begin(), plain.end(), [](float v) { return v == v; });
   std::sort(plain.begin(), nans);
+  std::fill(nans, plain.end(), kNan);
   const double twice = double{plain[(n - 1) / 2]} + double{plain[n / 2]};
-  Values sorted = x, untouched = x;
   float median1 = 0, median2 = 0;
   mdian1(sorted.data() - 1, n, &median1);
   mdian2(untouched.data() - 1, n, &median2);
   for (const float median : {median1, median2})
     EXPECT_TRUE(median == static_cast<float>(twice / 2) || (median != median && twice != twice))
-        << median << " " << twice / 2 << " in " << PrintToString(x);
-  EXPECT_EQ(PrintToString(untouched), PrintToString(x));
-  EXPECT_TRUE(std::equal(plain.begin(), nans, sorted.begin()));
-  for (auto i = nans - plain.begin(); i < n; ++i) EXPECT_TRUE(std::isnan(sorted[i]));
+        << median << " " << twice / 2 << " in " << asText(x);
+  EXPECT_EQ(asText(untouched), asText(x));
+  for (int i = 0; i < n; ++i)
+    EXPECT_TRUE(sorted[i] == plain[i] || (std::isnan(sorted[i]) && std::isnan(plain[i])));
 }
 
 TEST(Statistics, Medians) {

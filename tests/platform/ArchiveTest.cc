@@ -2,53 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstring>
 #include <random>
-#include <string>
 
 #include "CapturedLog.h"
 
 namespace krosac {
 namespace {
 
-// One value of each type, and references to others.
-class Node : public Archivable {
- public:
-  const char* archiveClassName() const override { return "Node"; }
-  void encodeWithCoder(KeyedArchiver& coder) const override {
-    coder.encodeInt32("number", number);
-    coder.encodeBool("flag", flag);
-    coder.encodeChar("letter", letter);
-    coder.encodeFloat("single", single);
-    coder.encodeDouble("real", real);
-    coder.encodeText("text", text);
-    coder.encodeTexts("texts", texts);
-    coder.encodeBytes("bytes", bytes.get());
-    coder.encodeDate("date", date);
-    coder.encodeObject("next", next);
-    coder.encodeObjects("children", children);
-  }
-  Ref<Node> initWithCoder(KeyedUnarchiver& coder) {
-    number = coder.decodeInt32("number");
-    // Not in the order of encoding: the search must come round.
-    text = coder.decodeText("text");
-    flag = coder.decodeBool("flag");
-    letter = coder.decodeChar("letter");
-    single = coder.decodeFloat("single");
-    real = coder.decodeDouble("real");
-    texts = coder.decodeTexts("texts");
-    bytes = coder.decodeBytes("bytes");
-    date = coder.decodeDate("date");
-    next = coder.decodeObject<Node>("next").get();
-    children = coder.decodeObjects<Node>("children");
-    wrongTypes = coder.decodeInt32("text") + static_cast<int>(coder.decodeDouble("number")) +
-                 coder.decodeInt32("absent") + coder.decodeText("number").has_value() +
-                 static_cast<int>(coder.decodeTexts("text").size()) +
-                 !!coder.decodeObject<Node>("children");
-    return Ref<Node>(this);
-  }
-
+struct Fields {
   std::int32_t number = 0;
   bool flag = false;
   signed char letter = 0;
@@ -56,59 +17,85 @@ class Node : public Archivable {
   double real = 0;
   OptionalText text;
   std::vector<std::string> texts;
-  Ref<ByteBuffer> bytes;
   std::optional<Date> date;
-  const Node* next = nullptr;  // not owned, and after decoding only to be compared
-  std::vector<Ref<Node>> children;
-  int wrongTypes = -1;
+  bool operator==(const Fields&) const = default;
 };
 
-class Stranger : public Archivable {
+// One value of each type, and references to others.
+class Node : public Archivable {
  public:
+  const char* archiveClassName() const override { return "Node"; }
+  void encodeWithCoder(KeyedArchiver& coder) const override {
+    coder.encodeInt32("number", fields.number);
+    coder.encodeBool("flag", fields.flag);
+    coder.encodeChar("letter", fields.letter);
+    coder.encodeFloat("single", fields.single);
+    coder.encodeDouble("real", fields.real);
+    coder.encodeText("text", fields.text);
+    coder.encodeTexts("texts", fields.texts);
+    coder.encodeBytes("bytes", bytes.get());
+    coder.encodeDate("date", fields.date);
+    coder.encodeObject("next", next);
+    coder.encodeObjects("children", children);
+  }
+  Ref<Node> initWithCoder(KeyedUnarchiver& coder) {
+    // Not in the order of encoding: the search must come round.
+    fields = {.number = coder.decodeInt32("number"),
+              .flag = coder.decodeBool("flag"),
+              .letter = coder.decodeChar("letter"),
+              .single = coder.decodeFloat("single"),
+              .real = coder.decodeDouble("real"),
+              .text = coder.decodeText("text"),
+              .texts = coder.decodeTexts("texts"),
+              .date = coder.decodeDate("date")};
+    bytes = coder.decodeBytes("bytes");
+    next = coder.decodeObject<Node>("next").get();
+    children = coder.decodeObjects<Node>("children");
+    mistaken = coder.decodeInt32("text") || coder.decodeDouble("number") ||
+               coder.decodeInt32("absent") || coder.decodeText("number") ||
+               !coder.decodeTexts("text").empty() || coder.decodeObject<Node>("children");
+    return Ref<Node>(this);
+  }
+
+  Fields fields;
+  Ref<ByteBuffer> bytes;
+  const Node* next = nullptr;  // not owned, and after decoding only to be compared
+  std::vector<Ref<Node>> children;
+  bool mistaken = true;  // a wrong type or an absent key gave something
+};
+
+struct Stranger : Node {
   const char* archiveClassName() const override { return "Stranger"; }
-  void encodeWithCoder(KeyedArchiver&) const override {}
-  Ref<Stranger> initWithCoder(KeyedUnarchiver&) { return Ref<Stranger>(this); }
 };
 
 Ref<Node> sample() {
   auto node = make<Node>();
-  node->number = -2147483647;
-  node->flag = true;
-  node->letter = -3;
-  node->single = -0.0f;
-  node->real = 1.0 / 3.0;
-  node->text = std::string("a\0b\xff", 4);
-  node->texts = {"", "one", std::string(300, 'x')};
+  node->fields = {-2147483647,
+                  true,
+                  -3,
+                  -0.1f,
+                  1.0 / 3.0,
+                  std::string("a\0b\xff", 4),
+                  {"", "one", std::string(200, 'x')},
+                  Date{0.125}};
   node->bytes = ByteBuffer::copyOf("12345", 5);
-  node->date = Date{0.125};
   return node;
 }
 
-TEST(ArchiveTest, EveryTypeComesBackAndWrongTypesGiveNothing) {
-  const auto node = sample();
-  const auto copy = archivedCopy(*node);
-  ASSERT_TRUE(copy);
-  EXPECT_EQ(copy->number, node->number);
-  EXPECT_EQ(copy->flag, node->flag);
-  EXPECT_EQ(copy->letter, node->letter);
-  EXPECT_TRUE(copy->single == 0.0f && std::signbit(copy->single));
-  EXPECT_EQ(copy->real, node->real);
-  EXPECT_EQ(copy->text, node->text);
-  EXPECT_EQ(copy->texts, node->texts);
-  ASSERT_TRUE(copy->bytes);
-  EXPECT_EQ(std::memcmp(copy->bytes->bytes(), "12345", 5), 0);
-  EXPECT_EQ(copy->date, node->date);
-  EXPECT_EQ(copy->wrongTypes, 0);
-
-  const auto empty = archivedCopy(*make<Node>());
-  ASSERT_TRUE(empty);
-  EXPECT_FALSE(empty->text || empty->bytes || empty->date || empty->next);
+TEST(ArchiveTest, EveryTypeComesBackAndWrongTypesAndClassesGiveNothing) {
+  const auto node = sample(), copy = archivedCopy(*node), empty = archivedCopy(*make<Node>());
+  ASSERT_TRUE(copy && copy->bytes && empty);
+  EXPECT_TRUE(copy->fields == node->fields);
+  EXPECT_EQ(std::string(copy->bytes->bytes(), copy->bytes->bytes() + 5), "12345");
+  EXPECT_FALSE(copy->mistaken);
+  EXPECT_TRUE(empty->fields == Fields() && !empty->bytes && !empty->next);
+  const auto bytes = archive(*make<Stranger>());
+  EXPECT_TRUE(unarchive<Stranger>(*bytes) && !unarchive<Node>(*bytes));
 }
 
 TEST(ArchiveTest, SharedObjectsStaySharedAndCyclesEnd) {
-  const auto root = make<Node>(), shared = make<Node>();
+  const auto root = make<Node>(), shared = sample();
   root->next = root.get();
-  shared->number = 7;
   root->children = {shared, make<Node>(), shared, nullptr};
   const auto copy = archivedCopy(*root);
   ASSERT_TRUE(copy);
@@ -116,13 +103,7 @@ TEST(ArchiveTest, SharedObjectsStaySharedAndCyclesEnd) {
   ASSERT_EQ(copy->children.size(), 3u);
   EXPECT_EQ(copy->children[0], copy->children[2]);
   EXPECT_NE(copy->children[0], copy->children[1]);
-  EXPECT_EQ(copy->children[0]->number, 7);
-}
-
-TEST(ArchiveTest, AnotherClassGivesNone) {
-  const auto bytes = archive(*make<Stranger>());
-  EXPECT_FALSE(unarchive<Node>(*bytes));
-  EXPECT_TRUE(unarchive<Stranger>(*bytes));
+  EXPECT_TRUE(copy->children[0]->fields == shared->fields);
 }
 
 TEST(ArchiveTest, DeepNestingIsRefusedWithAMessage) {
@@ -132,20 +113,7 @@ TEST(ArchiveTest, DeepNestingIsRefusedWithAMessage) {
   CapturedLog log;
   EXPECT_FALSE(archivedCopy(*chain[0]));
   EXPECT_EQ(log.texts.size(), 1u);
-  chain[chain.size() - 2]->next = nullptr;
-  EXPECT_TRUE(archivedCopy(*chain[0]));
-}
-
-TEST(ArchiveTest, EveryDamagedByteAndEveryTruncationIsRefused) {
-  CapturedLog log;
-  const auto bytes = archive(*sample());
-  for (std::size_t i = 0; i < bytes->length(); ++i) {
-    const auto damaged = ByteBuffer::copyOf(bytes->bytes(), bytes->length());
-    damaged->mutableBytes()[i] ^= 0x21;
-    ASSERT_FALSE(unarchive<Node>(*damaged)) << i;
-    ASSERT_FALSE(unarchive<Node>(*ByteBuffer::copyOf(bytes->bytes(), i))) << i;
-  }
-  EXPECT_EQ(log.texts.size(), 2 * bytes->length());
+  EXPECT_TRUE(archivedCopy(*chain[1]));
 }
 
 std::uint32_t bitwiseCrc32(const unsigned char* bytes, std::size_t length) {
@@ -162,31 +130,36 @@ void dismantle(Node& node) {
   for (const auto& child : std::exchange(node.children, {})) dismantle(*child);
 }
 
-// Archives whose checksum is right and whose content is not: the sanitizers watch this one.
-TEST(ArchiveTest, HostileContentBehindARightChecksumDoesNoHarm) {
-  setLogSink([](const std::string&) {});
-  std::mt19937 random(11);
+// Archives whose checksum is right and whose content is not are for the sanitizers to watch.
+TEST(ArchiveTest, DamageIsRefusedAndDoesNoHarmBehindARightChecksum) {
+  CapturedLog log;
   const auto node = sample();
   node->next = node.get();
   node->children = {sample(), sample()};
   const auto bytes = archive(*node);
-  const std::size_t body = bytes->length() - 4;
-  int accepted = 0, refused = 0;
+  const std::size_t length = bytes->length(), body = length - 4;
+  for (std::size_t i = 0; i < length; ++i) {
+    const auto damaged = ByteBuffer::copyOf(bytes->bytes(), length);
+    damaged->mutableBytes()[i] ^= 0x21;
+    ASSERT_FALSE(unarchive<Node>(*damaged)) << i;
+    ASSERT_FALSE(unarchive<Node>(*ByteBuffer::copyOf(bytes->bytes(), i))) << i;
+  }
+  EXPECT_EQ(log.texts.size(), 2 * length);
+
+  std::mt19937 random(11);
+  int accepted = 0;
   for (int round = 0; round < 20000; ++round) {
-    const auto hostile = ByteBuffer::copyOf(bytes->bytes(), bytes->length());
+    const auto hostile = ByteBuffer::copyOf(bytes->bytes(), length);
     unsigned char* at = hostile->mutableBytes();
-    const auto changes = 1 + random() % 3;
-    for (unsigned i = 0; i < changes; ++i)
+    for (auto changes = 1 + random() % 3; changes > 0; --changes)
       at[9 + random() % (body - 9)] = static_cast<unsigned char>(random() >> 5);
     const std::uint32_t crc = bitwiseCrc32(at, body);
     for (int i = 0; i < 4; ++i) at[body + i] = static_cast<unsigned char>(crc >> 8 * i);
     const auto decoded = unarchive<Node>(*hostile);
-    ++(decoded ? accepted : refused);
     if (decoded) dismantle(*decoded);
+    accepted += bool(decoded);
   }
-  setLogSink(nullptr);
-  EXPECT_GT(accepted, 0);
-  EXPECT_GT(refused, 0);
+  EXPECT_TRUE(accepted > 0 && accepted < 20000);
 }
 
 }  // namespace

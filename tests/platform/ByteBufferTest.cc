@@ -8,8 +8,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <iterator>
-#include <string>
 
 #include "TemporaryFolder.h"
 
@@ -18,124 +16,94 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class ByteBufferTest : public ::testing::Test {
+class ByteBufferTest : public ::testing::Test, public TemporaryFolder {
  protected:
-  std::string path(const std::string& name) const { return folder_.path(name); }
-  static Ref<ByteBuffer> bufferOf(const std::string& text) {
-    return ByteBuffer::copyOf(text.data(), text.size());
+  static bool save(const std::string& text, const std::string& path) {
+    return ByteBuffer::copyOf(text.data(), text.size())->writeAtomically(path);
   }
-  static mode_t permissions(const std::string& path) {
+  mode_t permissions(const char* name) const {
     struct stat status {};
-    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    EXPECT_EQ(::stat(path(name).c_str(), &status), 0);
     return status.st_mode & 07777;
   }
-  std::size_t entries() const {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_.path()), {}));
-  }
-  // Runs a check in a child process without the rights of the superuser; gives its exit code.
-  template <typename Check>
-  static int asOrdinaryUser(Check check) {
+  // Whether saving fails in a child process that was prepared so.
+  template <typename Prepare>
+  bool isRefusedAfter(Prepare prepare, const std::string& text, const char* name) const {
     const pid_t child = ::fork();
-    if (child == 0) {
-      if (::geteuid() == 0 && ::seteuid(65534) != 0) ::_exit(99);
-      ::_exit(check() ? 1 : 0);
-    }
-    int status = 0;
+    if (child == 0) ::_exit(prepare() && !save(text, path(name)) ? 0 : 1);
+    int status = -1;
     ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return status == 0;
   }
-
-  TemporaryFolder folder_;
+  std::ptrdiff_t entries() const { return std::distance(fs::directory_iterator(path()), {}); }
 };
 
 TEST_F(ByteBufferTest, ReadsBackWhatItWrote) {
-  for (const std::string& text : {std::string(), std::string("a"), std::string(100000, 'x')}) {
-    ASSERT_TRUE(bufferOf(text)->writeAtomically(path("f")));
+  for (const std::string& text : {std::string(), std::string("a"), std::string(10'000'000, 'x')}) {
+    ASSERT_TRUE(save(text, path("f")));
     const auto read = ByteBuffer::fromFile(path("f"));
     ASSERT_TRUE(read);
-    EXPECT_EQ(std::string(read->bytes(), read->bytes() + read->length()), text);
+    EXPECT_TRUE(std::string(read->bytes(), read->bytes() + read->length()) == text);
   }
-  EXPECT_EQ(entries(), 1u);
+  for (const auto& [length, text] : {std::pair{4u, "abcd"}, {1000u, "abcdef"}}) {
+    EXPECT_TRUE(ByteBuffer::copyOf("abcdef", 6)->writeAtomically(path("f"), length));
+    EXPECT_EQ(read("f"), text);
+  }
+  EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(ByteBufferTest, WritesOnlyTheFirstBytesWhenAsked) {
-  ASSERT_TRUE(bufferOf("abcdef")->writeAtomically(path("f"), 4));
-  EXPECT_EQ(folder_.read("f"), "abcd");
-  ASSERT_TRUE(bufferOf("abc")->writeAtomically(path("f"), 1000));
-  EXPECT_EQ(folder_.read("f"), "abc");
-}
-
-TEST_F(ByteBufferTest, ReadsNothingButRegularFiles) {
+TEST_F(ByteBufferTest, ReadsAndWritesNothingButRegularFiles) {
   ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
-  for (const char* name : {"missing", "pipe", "."})
-    EXPECT_FALSE(ByteBuffer::fromFile(path(name))) << name;
-  EXPECT_FALSE(ByteBuffer::fromFile("/dev/zero"));
-  EXPECT_FALSE(ByteBuffer::fromFile(""));
+  for (const std::string& name : {path("missing"), path("pipe"), path(), std::string("/dev/zero"),
+                                  std::string("/dev/null"), std::string()})
+    EXPECT_FALSE(ByteBuffer::fromFile(name)) << name;
+  for (const std::string& name : {path("pipe"), path(), path("new/"), path("missing/f"),
+                                  std::string("/dev/null"), std::string()})
+    EXPECT_FALSE(save("x", name)) << name;
+  EXPECT_EQ(entries(), 1);
 }
 
 TEST_F(ByteBufferTest, KeepsThePermissionsOfAnOldFileAndTakesThoseOfANewOneFromTheUmask) {
-  folder_.write("old", "old");
-  ASSERT_EQ(::chmod(path("old").c_str(), 0640), 0);
+  ::chmod(write("old", "old").c_str(), 0640);
   const mode_t mask = ::umask(027);
-  EXPECT_TRUE(bufferOf("x")->writeAtomically(path("old")));
-  EXPECT_TRUE(bufferOf("x")->writeAtomically(path("new")));
+  EXPECT_TRUE(save("x", path("old")) && save("x", path("new")));
   ::umask(mask);
-  EXPECT_EQ(permissions(path("old")), 0640u);
-  EXPECT_EQ(permissions(path("new")), 0640u & ~027u);
+  EXPECT_EQ(permissions("old"), 0640u);
+  EXPECT_EQ(permissions("new"), 0640u & ~027u);
 }
 
 TEST_F(ByteBufferTest, WritesTheTargetOfLinksAndKeepsTheLinks) {
   fs::create_directory(path("there"));
-  folder_.write("there/target", "old");
-  fs::create_symlink("there/target", path("link"));
-  fs::create_symlink("link", path("linkToLink"));
-  fs::create_symlink("there/fresh", path("dangling"));
-  fs::create_symlink("loop", path("loop"));
-  EXPECT_TRUE(bufferOf("new")->writeAtomically(path("linkToLink")));
+  write("there/target", "old");
+  for (const auto& [to, link] : {std::pair{"there/target", "link"},
+                                 {"link", "linkToLink"},
+                                 {"there/fresh", "dangling"},
+                                 {"loop", "loop"}})
+    fs::create_symlink(to, path(link));
+  EXPECT_TRUE(save("new", path("linkToLink")) && save("fresh", path("dangling")));
+  EXPECT_FALSE(save("x", path("loop")));
   EXPECT_TRUE(fs::is_symlink(path("link")) && fs::is_symlink(path("linkToLink")));
-  EXPECT_EQ(folder_.read("there/target"), "new");
-  EXPECT_TRUE(bufferOf("fresh")->writeAtomically(path("dangling")));
-  EXPECT_EQ(folder_.read("there/fresh"), "fresh");
-  EXPECT_FALSE(bufferOf("x")->writeAtomically(path("loop")));
+  EXPECT_EQ(read("there/target"), "new");
+  EXPECT_EQ(read("there/fresh"), "fresh");
 }
 
-TEST_F(ByteBufferTest, RefusesWhatIsNoFileToWrite) {
-  fs::create_directory(path("folder"));
-  for (const std::string& name : {path("folder"), path("folder/"), path("missing/f"), std::string(),
-                                  std::string("/dev/null")}) {
-    EXPECT_FALSE(bufferOf("x")->writeAtomically(name)) << name;
-  }
-  EXPECT_TRUE(fs::is_character_file("/dev/null"));
-  EXPECT_EQ(entries(), 1u);
-}
-
-TEST_F(ByteBufferTest, LeavesAFileOrFolderAloneThatMayNotBeWritten) {
-  folder_.write("f", "old");
-  ASSERT_EQ(::chmod(folder_.path().c_str(), 0777), 0);
-  ASSERT_EQ(::chmod(path("f").c_str(), 0444), 0);
-  EXPECT_EQ(asOrdinaryUser([&] { return bufferOf("x")->writeAtomically(path("f")); }), 0);
-  ASSERT_EQ(::chmod(folder_.path().c_str(), 0555), 0);
-  EXPECT_EQ(asOrdinaryUser([&] { return bufferOf("x")->writeAtomically(path("g")); }), 0);
-  ASSERT_EQ(::chmod(folder_.path().c_str(), 0755), 0);
-  EXPECT_EQ(folder_.read("f"), "old");
-  EXPECT_EQ(entries(), 1u);
-}
-
-TEST_F(ByteBufferTest, AWriteThatIsCutShortLeavesTheOldFileAndNoTemporary) {
-  folder_.write("f", "old");
-  const std::string big(1 << 20, 'x');
-  const pid_t child = ::fork();
-  if (child == 0) {
-    std::signal(SIGXFSZ, SIG_IGN);
+TEST_F(ByteBufferTest, AFailedWriteLeavesTheOldFileAndNoTemporary) {
+  ::chmod(write("f", "old").c_str(), 0444);
+  ::chmod(path().c_str(), 0777);
+  const auto ordinaryUser = [] { return ::geteuid() != 0 || ::seteuid(65534) == 0; };
+  const auto smallFilesOnly = [] {
     const rlimit limit{4096, 4096};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    ::_exit(bufferOf(big)->writeAtomically(path("f")) ? 1 : 0);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  EXPECT_EQ(folder_.read("f"), "old");
-  EXPECT_EQ(entries(), 1u);
+    std::signal(SIGXFSZ, SIG_IGN);
+    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+  };
+  EXPECT_TRUE(isRefusedAfter(ordinaryUser, "x", "f")) << "a file that may not be written";
+  ::chmod(path("f").c_str(), 0644);
+  EXPECT_TRUE(isRefusedAfter(smallFilesOnly, std::string(1 << 20, 'x'), "f")) << "cut short";
+  ::chmod(path().c_str(), 0555);
+  EXPECT_TRUE(isRefusedAfter(ordinaryUser, "x", "g")) << "a folder that may not be written";
+  ::chmod(path().c_str(), 0755);
+  EXPECT_EQ(read("f"), "old");
+  EXPECT_EQ(entries(), 1);
 }
 
 }  // namespace

@@ -1,9 +1,6 @@
 #include "krosac/platform/Resources.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <filesystem>
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
@@ -12,20 +9,17 @@ namespace krosac {
 namespace {
 
 TEST(ResourcesTest, TheNamedFolderComesFirstAndThePlacesTriedAreNamedOnce) {
-  TemporaryFolder folder;
+  const TemporaryFolder folder;
   CapturedLog log;
-  const std::string file = folder.write("krosac-test.txt", "1\n");
   ::unsetenv("KROSAC_DATA");
-  EXPECT_FALSE(pathForResource("krosac-test", "txt"));
-  EXPECT_FALSE(pathForResource("krosac-test", "txt"));
+  EXPECT_FALSE(pathForResource("iasp91_none", "txt") || pathForResource("iasp91_none", "txt"));
   ASSERT_EQ(log.texts.size(), 1u);
-  EXPECT_NE(log.texts[0].find("/share/krosac/data/krosac-test.txt"), std::string::npos)
-      << log.texts[0];
+  EXPECT_NE(log.texts[0].find("/share/krosac/data/iasp91_none.txt"), std::string::npos);
   ::setenv("KROSAC_DATA", folder.path().c_str(), 1);
-  const auto found = pathForResource("krosac-test", "txt");
+  EXPECT_TRUE(pathForResource("iasp91_p", "txt")) << "of the next place";
+  const std::string file = folder.write("iasp91_p.txt", "1\n");
+  EXPECT_EQ(pathForResource("iasp91_p", "txt"), file);
   ::unsetenv("KROSAC_DATA");
-  ASSERT_TRUE(found);
-  EXPECT_TRUE(std::filesystem::equivalent(*found, file));
 }
 
 }  // namespace

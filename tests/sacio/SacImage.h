@@ -2,12 +2,15 @@
 #ifndef KROSAC_TESTS_SACIO_SACIMAGE_H
 #define KROSAC_TESTS_SACIO_SACIMAGE_H
 
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
 using Words = std::vector<std::pair<std::size_t, std::uint32_t>>;  // offset and value
+
+inline constexpr auto wordOf = std::bit_cast<std::uint32_t, float>;
 
 template <typename T>
 std::string bytesOf(const T& value) {

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <vector>
-
 #include "krosac/traveltimes/JBTableObject.h"
 #include "traveltimes/TableFolder.h"
 
@@ -12,7 +10,6 @@ namespace {
 
 constexpr double kDepths[] = {0, 33, 63, 127, 190, 254, 317, 380, 444, 507, 570, 634, 697, 761};
 constexpr double kPhaseDepths[] = {0, 25, 65, 130, 191, 256, 322, 387, 453, 518, 584, 650, 715};
-constexpr char kCannotOpen[] = "Sorry, can't open the JB Tables file.\n";
 constexpr float kSlow = 10 / 111.19f;
 
 // Tables that are linear in distance and depth, which interpolation gives back.
@@ -31,55 +28,56 @@ TEST(JBTables, InterpolatesPAndS) {
   // Rows are half a degree apart up to 10 degrees, where the slowness is no longer doubled; the
   // bracket from 10 to 11 degrees is taken as half a degree wide.
   const struct {
-    float gcarc, depth, sTime, sSlowness;
-  } cases[] = {{0, 0, 100.026f, kSlow},     {9.9f, 100, 224, kSlow},
-               {-1, 40, 100, kSlow},        {10, 40, 210, kSlow / 2},
-               {10.25f, 40, 215, kSlow},    {10.75f, 40, 225, kSlow},
-               {11, 40, 230, kSlow},        {11.5f, 33, 223.25f, kSlow},
-               {60, 761, 890.25f, kSlow},   {60, kInfinity, 890.25f, kSlow},
-               {107, -5, 1170.025f, kSlow}, {107.9f, 0, 1179.025f, kSlow},
-               {108, 0, kNone, kNone},      {kNaN, 0, kNone, kNone},
-               {50, kNaN, kNone, kNone},    {-kInfinity, 0, kNone, kNone}};
+    float gcarc, depth, time, slowness;
+  } cases[] = {
+      {0, 0, 100.026f, kSlow},     {9.9f, 100, 224, kSlow},       {-1, 40, 100, kSlow},
+      {10, 40, 210, kSlow / 2},    {10.25f, 40, 215, kSlow},      {11, 40, 230, kSlow},
+      {11.5f, 33, 223.25f, kSlow}, {60, 761, 890.25f, kSlow},     {60, kInfinity, 890.25f, kSlow},
+      {107, -5, 1170.025f, kSlow}, {107.9f, 0, 1179.025f, kSlow}, {108, 0, kNone, kNone},
+      {kNaN, 0, kNone, kNone},     {50, kNaN, kNone, kNone},      {-kInfinity, 0, kNone, kNone}};
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << c.gcarc << " degrees, " << c.depth << " km");
     SeismicPhase gotP, gotS;
     GetJBTimes(p.data(), s.data(), &gotP.time, &gotS.time, &gotP.slowness, &gotS.slowness, c.gcarc,
                c.depth);
-    // Floats of 1000 s are 1e-4 s apart.
-    EXPECT_NEAR(gotS.time, c.sTime, 3e-4);
-    EXPECT_NEAR(gotS.slowness, c.sSlowness, 1e-6);
+    EXPECT_NEAR(gotS.time, c.time, 3e-4);  // floats of 1000 s are 1e-4 s apart
+    EXPECT_NEAR(gotS.slowness, c.slowness, 1e-6);
     // P has two rows less.
     EXPECT_EQ(gotP.time, c.gcarc > 107 ? kNone : gotS.time);
     EXPECT_EQ(gotP.slowness, c.gcarc > 107 ? kNone : gotS.slowness);
+  }
+  for (float depth = 5, time, other; depth < 761; depth += 10) {
+    GetJBTimes(p.data(), s.data(), &time, &other, &other, &other, 60, depth);
+    EXPECT_NEAR(time, 700 + depth / 4, 3e-4) << depth;
   }
 }
 
 TEST(JBTables, InterpolatesPhaseTables) {
   const auto table = linearTable(181, kPhaseDepths, [](int row) { return row; });
-  const struct {
-    std::int32_t rows;
-    float gcarc, depth, time;
-  } cases[] = {{101, 0, 0, 100.026f},
-               {101, 3, 30, 137.5f},
-               {101, 99.9f, 800, 1277.725f},
-               {101, 100, 0, 1100.025f},
-               {101, 100.1f, 0, kNone},
-               {181, 180, 0, 1900.024f},
-               {101, -1, 0, 90.025f},
-               {101, 50, kNaN, kNone},
-               {0, 0.5f, 0, 105.025f},
-               {101, kInfinity, 0, kNone},
-               {INT32_MAX, 2147483648.0f, 0, kNone}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.rows << " rows, " << c.gcarc << " degrees");
-    float time, slowness;
-    GetJBTimeSlowness("pp", table.data(), c.rows, &time, &slowness, c.gcarc, c.depth);
-    EXPECT_NEAR(time, c.time, 3e-4);
-    EXPECT_NEAR(slowness, c.time == kNone ? kNone : kSlow, 1e-6);
+  const std::tuple<std::int32_t, float, float, float> cases[] = {
+      {101, 0, 0, 100.026f},
+      {101, 3, 30, 137.5f},
+      {101, 99.9f, 800, 1277.725f},
+      {101, 100, 0, 1100.025f},
+      {101, 100.1f, 0, kNone},
+      {181, 180, 0, 1900.024f},
+      {101, -1, 0, 90.025f},
+      {101, 50, kNaN, kNone},
+      {0, 0.5f, 0, 105.025f},
+      {101, kInfinity, 0, kNone},
+      {INT32_MAX, 2147483648.0f, 0, kNone}};
+  float time, slowness;
+  for (const auto& [rows, gcarc, depth, expected] : cases) {
+    GetJBTimeSlowness("pp", table.data(), rows, &time, &slowness, gcarc, depth);
+    EXPECT_NEAR(time, expected, 3e-4) << rows << " rows, " << gcarc << " degrees";
+    EXPECT_NEAR(slowness, expected == kNone ? kNone : kSlow, 1e-6);
+  }
+  for (float depth = 5; depth < 715; depth += 10) {
+    GetJBTimeSlowness("pp", table.data(), 101, &time, &slowness, 3, depth);
+    EXPECT_NEAR(time, 130 + depth / 4, 3e-4) << depth;
   }
   // The slowness is that of the deeper column.
   const float two[2 * 13] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 1, 6};
-  float time, slowness;
   GetJBTimeSlowness("pp", two, 2, &time, &slowness, 0.5f, 0.0f);
   EXPECT_NEAR(slowness, 4 / 111.19, 1e-7);
 }
@@ -91,73 +89,61 @@ std::string numbers(int count, int from = 0) {
 }
 
 TEST(JBTables, ReadsTheMainFile) {
-  TableFolder folder;
+  const TableFolder folder;
   const std::string header = "1\n2\n3\n4\n", p = numbers(1652), s = numbers(1680, 10000);
   // Of 79 characters, the longest that counts as one line, and of 80, which counts as two.
   const std::string one(78, '1'), two(79, '1');
-  const struct {
-    std::string text;
-    int p, s;
-  } cases[] = {{header + p + "S 5\n" + s + "5", 1652, 1680},
-               {one + "\n" + one + "\n" + two + "\n" + p + "S\n" + s, 1652, 1680},
-               {header + numbers(1651) + "1651 77 88\nS\n" + s, 1652, 1680},
-               {header + p + "S\n" + numbers(20, 10000), 1652, 20},
-               {header + numbers(100) + "?\n" + s + s, 100, 0},
-               {std::string("\0\1\2\xff", 4), 0, 0},
-               {"", 0, 0}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text.substr(0, 9));
-    folder.write("jbtables.txt", c.text);
+  const std::tuple<std::string, int, int> cases[] = {
+      {one + "\n" + one + "\n" + two + "\n" + p + "S\n" + s + "5", 1652, 1680},
+      {header + numbers(1651) + "1651 77 88\nS 5\n" + s, 1652, 1680},
+      {header + p + "S\n" + numbers(20, 10000), 1652, 20},
+      {header + numbers(100) + "?\n" + s + s, 100, 0},
+      {std::string("\0\1\2\xff", 4), 0, 0}};
+  for (const auto& [text, pRead, sRead] : cases) {
+    folder.write("jbtables.txt", text);
     std::vector<float> tp(1653, -7), ts(1681, -7);
-    EXPECT_EQ(messageOf([&] { ReadJBTables(tp.data(), ts.data()); }), "");
-    for (int i = 0; i < 1653; ++i) ASSERT_EQ(tp[i], i < c.p ? i : -7) << i;
-    for (int i = 0; i < 1681; ++i) ASSERT_EQ(ts[i], i < c.s ? 10000 + i : -7) << i;
+    EXPECT_EQ(printedBy([&] { ReadJBTables(tp.data(), ts.data()); }), "|");
+    for (int i = 0; i < 1653; ++i) ASSERT_EQ(tp[i], i < pRead ? i : -7) << text.substr(0, 9);
+    for (int i = 0; i < 1681; ++i) ASSERT_EQ(ts[i], i < sRead ? 10000 + i : -7);
   }
 }
 
-TEST(JBTables, CountsTheRowsOfPhaseFiles) {
-  TableFolder folder;
-  const std::pair<std::string, int> cases[] = {{numbers(2 * 14), 2},
-                                               {numbers(2 * 14 + 13), 2},
-                                               {numbers(14) + "?" + numbers(14), 1},
-                                               {numbers(400 * 14), 360},
-                                               {"", 0}};
-  for (const auto& [text, expected] : cases) {
+TEST(JBTables, KeepWithinTheirArraysToCompleteRows) {
+  const TableFolder folder;
+  for (const auto& [text, expected] : {std::pair{numbers(2 * 14 + 13), 2},
+                                       {numbers(14) + "?" + numbers(14), 1},
+                                       {numbers(400 * 14), 360},
+                                       {std::string(), 0}}) {
     folder.write("own.txt", text);
     std::vector<float> table(360 * 13 + 1, -7);
     std::int32_t rows = -1;
     ReadJBTablePhase("OWN", table.data(), &rows);
     EXPECT_EQ(rows, expected);
-    EXPECT_EQ(table[static_cast<std::size_t>(rows) * 13], -7) << "only complete rows are stored";
+    EXPECT_EQ(table[static_cast<std::size_t>(rows) * 13], -7);
   }
-  // An object keeps to its arrays.
-  for (const char* name : {"pcp.txt", "scs.txt", "pp.txt", "ss.txt"}) {
+  for (const char* name : {"pcp.txt", "scs.txt", "pp.txt", "ss.txt"})
     folder.write(name, numbers(400 * 14));
-  }
   const auto tables = make<JBTableObject>();
   ASSERT_TRUE(tables->init());
-  const std::int32_t rows[] = {tables->npcp(), tables->nscs(), tables->npp(), tables->nss(),
-                               tables->np()};
-  EXPECT_THAT(rows, testing::ElementsAre(101, 101, 211, 215, 0));
-  EXPECT_EQ(tables->tpp()[0], 1.0f);
+  EXPECT_EQ((std::array{tables->npcp(), tables->nscs(), tables->npp(), tables->nss()}),
+            (std::array{101, 101, 211, 215}));
+  EXPECT_EQ(tables->tpp()[0], 1.0f) << "distances are left out";
 }
 
 TEST(JBTables, SayWhenAFileCannotBeOpened) {
-  TableFolder folder;
-  folder.block("jbtables.txt");
+  const TableFolder folder;
+  std::filesystem::create_directory(folder.path("jbtables.txt"));
   float untouched = -7;
-  EXPECT_EQ(messageOf([&] { ReadJBTables(&untouched, &untouched); }), kCannotOpen);
   std::int32_t rows = 5;
-  const std::string longName(5000, 'p');
-  for (const char* phase : {"no-such-phase", "../..", longName.c_str(), (const char*)nullptr}) {
-    EXPECT_EQ(messageOf([&] { ReadJBTablePhase(phase, &untouched, &rows); }), kCannotOpen);
-  }
-  EXPECT_EQ(rows, 5);
-  EXPECT_EQ(untouched, -7);
+  const std::string said = "|Sorry, can't open the JB Tables file.\n", longName(5000, 'p');
+  EXPECT_EQ(printedBy([&] { ReadJBTables(&untouched, &untouched); }), said);
+  for (const char* phase : {"no-such-phase", "../..", longName.c_str(), (const char*)nullptr})
+    EXPECT_EQ(printedBy([&] { ReadJBTablePhase(phase, &untouched, &rows); }), said);
+  EXPECT_TRUE(rows == 5 && untouched == -7);
   const auto unloaded = make<JBTableObject>();
-  for (const char* phase : {"p", "s", "pp", "ss", "pcp", "scs"}) {
+  for (const char* phase : {"p", "s", "pp", "ss", "pcp", "scs"})
     EXPECT_EQ(unloaded->GetJBPhase_GCARC_Depth(phase, 50, 10).time, 0.0f) << phase;
-  }
+  EXPECT_EQ(unloaded->GetJBPhase_GCARC_Depth("sp", 50, 10).time, kNone);
 }
 
 }  // namespace

@@ -1,17 +1,10 @@
 #include "krosac/traveltimes/TTTables.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
 #include "krosac/traveltimes/TTTableObject.h"
 #include "traveltimes/TableFolder.h"
 
 namespace krosac {
 namespace {
-
-constexpr float kDepths[] = {0,   25,  50,  100, 150, 200, 250, 300, 350,
-                             400, 450, 500, 550, 600, 650, 700, 750, 800};
 
 SeismicPhaseTimeSlowness lookUp(const std::vector<float>& table, std::int32_t rows, float gcarc,
                                 float depth) {
@@ -28,24 +21,25 @@ TEST(TTTables, Interpolates) {
   // Linear in distance and depth, so that interpolation gives back 100 + 10 gcarc + depth / 4.
   std::vector<float> table;
   for (float row = 0; row < 10; ++row) {
-    for (const float z : kDepths) table.push_back(100 + 10 * row + z / 4);
+    for (const float z :
+         {0, 25, 50, 100, 150, 200, 250, 300, 350, 400, 450, 500, 550, 600, 650, 700, 750, 800})
+      table.push_back(100 + 10 * row + z / 4);
   }
-  const struct {
-    std::int32_t rows;
-    float gcarc, depth, time;
-  } cases[] = {{10, 0, 0, 100.026f},     {10, 0.5f, 25, 111.25f}, {10, 3, 30, 137.5f},
-               {10, -3, 30, 137.5f},     {10, 8.5f, 800, 385},    {10, 8.5f, 801, 384.875f},
-               {10, 8.5f, -1, 185.025f}, {10, 9, 100, 215},       {10, 9.1f, 100, kNone},
-               {10, 1e30f, 100, kNone},  {10, kNaN, 100, kNone},  {10, 5, kNaN, kNone},
-               {1, 0.5f, 0, kNone},      {0, 0.5f, 0, 105.025f},  {INT32_MIN, 0.5f, 0, 105.025f}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.rows << " rows, " << c.gcarc << ", " << c.depth);
-    const auto found = lookUp(table, c.rows, c.gcarc, c.depth);
-    const bool none = c.time == kNone;
-    EXPECT_NEAR(found.time, c.time, 1e-4);
-    EXPECT_NEAR(found.slowness, none ? kNone : 10 / 111.19f, 1e-6);
-    EXPECT_NEAR(found.depthDerivative, none ? kNone : 0.25f, 1e-6);
+  const std::tuple<std::int32_t, float, float, float> cases[] = {
+      {10, 0, 0, 100.026f},     {10, 0.5f, 25, 111.25f}, {10, 3, 30, 137.5f},
+      {10, -3, 30, 137.5f},     {10, 8.5f, 800, 385},    {10, 8.5f, 801, 384.875f},
+      {10, 8.5f, -1, 185.025f}, {10, 9, 100, 215},       {10, 9.1f, 100, kNone},
+      {10, 1e30f, 100, kNone},  {10, kNaN, 100, kNone},  {10, 5, kNaN, kNone},
+      {1, 0.5f, 0, kNone},      {0, 0.5f, 0, 105.025f},  {INT32_MIN, 0.5f, 0, 105.025f}};
+  for (const auto& [rows, gcarc, depth, time] : cases) {
+    SCOPED_TRACE(testing::Message() << rows << " rows, " << gcarc << ", " << depth);
+    const auto found = lookUp(table, rows, gcarc, depth);
+    EXPECT_NEAR(found.time, time, 1e-4);
+    EXPECT_NEAR(found.slowness, time == kNone ? kNone : 10 / 111.19f, 1e-6);
+    EXPECT_NEAR(found.depthDerivative, time == kNone ? kNone : 0.25f, 1e-6);
   }
+  for (float depth = 5; depth < 800; depth += 10)
+    EXPECT_NEAR(lookUp(table, 10, 3, depth).time, 130 + depth / 4, 1e-4) << depth;
 }
 
 TEST(TTTables, TakeSlownessFromTheDeeperOrFromBothColumns) {
@@ -66,49 +60,44 @@ TEST(TTTables, TakeSlownessFromTheDeeperOrFromBothColumns) {
   }
 }
 
-std::string file(int rows, int value) {
-  std::string text;
-  for (int row = 0; row < rows; ++row) {
-    text += "0";
-    for (int column = 0; column < 18; ++column) text += ' ' + std::to_string(value + row);
-    text += "\n";
-  }
-  return text;
-}
-
 TEST(TTTableObject, KeepsEachTableWithinItsArray) {
-  TableFolder folder;
+  const TableFolder folder;
   const std::pair<std::string, int> capacities[] = {
       {"p", 145},     {"s", 144},     {"pcp", 99},    {"scs", 100},   {"pcs", 63},
       {"scp", 63},    {"pp", 339},    {"ss", 337},    {"sp", 277},    {"ps", 277},
       {"sksac", 145}, {"sksdf", 257}, {"pkpab", 217}, {"pkpdf", 248}, {"pkikp", 360},
       {"lpp", 107},   {"lss", 107},   {"lps", 107},   {"lsp", 107}};
-  float time = 0;
-  for (const auto& [phase, rows] : capacities) {
-    folder.write("iasp91_" + phase + ".txt", file(400, int(time += 1000)));
+  const int count = static_cast<int>(std::size(capacities));
+  for (int table = 0; table < count; ++table) {
+    std::string text;
+    for (int row = 0; row < 400; ++row) {
+      text += '0';
+      for (int column = 0; column < 18; ++column) text += ' ' + std::to_string(1000 * table + row);
+      text += '\n';
+    }
+    folder.write("iasp91_" + capacities[table].first + ".txt", text);
   }
   const auto object = make<TTTableObject>();
   ASSERT_TRUE(object->init());
-  time = 0;
-  for (const auto& [phase, rows] : capacities) {
+  for (int table = 0; table < count; ++table) {
+    const auto& [phase, rows] = capacities[table];
     SCOPED_TRACE(phase);
     const std::string key = phase == "pkikp" ? "PKLiKP" : phase;
     // P is asked with the rows of S.
     const float last = float(phase == "p" ? 144 : rows) - 1;
-    time += 1000;
-    EXPECT_NEAR(object->GetTTPhase_GCARC_Depth(key, last - 0.5f, 0).time, time + last - 0.5, 0.01);
-    EXPECT_NEAR(object->GetTTimeSlownessesForPhase_GCARC_Depth(key, 0.5f, 0).time, time + 0.5,
-                0.01);
-    EXPECT_EQ(object->GetTTPhase_GCARC_Depth(key, last + 0.5f, 0).time, kNone);
+    for (const float gcarc : {0.5f, last - 0.5f, last + 0.5f}) {
+      const double time = gcarc > last ? kNone : 1000 * table + gcarc;
+      EXPECT_NEAR(object->GetTTPhase_GCARC_Depth(key, gcarc, 0).time, time, 0.01);
+      EXPECT_NEAR(object->GetTTimeSlownessesForPhase_GCARC_Depth(key, gcarc, 0).time, time, 0.01);
+    }
   }
-  EXPECT_EQ(object->np(), 145);
-  EXPECT_EQ(object->npklikp(), 360);
+  EXPECT_TRUE(object->np() == 145 && object->npklikp() == 360);
   std::vector<float> whole(360 * 18);
   std::int32_t rows = 0;
   ReadTTTablePhase("IASP91_", "P", whole.data(), &rows);
   EXPECT_EQ(rows, 360);
-  EXPECT_EQ(messageOf([&] { ReadTTTablePhase("iasp91_", nullptr, whole.data(), &rows); }),
-            "Sorry, can't open the Travel Time Table file.\n");
+  EXPECT_EQ(printedBy([&] { ReadTTTablePhase("iasp91_", nullptr, whole.data(), &rows); }),
+            "|Sorry, can't open the Travel Time Table file.\n");
   for (const char* name : {"pkikp", "PKIKP", "", "ppp", "sksacxxxxx", "pklikpab", " p"}) {
     EXPECT_EQ(object->GetTTPhase_GCARC_Depth(name, 50, 0).time, kNone) << name;
     EXPECT_EQ(object->GetTTimeSlownessesForPhase_GCARC_Depth(name, 50, 0).depthDerivative, kNone);
