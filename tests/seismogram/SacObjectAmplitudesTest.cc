@@ -21,7 +21,6 @@ TEST(SacObjectAmplitudes, ExtremaAndPowerOfAWindow) {
       {11.0f, 11.0f, 4, 4, NAN},                // an empty window
       {14.0f, 20.0f, 0, 0, NAN},                // starts right behind the last sample
       {14.6f, 20.0f, 0, 0, 0},
-      {0.0f, 9.0f, 0, 0, 0},
       {NAN, 12.0f, 0, 0, 0},
   };
   const auto s = traceOf({3, -1, 4, -1, 5, -9, 2, 6}, 0.5f, 10.0f);
@@ -85,9 +84,7 @@ TEST(SacObjectAmplitudes, Tapers) {
   const auto fall = [](double i) { return std::cos(i * kPi / 8); };
   const auto rise = [=](double i) { return 1 - fall(i); };
   const std::pair<float, Reals> cases[] = {
-      {0.5f, {0, rise(1), rise(2), rise(3), fall(0), fall(1), fall(2), fall(3)}},
-      {0.25f, {0, rise(2), rise(4), 1, 1, 1, fall(0), fall(2)}},
-      {0.0f, {0, 1, 1, 1, 1, 1, 1, 1}}};
+      {0.25f, {0, rise(2), rise(4), 1, 1, 1, fall(0), fall(2)}}, {0.0f, {0, 1, 1, 1, 1, 1, 1, 1}}};
   for (const auto& [fraction, weights] : cases) {
     const auto s = traceOf(Samples(8, 1.0f), 1.0f, 100.0f);
     s->Taper(fraction);
@@ -118,13 +115,11 @@ TEST(SacObjectAmplitudes, ZerosAfterAndBeforeATime) {
     Samples expected;
   } cases[] = {{after, 11.9f, 0, {1, 1, 0, 0, 0, 0, 0, 0}},  // 1 s behind the begin
                {after, 9.2f, 0, Samples(8)},                 // -0.8 s are cut to 0
-               {after, 14.0f, 0, ones},
                {after, 15.0f, 0, none},
                {after, NAN, 0, none},
                {rampAfter, 12.7f, 2, {1, 1, 1, 0.5f, 0, 0, 0, 0}},
                {rampAfter, 10.5f, 4, {1, 0.75f, 0.5f, 0.25f, 0, 0, 0, 0}},
                {rampAfter, 12.0f, -1, {1, 1, 1, 1, 1, 0, 0, 0}},
-               {rampAfter, 15.0f, 1, none},
                {rampAfter, 12.0f, INT32_MIN, none},
                {rampBefore, 12.7f, 2, {0, 0, 0, 0, 0, 0.5f, 1, 1}},
                {rampBefore, 13.9f, 4, {0, 0, 0, 0, 0, 0.25f, 0.5f, 0.75f}},  // clamped to the end

@@ -28,14 +28,12 @@ TEST(SacObjectCutting, ChoppingRoundsToTheNearestSamples) {
       {10.75f, 11.74f, "2 3 2 10.750000 11.740000", {3, 4}},
       {9.25f, 10.24f, "0 0 1 9.250000 10.240000", {1}},
       {12.0f, 14.0f, "4 8 5 12.000000 14.000000", {5, 6, 7, 8, 0}},  // one past the last
-      {12.0f, 50.0f, "4 7 4 12.000000 50.000000", {5, 6, 7, 8}},
       {0.0f, 50.0f, "0 7 8 0.000000 50.000000", kSamples},
       {14.0f, 20.0f, "8 7 0 14.000000 20.000000", {}},
       {12.0f, 11.0f, "4 2 0 12.000000 11.000000", {}},
       {0.0f, 9.3f, "0 0 1 0.000000 9.300000", {1}},  // -0.9 is 0 too
       {10.0f, 14.0f, nullptr, {}},                   // the whole trace exactly
       {14.5f, 20.0f, nullptr, {}},
-      {0.0f, 9.0f, nullptr, {}},
       {NAN, 12.0f, nullptr, {}}};
   for (const auto& [t1, t2, indexes, samples] : cases) {
     SCOPED_TRACE(testing::Message() << t1 << " " << t2);
