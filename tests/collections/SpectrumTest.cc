@@ -107,6 +107,7 @@ TEST(Spectrum, FindsExtremaCopiesAndAdds) {
   s->multiplyByScalar(0.0f);
   EXPECT_EQ(valuesOf(copy->spectrum())[7], 12.0f);
   EXPECT_EQ(copy->description(), s->description());
+  EXPECT_EQ(copy->meanAmp(), s->meanAmp());
   EXPECT_FALSE(make<kroSpectrum>()->copy()->spectrum());
 
   const auto sum = spectrumOf({1.0f, 2.0f}, 0.1f);

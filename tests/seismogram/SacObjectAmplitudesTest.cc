@@ -16,7 +16,7 @@ TEST(SacObjectAmplitudes, ExtremaAndPowerOfAWindow) {
   } cases[] = {
       {10.0f, 14.0f, -77, 77, 0.5f / 8 * 173},  // the whole trace: from the header
       {10.0f, 15.0f, -9, 6, 0.5f / 8 * 173},    // clamped to the end, but not the whole trace
-      {10.4f, 11.9f, -1, 4, 0.5f / 3 * 26},     // indexes 0.8 to 3
+      {10.4f, 12.3f, -1, 4, 0.5f / 3 * 26},     // 1.9 s from index 0.8, cut to 0
       {9.0f, 11.0f, -1, 3, 0.5f / 2 * 10},      // from index -2
       {11.0f, 11.0f, 4, 4, NAN},                // an empty window
       {14.0f, 20.0f, 0, 0, NAN},                // starts right behind the last sample

@@ -22,7 +22,7 @@ Ref<SacObject> describedTrace() {
   s->setEventLocationLat_Lon_Depth(38.3f, 142.4f, 29.0f);
   s->setMagnitude(9.1f);
   s->setoriginTimeOffset(-23.62f);
-  s->setPTime(61.0f);
+  s->setPTime(41.0f);
   return s;
 }
 
@@ -66,7 +66,7 @@ Azimuth:  270.00
 Backazimuth:  51.79)",
                     path = "\nFile Path:\n/data/II.TLY.sac",
                     region = "\nStation Geographic Region:Near east coast of eastern Honshu",
-                    pick = "2011/03/11 05:47:24.120   38.300  142.400";
+                    pick = "2011/03/11 05:47:04.120   38.300  142.400";
   const auto s = describedTrace();
   EXPECT_EQ(s->description(), kStars + path + kDashes + trace + kDashes + amplitudes + kDashes +
                                   station + component + kDashes + event + kDashes + geometry +

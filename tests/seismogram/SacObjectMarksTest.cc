@@ -131,8 +131,8 @@ TEST(SacObjectMarks, AddedSpikesScaleWithTheMomentAndTheLastOneDecidesTheFlag) {
   EXPECT_EQ(samplesIn(*late), withSpikes(Samples(1000), {{89.0f, r[0] / 0.2f}}));
   late->addSpikeDelay_Moment(100.0f, 1.0f);
   EXPECT_FALSE(late->mSeisHasChanged());
-  late->addSpikeDelay_Moment(0.0f, 2.0f);
-  EXPECT_EQ(late->GetSacSeis()[100], 20.0f);
+  late->addSpikeDelay_Moment(-10.0f, 2.0f);
+  EXPECT_EQ(late->GetSacSeis()[0], 20.0f);
   EXPECT_TRUE(late->mSeisHasChanged());
 }
 
