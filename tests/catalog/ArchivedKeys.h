@@ -11,6 +11,14 @@
 
 namespace krosac {
 
+// A record as its init leaves it.
+template <typename T>
+Ref<T> newRecord() {
+  auto record = make<T>();
+  record->init();
+  return record;
+}
+
 inline std::string archivedBytes(const Archivable& record) {
   const auto bytes = archive(record);
   return {reinterpret_cast<const char*>(bytes->bytes()), bytes->length()};

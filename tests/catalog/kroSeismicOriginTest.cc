@@ -8,8 +8,7 @@ namespace krosac {
 namespace {
 
 TEST(SeismicOrigin, ItsDateFollowsItsEpochTimeAlsoOutOfAnArchive) {
-  auto origin = make<kroSeismicOrigin>();
-  ASSERT_TRUE(origin->init());
+  const auto origin = newRecord<kroSeismicOrigin>();
   EXPECT_FALSE(origin->originDateTime());
   EXPECT_EQ(origin->location()->latitude(), kUnsetLocation);
   origin->setEpochtime(0.0);

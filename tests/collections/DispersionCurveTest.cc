@@ -75,9 +75,8 @@ TEST(DispersionCurve, SurvivesAnyFile) {
   const std::pair<std::string, std::size_t> texts[] = {
       {"", 0},
       {"\n" + kHeader + "1 2 3 4 5 6 7 8\n", 0},
-      {"abc", 1},
       {"  \n\n \n", 1},
-      {std::string(3000000, '7') + "\n" + std::string(2000000, 'x'), 2},
+      {std::string(300000, '7') + "\n" + std::string(200000, 'x'), 2},
       {std::string(5000, '\0') + "\n" + std::string(3, '\0'), 2}};
   for (const auto& [text, periods] : texts) {
     EXPECT_EQ(read(text)->instPeriod().size(), periods) << text.substr(0, 9);

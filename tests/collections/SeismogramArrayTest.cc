@@ -8,7 +8,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
-#include "collections/Traces.h"
+#include "seismogram/Traces.h"
 
 namespace krosac {
 namespace {
@@ -25,7 +25,7 @@ Ref<SeismogramArray> makeArray() {
 
 TEST(SeismogramArray, ScreensByEveryCriterionThatIsOn) {
   const std::vector<std::string> networks = {"II", "IU"}, channels = {"BHZ"};
-  const auto s = trace(0.0f, {1.0f});
+  const auto s = traceOf({1});
   const auto distance = makeArray(), quality = makeArray(), names = makeArray();
   EXPECT_TRUE(names->screenSeismogram(*s)) << "with no screen on";
   distance->setGCarcScreen(true);
@@ -64,7 +64,7 @@ TEST(SeismogramArray, LoadsATreeWhateverLiesInIt) {
   const CapturedLog quiet;
   const TemporaryFolder folder;
   const auto save = [&](const char* name, float arc) {
-    const auto s = trace(0.0f, {1.0f, 2.0f});
+    const auto s = traceOf({1, 2});
     s->setGcarc(arc);
     s->setSwappedBytes(arc == 50.0f);
     s->setPath(folder.path(name));
@@ -119,8 +119,7 @@ TEST(SeismogramArray, GivesRangesAndTheCommonWindow) {
   EXPECT_EQ(ranges(), std::vector<Range>(4, {1e9, -1e9}));
   EXPECT_EQ(array->gammaRangeForAzimuth_slownessKey(30.0f, 2), Range(1e9, -1e9));
 
-  const auto first = trace(0.0f, std::vector<float>(101)),
-             second = trace(10.0f, std::vector<float>(81));
+  const auto first = traceOf(Samples(101)), second = traceOf(Samples(81), 1, 10);
   array->theSeismograms() = {first, nullptr, second};
   for (const auto& [s, x] : {std::pair(first, 0.0f), std::pair(second, 60.0f)}) {
     s->setGcarc(40.0f + x);

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <random>
 
-#include "collections/Traces.h"
+#include "seismogram/Traces.h"
 
 namespace krosac {
 namespace {
@@ -18,23 +18,23 @@ Ref<SeisTimeObject> time(int day, int hour, int second) {
 }
 
 Ref<SacObject> headerOnly(float b, float e) {
-  auto s = trace(b, {});
+  auto s = traceOf({}, 1, b);
   s->setEndTime(e);
   return s;
 }
 
 TEST(SeismogramGroups, RemovesTheMeanOfAllSamples) {
-  const Traces list = {trace(0.0f, {1.0f}), nullptr, trace(5.0f, {3.0f, 3.0f, 3.0f}), trace(0, {})};
+  const Traces list = {traceOf({1}), nullptr, traceOf({3, 3, 3}), traceOf({})};
   saRemoveCollectiveMean(list);
   EXPECT_EQ(list[0]->GetSacSeis()[0], -1.5f);
   EXPECT_EQ(list[2]->GetSacSeis()[2], 0.5f);
   EXPECT_EQ(list[2]->smean(), -12345.0f);
   EXPECT_FALSE(list[2]->mSeisHasChanged());
   // A float sum would lose every 1 beside 2^25.
-  const Traces uneven = {trace(0.0f, {33554432.0f}), trace(0.0f, std::vector<float>(1023, 1.0f))};
+  const Traces uneven = {traceOf({33554432}), traceOf(Samples(1023, 1.0f))};
   saRemoveCollectiveMean(uneven);
   EXPECT_EQ(uneven[1]->GetSacSeis()[0], static_cast<float>(1.0 - (33554432.0 + 1023.0) / 1024.0));
-  saRemoveCollectiveMean({trace(0.0f, {})});
+  saRemoveCollectiveMean({traceOf({})});
 }
 
 TEST(SeismogramGroups, SharesTheReferenceTimeThatComesOutOfTheWalk) {
@@ -47,7 +47,7 @@ TEST(SeismogramGroups, SharesTheReferenceTimeThatComesOutOfTheWalk) {
   for (const auto& [times, common] : cases) {
     Traces list;
     for (const auto& t : times) {
-      list.push_back(trace(100.0f, {1.0f, 2.0f}));
+      list.push_back(traceOf({1, 2}, 1, 100));
       if (t) list.back()->replaceReferenceTimeWith(t->copyWithZone());
     }
     saSynchSacObjects(list);
@@ -57,7 +57,7 @@ TEST(SeismogramGroups, SharesTheReferenceTimeThatComesOutOfTheWalk) {
       EXPECT_TRUE(!times[i] || list[i]->mySeisReferenceTime()->equalToSeisTime(*common)) << i;
     }
   }
-  Traces alone = {trace(100.0f, {1.0f}), nullptr};
+  Traces alone = {traceOf({1}), nullptr};
   saSynchSacObjects(alone);
   EXPECT_FALSE(alone.at(0)->mSeisHasChanged()) << "one seismogram is left alone";
 }

@@ -57,16 +57,15 @@ TEST(Spectrum, OfAnImpulseIsFlat) {
 TEST(Spectrum, MeasuresBands) {
   const auto values = noise(32);
   const auto s = spectrumOf(values, 0.25f);
-  struct Case {
+  const struct {
     float f1, f2;
     bool zero, nyquist;
     int first, last;
-  };
-  const Case cases[] = {{0.0f, 100.0f, true, true, 1, 15},  {0.0f, 3.99f, true, false, 1, 15},
-                        {0.3f, 1.1f, false, false, 1, 4},   {0.1f, 0.2f, true, false, 1, 0},
-                        {-0.2f, 0.5f, true, false, 1, 2},   {4.0f, 9.0f, false, true, 16, 15},
-                        {-0.8f, 0.5f, false, false, -3, 2}, {-2.0f, -1.0f, false, false, -8, -4}};
-  for (const Case& c : cases) {
+  } cases[] = {{0.0f, 100.0f, true, true, 1, 15},   {0.0f, 3.99f, true, false, 1, 15},
+               {0.3f, 1.1f, false, false, 1, 4},    {0.1f, 0.2f, true, false, 1, 0},
+               {4.0f, 9.0f, false, true, 16, 15},   {-0.8f, 0.5f, false, false, -3, 2},
+               {-2.0f, -1.0f, false, false, -8, -4}};
+  for (const auto& c : cases) {
     double power = 0.0, sum = 0.0, logs = 0.0, n = 0.0;
     const auto add = [&](std::complex<double> value) {
       power += 0.25 * kTwoPi * std::norm(value);
@@ -108,6 +107,7 @@ TEST(Spectrum, FindsExtremaCopiesAndAdds) {
   s->multiplyByScalar(0.0f);
   EXPECT_EQ(valuesOf(copy->spectrum())[7], 12.0f);
   EXPECT_EQ(copy->description(), s->description());
+  EXPECT_EQ(copy->meanAmp(), s->meanAmp());
   EXPECT_FALSE(make<kroSpectrum>()->copy()->spectrum());
 
   const auto sum = spectrumOf({1.0f, 2.0f}, 0.1f);

@@ -2,14 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "CapturedLog.h"
-#include "TemporaryFolder.h"
 #include "seismogram/Traces.h"
 
 namespace krosac {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 Ref<SacObject> describedTrace() {
   auto s = make<SacObject>();
@@ -26,84 +22,77 @@ Ref<SacObject> describedTrace() {
   s->setEventLocationLat_Lon_Depth(38.3f, 142.4f, 29.0f);
   s->setMagnitude(9.1f);
   s->setoriginTimeOffset(-23.62f);
-  s->setPTime(61.0f);
+  s->setPTime(41.0f);
   return s;
 }
 
-const std::string kStation =
-    "\nStation ID:      TLY"
-    "\nNetwork: NETWORKS"
-    "\nStation  Latitude:  0.0000"
-    "\nStation Longitude:  52.4000"
-    "\nStation Elevation:  579.00";
-const std::string kEvent =
-    "\nEvent ID: 20110311"
-    "\nJAPAN - KURIL ISLANDS - KAMCHATKA PENINSULA / Near east coast of eastern Honshu"
-    "\nEvent Origin Time:2011 (070) 05:45:59.500"
-    "\nEvent Laititude:  38.3000"
-    "\nEvent Longitude:  142.4000"
-    "\nEvent Depth:  29.000"
-    "\nEvent Magnitude:  9.10";
-const std::string kGeometry =
-    "\nGreat-Circle-Arclength:  90.00"
-    "\nDistance:  10007.10 km"
-    "\nAzimuth:  270.00"
-    "\nBackazimuth:  51.79";
 const std::string kStars = "\n" + std::string(51, '*');
 const std::string kDashes = "\n" + std::string(51, '-');
 const std::string kLongDashes = "\n" + std::string(102, '-');
 
 TEST(SacObjectDescriptions, OfAFullHeader) {
+  const std::string trace = R"(
+Npts: 5
+delta: 0.500000
+Reference Time:
+2011 (070) 05:46:23.120
+Seismogram Begin Time:  10.000
+  [2011 (070) 05:46:33.120]
+Seismogram End Time:  12.000
+  [2011 (070) 05:46:35.120])",
+                    amplitudes = R"(
+Minimum Value: -1.000000e+00
+Mean    Value:  2.000000e+00
+Maximum Value:  5.000000e+00
+Quality: -2)",
+                    station = R"(
+Station ID:      TLY
+Network: NETWORKS
+Station  Latitude:  0.0000
+Station Longitude:  52.4000
+Station Elevation:  579.00)",
+                    component = "\nComponent ID: BHZ     \nComponent Azimuth: -0.0", event = R"(
+Event ID: 20110311
+JAPAN - KURIL ISLANDS - KAMCHATKA PENINSULA / Near east coast of eastern Honshu
+Event Origin Time:2011 (070) 05:45:59.500
+Event Laititude:  38.3000
+Event Longitude:  142.4000
+Event Depth:  29.000
+Event Magnitude:  9.10)",
+                    geometry = R"(
+Great-Circle-Arclength:  90.00
+Distance:  10007.10 km
+Azimuth:  270.00
+Backazimuth:  51.79)",
+                    path = "\nFile Path:\n/data/II.TLY.sac",
+                    region = "\nStation Geographic Region:Near east coast of eastern Honshu",
+                    pick = "2011/03/11 05:47:04.120   38.300  142.400";
   const auto s = describedTrace();
-  EXPECT_EQ(s->description(), kStars + "\nFile Path:\n/data/II.TLY.sac" + kDashes +
-                                  "\nNpts: 5"
-                                  "\ndelta: 0.500000"
-                                  "\nReference Time:\n2011 (070) 05:46:23.120"
-                                  "\nSeismogram Begin Time:  10.000"
-                                  "\n  [2011 (070) 05:46:33.120]"
-                                  "\nSeismogram End Time:  12.000"
-                                  "\n  [2011 (070) 05:46:35.120]" +
-                                  kDashes +
-                                  "\nMinimum Value: -1.000000e+00"
-                                  "\nMean    Value:  2.000000e+00"
-                                  "\nMaximum Value:  5.000000e+00"
-                                  "\nQuality: -2" +
-                                  kDashes + kStation +
-                                  "\nComponent ID: BHZ     "
-                                  "\nComponent Azimuth: -0.0" +
-                                  kDashes + kEvent + kDashes + kGeometry + kStars + "\n");
-  EXPECT_EQ(s->stationDescription(),
-            kStation + "\nStation Geographic Region:Near east coast of eastern Honshu" + kGeometry);
-  EXPECT_EQ(s->eventDescription(),
-            kLongDashes + "\nFile Path:\n/data/II.TLY.sac" + kLongDashes + kEvent);
+  EXPECT_EQ(s->description(), kStars + path + kDashes + trace + kDashes + amplitudes + kDashes +
+                                  station + component + kDashes + event + kDashes + geometry +
+                                  kStars + "\n");
+  EXPECT_EQ(s->stationDescription(), station + region + geometry);
+  EXPECT_EQ(s->eventDescription(), kLongDashes + path + kLongDashes + event);
   EXPECT_EQ(s->oTimeString(), "2011/03/11 05:45:59.500");
   CapturedLog captured;
-  const std::string pick = "2011/03/11 05:47:24.120   38.300  142.400";
   EXPECT_EQ(s->hypoPickString(), pick);
   s->setVerbose(1);
   s->hypoPickString();
-  EXPECT_THAT(captured.texts, ElementsAre(pick));
+  EXPECT_THAT(captured.texts, testing::ElementsAre(pick));
   EXPECT_STREQ(s->mySeisReferenceTime()->DOYcString(), "2011 (070) 05:46:23.120");
 }
 
 TEST(SacObjectDescriptions, WithoutAReferenceTimeAndFields) {
   const auto s = traceOf({}, 1.0f, 0.0f);
-  const std::string expected = kStars + "\nFile Path:\n./" + kDashes +
-                               "\nNpts: 0"
-                               "\ndelta: 1.000000"
-                               "\nReference Time:\n(null)"
-                               "\nSeismogram Begin Time:  0.000"
-                               "\n  [(null)]"
-                               "\nSeismogram End Time: -1.000"
-                               "\n  [(null)]" +
-                               kDashes +
-                               "\nMinimum Value: -1.234500e+04"
-                               "\nMean    Value: -1.234500e+04"
-                               "\nMaximum Value: -1.234500e+04" +
-                               kDashes + kDashes + kDashes + kStars + "\n";
-  EXPECT_EQ(s->description(), expected);
+  EXPECT_EQ(s->description(), kStars + "\nFile Path:\n./" + kDashes +
+                                  "\nNpts: 0\ndelta: 1.000000\nReference Time:\n(null)"
+                                  "\nSeismogram Begin Time:  0.000\n  [(null)]"
+                                  "\nSeismogram End Time: -1.000\n  [(null)]" +
+                                  kDashes +
+                                  "\nMinimum Value: -1.234500e+04\nMean    Value: -1.234500e+04"
+                                  "\nMaximum Value: -1.234500e+04" +
+                                  kDashes + kDashes + kDashes + kStars + "\n");
   EXPECT_EQ(s->stationDescription(), "");
-  EXPECT_EQ(s->eventDescription(), kLongDashes + "\nFile Path:\n./" + kLongDashes);
   EXPECT_EQ(s->oTimeString(), std::nullopt);
   EXPECT_EQ(s->hypoPickString(), "NoPick");
 
@@ -111,32 +100,25 @@ TEST(SacObjectDescriptions, WithoutAReferenceTimeAndFields) {
   s->setoriginTimeOffset(2.0f);
   s->setPath(std::nullopt);
   s->setStationLocationLat_Lon_Elevation(1.0f, 2.0f, -12345.0f);
+  s->setStationID("-12345XY");  // the first six characters count
+  s->setNetworkID("-1234");
   EXPECT_EQ(s->oTimeString(), std::nullopt);
   EXPECT_EQ(s->hypoPickString(), "(null) -12345.000 -12345.000");
   EXPECT_EQ(s->eventDescription(),
             kLongDashes + "\nFile Path:\n(null)" + kLongDashes + "\nEvent Origin Time:(null)");
   EXPECT_EQ(s->stationDescription(),
-            "\nStation  Latitude:  1.0000\nStation Longitude:  2.0000\nStation Geographic Region:");
-  s->setStationID("-12345XY");  // the first six characters count
-  s->setNetworkID("-1234");
-  EXPECT_THAT(s->stationDescription(), testing::StartsWith("\nNetwork:    -1234\n"));
+            "\nNetwork:    -1234\nStation  Latitude:  1.0000\nStation Longitude:  2.0000"
+            "\nStation Geographic Region:");
 }
 
 TEST(SacObjectDescriptions, EndAtOnceForHostileTimes) {
-  TemporaryFolder folder;
-  CapturedLog captured;
-  for (const float hostile : {-1e30f, 1e30f, -3e38f, 3e38f}) {
-    const auto s = make<SacObject>();
-    const Words words = {{20, word(hostile)}, {28, word(hostile)}, {32, word(hostile)}};
-    ASSERT_TRUE(s->initWithPath(folder.write("a.sac", foreign(sacImage({1, 2}, words)))));
-    const std::string begin = formatText("\nSeismogram Begin Time: % .3f\n  [", double{hostile});
-    EXPECT_THAT(s->description(), HasSubstr(begin));
-    EXPECT_THAT(s->eventDescription(), HasSubstr("\nEvent Origin Time:"));
-    EXPECT_TRUE(s->oTimeString());
-    EXPECT_THAT(s->hypoPickString(), testing::EndsWith("   38.300  142.400"));
-    s->ZeroStartTime();
-    EXPECT_EQ(s->b(), 0.0f);
-  }
+  const auto s = describedTrace();
+  s->setBeginTime(3e38f);
+  s->setoriginTimeOffset(-1e30f);
+  s->setPTime(1e30f);
+  EXPECT_THAT(s->description(), testing::HasSubstr(formatText("% .3f\n  [", 3e38f)));
+  EXPECT_TRUE(s->oTimeString());
+  EXPECT_THAT(s->hypoPickString(), testing::EndsWith("   38.300  142.400"));
 }
 
 }  // namespace

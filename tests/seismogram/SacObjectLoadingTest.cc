@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
@@ -10,8 +9,6 @@
 
 namespace krosac {
 namespace {
-
-using testing::ElementsAre;
 
 const Samples kSamples = {3, -1, 4, -1, 5};
 const std::string kDated =
@@ -33,17 +30,17 @@ struct Loader {
   bool (*load)(S&, const std::string& path);
   bool readsFile;     // and so swaps bytes, and computes E and the extrema
   bool saysImages;    // logs what it sees while it looks for the byte order
-  bool stops;         // with a full stop, after "is not a valid SAC file"
+  const char* stop;   // behind "is not a valid SAC file"
   bool keepsSwapped;  // does not reset swappedBytes first
   bool dropsOnSuccess, dropsOnFailure;
 };
 const Loader kLoaders[] = {
-    {InitWithData, false, false, true, false, true, true},
-    {initWithData, false, false, true, false, false, false},
-    {file<&S::InitWithPath>, true, true, true, false, true, false},
-    {file<&S::initWithPath>, true, false, false, false, false, false},
-    {file<&S::loadFromPath>, true, true, true, true, false, false},
-    {file<&S::replaceSacObjectDataWithPath>, true, true, true, false, false, false}};
+    {InitWithData, false, false, ".", false, true, true},
+    {initWithData, false, false, ".", false, false, false},
+    {file<&S::InitWithPath>, true, true, ".", false, true, false},
+    {file<&S::initWithPath>, true, false, "", false, false, false},
+    {file<&S::loadFromPath>, true, true, ".", true, false, false},
+    {file<&S::replaceSacObjectDataWithPath>, true, true, ".", false, false, false}};
 const auto kReplace = kLoaders[5].load;
 
 // Loads into a live object with room for five samples and all set that a loader may reset. Its
@@ -70,97 +67,80 @@ Ref<S> loaded(const Loader& loader, const std::string& path, bool good) {
 
 TEST(SacObjectLoading, EveryLoaderSetsUpTheObjectInItsOwnWay) {
   TemporaryFolder folder;
-  const std::string native = folder.write("a.sac", sacImage(kSamples));
-  const std::string other = folder.write("foreign.sac", foreign(sacImage(kSamples)));
   for (const Loader& loader : kLoaders) {
     for (const bool swaps : {false, true}) {
+      if (swaps && !loader.readsFile) continue;
       SCOPED_TRACE(testing::Message() << &loader - kLoaders << swaps);
-      const bool reads = loader.readsFile;
-      const std::string path = swaps ? other : native;
+      const std::string image = sacImage(kSamples),
+                        path = folder.write("a.sac", swaps ? foreign(image) : image);
       CapturedLog captured;
-      const auto s = loaded(loader, path, reads || !swaps);
-      if (swaps && !reads) {
-        EXPECT_THAT(captured.texts, ElementsAre(path + " is not a valid SAC file."));
-        EXPECT_EQ(s->myData() == nullptr, loader.load == initWithData);
-        continue;
-      }
+      const auto s = loaded(loader, path, true);
       Texts said;
       if (swaps && loader.saysImages)
         said = {path + " npts:83886080 delta:0.000000 Size0:652 Size1:335544952",
                 path + " npts:5 delta:0.500000 Size0:652 Size1:652"};
       EXPECT_EQ(captured.texts, said);
       EXPECT_EQ(s->myPath(), path);
-      EXPECT_EQ(stateOf(*s),
-                (swaps ? "foreign.sac, (null), " : "a.sac, (null), ") + kDated +
-                    (reads && (swaps || loader.keepsSwapped) ? "swapped 1 " : "swapped 0 ") +
-                    "changed 0 locked 0 verbose 0 tag 0");
+      EXPECT_EQ(stateOf(*s), "a.sac, (null), " + kDated +
+                                 (swaps || loader.keepsSwapped ? "swapped 1 " : "swapped 0 ") +
+                                 "changed 0 locked 0 verbose 0 tag 0");
       EXPECT_EQ(samplesIn(*s), kSamples);
-      const Samples ends = {s->e(), s->smin(), s->smax(), s->smean()};
-      EXPECT_EQ(ends, reads ? (Samples{12, -1, 5, 2}) : (Samples{77, -12345, -12345, -12345}));
+      EXPECT_EQ((Samples{s->e(), s->smin(), s->smax(), s->smean()}),
+                loader.readsFile ? (Samples{12, -1, 5, 2}) : (Samples{77, -12345, -12345, -12345}));
       EXPECT_NEAR(s->gcarc(), 90.0f, 1e-4);  // resolution of floats of hundreds
     }
   }
 }
 
-// The line that tells of an image.
-std::string seen(const std::string& path, const std::string& image) {
-  std::int32_t npts = -12345;
-  float delta = -12345.0f;
-  if (image.size() >= 632) {
-    std::memcpy(&npts, &image[316], 4);
-    std::memcpy(&delta, &image[0], 4);
+TEST(SacObjectLoading, RefusalsAreToldToTheLetter) {
+  TemporaryFolder folder;
+  const std::string path = folder.write("a.sac", sacImage(kSamples, {{0, word(-0.5f)}}));
+  for (const Loader& loader : kLoaders) {
+    SCOPED_TRACE(&loader - kLoaders);
+    CapturedLog captured;
+    const auto s = loaded(loader, path, false);
+    Texts said;
+    if (loader.saysImages)
+      said = {path + " npts:5 delta:-0.500000 Size0:652 Size1:652",
+              path + " npts:83886080 delta:0.000000 Size0:652 Size1:335544952"};
+    if (loader.readsFile) said.push_back("Tried swapping bytes for " + path);
+    said.push_back(path + " is not a valid SAC file" + loader.stop);
+    loaded(loader, "/absent", false);
+    said.push_back(loader.readsFile ? "Problem reading bytes in /absent"
+                                    : "/absent is not a valid SAC file.");
+    EXPECT_EQ(captured.texts, said);
+    EXPECT_EQ(s->myPath(), "./");  // set after validation only
+    EXPECT_EQ(s->myData() == nullptr, loader.load == initWithData);
   }
-  return formatText("%s npts:%d delta:%f Size0:%zu Size1:%lld", path.c_str(), npts, double{delta},
-                    image.size(), 632 + 4LL * npts);
 }
 
-TEST(SacObjectLoading, InvalidFilesAreRefusedWithTheirLines) {
+TEST(SacObjectLoading, FilesOfAnotherSizeThanTheyStateAreRefused) {
   TemporaryFolder folder;
-  // What becomes of a file where it is read into an existing buffer.
-  enum Replacing { kUnreadable, kInvalid, kTruncated };
+  CapturedLog quiet;
   const std::string image = sacImage(kSamples);
-  const std::pair<std::string, Replacing> cases[] = {
-      {"", kUnreadable},
-      {image.substr(0, 631), kUnreadable},
-      {image.substr(0, 651), kUnreadable},
-      {image + '\0', kTruncated},
-      {foreign(image) + '\0', kTruncated},
-      {sacImage(kSamples, {{316, 0xFFFFFFFBu}}), kUnreadable},
-      {sacImage(kSamples, {{316, (1u << 30) + 5}}), kTruncated},  // 632 + 4 NPTS wraps to 652
-      {sacImage(kSamples, {{0, word(-0.5f)}}), kInvalid},
-      {sacImage(kSamples, {{0, word(NAN)}}), kInvalid}};
-  for (const auto& [bytes, replacing] : cases) {
+  // Whether the samples that there is room for can be read all the same.
+  const std::pair<std::string, bool> cases[] = {
+      {"", false},
+      {image.substr(0, 631), false},
+      {image.substr(0, 651), false},
+      {image + '\0', true},
+      {foreign(image) + '\0', true},
+      {sacImage(kSamples, {{316, 0xFFFFFFFBu}}), false},
+      {sacImage(kSamples, {{316, (1u << 30) + 5}}), true},  // 632 + 4 NPTS wraps to 652
+      {sacImage(kSamples, {{0, word(NAN)}}), false}};
+  for (const auto& [bytes, suffices] : cases) {
     const std::string path = folder.write("a.sac", bytes);
     for (const Loader& loader : kLoaders) {
-      SCOPED_TRACE(testing::Message() << &loader - kLoaders << seen(" ", bytes));
-      const bool good = loader.load == kReplace && replacing == kTruncated;
-      CapturedLog captured;
-      const auto s = loaded(loader, path, good);
-      if (good) continue;
-      EXPECT_EQ(s->myPath(), "./");  // set after validation only
-      Texts said = {path + " is not a valid SAC file" + (loader.stops ? "." : "")};
-      if (loader.readsFile) said.insert(said.begin(), "Tried swapping bytes for " + path);
-      const std::string swapped = bytes.size() < 632 ? bytes : foreign(bytes);
-      if (loader.saysImages) said.insert(said.begin(), {seen(path, bytes), seen(path, swapped)});
-      if (loader.load == kReplace && replacing == kUnreadable)
-        said = {"Problem reading bytes in " + path};
-      EXPECT_EQ(captured.texts, said);
+      SCOPED_TRACE(testing::Message() << &loader - kLoaders << bytes.size());
+      loaded(loader, path, loader.load == kReplace && suffices);
     }
-  }
-  for (const Loader& loader : kLoaders) {
-    CapturedLog captured;
-    loaded(loader, "/absent", false);
-    EXPECT_THAT(captured.texts, ElementsAre(loader.readsFile ? "Problem reading bytes in /absent"
-                                                             : "/absent is not a valid SAC file."));
   }
 }
 
 TEST(SacObjectLoading, ReplacingReadsAtMostWhatTheBufferHolds) {
   TemporaryFolder folder;
   CapturedLog captured;
-  Samples many(65536, 2.0f);
-  many.back() = 7.0f;
-  const Samples first = {3, -1, 4};
+  const Samples many(65536, 2.0f), first = {3, -1, 4};
   const std::string native = sacImage(kSamples), negative = sacImage({}, {{0, word(0.2f)}});
   const std::tuple<std::string, std::size_t, std::optional<Samples>, bool> cases[] = {
       {native, 3, first, false},
@@ -170,13 +150,11 @@ TEST(SacObjectLoading, ReplacingReadsAtMostWhatTheBufferHolds) {
       {foreign(native), 6, {}, false},
       // 65536 swapped is 256: a plausible count, but not that of this file.
       {foreign(sacImage(many)), 65536, many, true},
-      {negative, 0, {}, false},
       {foreign(negative), 0, {}, false}};  // DELTA is negative unless swapped
   for (const auto& [bytes, capacity, samples, swapped] : cases) {
-    SCOPED_TRACE(testing::Message() << capacity << seen(" ", bytes));
+    SCOPED_TRACE(testing::Message() << capacity << " of " << bytes.size());
     const auto s = traceOf(Samples(capacity));
-    const std::string path = folder.write("a.sac", bytes);
-    ASSERT_EQ(s->replaceSacObjectDataWithPath(path), samples.has_value());
+    ASSERT_EQ(s->replaceSacObjectDataWithPath(folder.write("a.sac", bytes)), samples.has_value());
     if (!samples) continue;
     EXPECT_EQ(samplesIn(*s), samples);
     EXPECT_EQ(s->swappedBytes(), swapped);
@@ -198,9 +176,9 @@ TEST(SacObjectLoading, ReferenceTimeIsLoggedAndSurvivesADayBeyondTheYear) {
   EXPECT_TRUE(s->loadFromPath(folder.write("a.sac", image)));
   setLogSink(nullptr);
   texts.erase(texts.begin(), texts.begin() + 2);
-  EXPECT_THAT(texts, ElementsAre("Seismogram Date: 2004-02-04 05:46:23 +0000",
-                                 "Seismogram Reference Time: 2004 (035) 05:46:23.120",
-                                 "Seismogram Reference Time: 2004/02/04 05:46:23.120"));
+  EXPECT_EQ(texts, (Texts{"Seismogram Date: 2004-02-04 05:46:23 +0000",
+                          "Seismogram Reference Time: 2004 (035) 05:46:23.120",
+                          "Seismogram Reference Time: 2004/02/04 05:46:23.120"}));
 }
 
 TEST(SacObjectLoading, FromAnotherSeismogram) {
@@ -214,7 +192,6 @@ TEST(SacObjectLoading, FromAnotherSeismogram) {
   labelled->setLabelString("old label");
   labelled->setVerbose(3);
   labelled->setMSeisHasChanged(true);
-  CapturedLog captured;
   EXPECT_EQ(fresh->initWithSeisObject(*other), fresh);
   EXPECT_EQ(labelled->initWithSeisObject(*other), labelled);
   const std::string flags = kDated + "swapped 1 changed 0 locked 0 verbose ";
@@ -224,7 +201,6 @@ TEST(SacObjectLoading, FromAnotherSeismogram) {
   EXPECT_EQ(fresh->smax(), 5.0f);  // as it was in the other, although a sample is 100
   EXPECT_NE(fresh->myData(), other->myData());
   EXPECT_EQ(samplesIn(*fresh), samplesIn(*other));
-  EXPECT_TRUE(captured.texts.empty());
   Ref<S> kept;
   {
     AutoreleasePool pool;
@@ -236,7 +212,7 @@ TEST(SacObjectLoading, FromAnotherSeismogram) {
 }
 
 TEST(SacObjectLoading, WithCapacityAndItsValidity) {
-  for (const std::uint32_t n : {0u, 1u, 5u}) {
+  for (const std::uint32_t n : {0u, 5u}) {
     const auto s = make<S>();
     ASSERT_EQ(s->initWithCapacity(static_cast<std::int32_t>(n)), s);
     const float end = static_cast<float>(n) - 1.0f;
@@ -257,7 +233,6 @@ TEST(SacObjectLoading, WithCapacityAndItsValidity) {
     }
   }
   EXPECT_FALSE(make<S>()->initWithCapacity(-1));
-  EXPECT_FALSE(make<S>()->initWithCapacity(INT32_MIN));
 }
 
 // Between setMyData and setupPointers the header and samples are still those of the old buffer.

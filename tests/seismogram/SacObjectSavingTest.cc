@@ -58,27 +58,9 @@ TEST(SacObjectSaving, DestinationsOfTheSavers) {
   const auto s = traceOf(kSamples);
   s->setPath(folder.path("absent/a.sac"));
   EXPECT_FALSE(s->save() || s->saveAs("absent/a.sac") || s->saveToPath(*s->path()));
-  s->setSwappedBytes(true);
-  EXPECT_FALSE(s->saveAs("a.sac"));  // cannot be written to the old path
   EXPECT_EQ(s->path(), folder.path("absent/a.sac"));
   s->setPath(std::nullopt);
   EXPECT_FALSE(s->save());
-  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
-}
-
-TEST(SacObjectSaving, AForeignFileComesBackByteByByte) {
-  TemporaryFolder folder;
-  CapturedLog captured;
-  const auto first = make<S>();
-  ASSERT_TRUE(first->initWithPath(folder.write("a.sac", sacImage(kSamples))));
-  const std::string native = imageOf(*first);
-  for (const std::string& bytes : {native, foreign(native)}) {
-    const auto s = make<S>();
-    ASSERT_TRUE(s->initWithPath(folder.write("a.sac", bytes)));
-    EXPECT_EQ(imageOf(*s), native);
-    ASSERT_TRUE(s->save());
-    EXPECT_EQ(folder.read("a.sac"), bytes);
-  }
 }
 
 TEST(SacObjectSaving, OnlyTheSamplesStatedAndPresentAreWritten) {
@@ -123,7 +105,7 @@ TEST(SacObjectSaving, ArchivesAndCopiesHoldAllFieldsAndAreIndependent) {
   for (const char* key :
        {"SacObject", "myData", "mSeisHasChanged", "mSeisIsLocked", "myPath", "myFileName",
         "labelString", "myReferenceDate", "mySeisReferenceTime", "tag", "verbose", "swappedBytes"})
-    EXPECT_NE(archived.find(key), std::string::npos) << key;
+    EXPECT_THAT(archived, testing::HasSubstr(key));
 
   const std::string image = imageOf(*s), state = stateOf(*s);
   for (const Ref<S>& copy : {unarchive<S>(*bytes), s->copyWithZone()}) {

@@ -72,7 +72,6 @@ TEST(BodyWaveResponse, AgreesWithMomentTensorAndFreeSurface) {
     // One rounding in single precision; sums that nearly cancel lose digits of their terms.
     for (std::size_t j = 0; j < 13; ++j)
       ASSERT_NEAR(out[j], truth[j], 1e-7 * std::fabs(truth[j]) + 1e-14 * scale) << i << ": " << j;
-    ASSERT_TRUE(in[5] > 0 || (out[1] == -out[11] && out[2] == 0 && out[5] == 0)) << "all turned";
   }
 }
 
