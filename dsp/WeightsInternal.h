@@ -34,7 +34,7 @@ inline void multiply(float& re, float& im, double a, double b) {
 // is passed over. Found in lanes, which a compiler may keep in one vector.
 template <typename Size>
 float greatestOf(std::size_t count, Size size) {
-  constexpr std::size_t kLanes = 8;
+  constexpr std::size_t kLanes = 32;
   float greatest[kLanes] = {};
   const auto include = [&](std::size_t lane, float value) {
     greatest[lane] = greatest[lane] < value ? value : greatest[lane];
