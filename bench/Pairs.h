@@ -10,8 +10,7 @@
 
 namespace krosac::bench {
 
-// Something to time; only run() counts. It runs once before it is timed, so that it does not find
-// the other's data in the caches.
+// Something to time; only run() counts.
 class Work {
  public:
   virtual ~Work() = default;
@@ -25,8 +24,6 @@ inline double secondsToRun(Work& work, clockid_t clock) {
     ::clock_gettime(clock, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
   };
-  work.prepare();
-  work.run();
   work.prepare();
   const double start = now();
   work.run();
@@ -44,8 +41,9 @@ inline void timeByTurns(benchmark::State& state, clockid_t clock, Work& ours, Wo
     peers.push_back(secondsToRun(peer, clock));
     ratios.push_back(own / peers.back());
   }
+  // Of an even number the lower middle one, so that one bad turn of two does not count.
   const auto median = [](std::vector<double>& values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    const auto middle = values.begin() + (std::ssize(values) - 1) / 2;
     std::nth_element(values.begin(), middle, values.end());
     return values.empty() ? 0.0 : *middle;
   };
