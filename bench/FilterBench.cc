@@ -57,8 +57,7 @@ const std::string& poleZeroFile() {
 template <typename Function>
 double overBins(Function function, std::size_t first = 1, std::size_t last = kBins) {
   double sum = 0.0;
-  for (std::size_t k = first; k < last; ++k)
-    sum += function(static_cast<double>(k) * kOmegaStep);
+  for (std::size_t k = first; k < last; ++k) sum += function(static_cast<double>(k) * kOmegaStep);
   return sum;
 }
 
@@ -83,7 +82,9 @@ double cosinesOfEdges() {
   const auto bin = [](double f) { return static_cast<std::size_t>(f * kPadded * kDelta); };
   return overBins(edge, bin(0.01), bin(0.02)) + overBins(edge, bin(4), bin(8));
 }
-double none() { return 0.0; }
+double none() {
+  return 0.0;
+}
 
 const struct Operation {
   const char* name;

@@ -50,9 +50,7 @@ class PackedBins {
   float df() const { return df_; }
   float frequency(std::size_t k) const { return asFloat(k) * df_; }
   // df 2 pi is rounded to single precision before the multiplication.
-  float omega(std::size_t k) const {
-    return asFloat(k) * static_cast<float>(df_ * kTwoPi);
-  }
+  float omega(std::size_t k) const { return asFloat(k) * static_cast<float>(df_ * kTwoPi); }
 
  private:
   // Bins are fewer than 2^31, and signed numbers are the ones that processors convert at once.

@@ -9,8 +9,8 @@ namespace krosac {
 namespace {
 
 // The one-sided complex spectrum of a trace padded to n values, both parts doubled up to below the
-// Nyquist frequency; the value at zero frequency is doubled too, as intended. Interleaved, the first
-// of so many arrays of n, the others zeros; empty where there is no memory.
+// Nyquist frequency; the value at zero frequency is doubled too, as intended. Interleaved, the
+// first of so many arrays of n, the others zeros; empty where there is no memory.
 Ref<ByteBuffer> oneSidedSpectrum(std::span<const float> x, std::size_t n, std::size_t arrays = 1) {
   auto buffer = ByteBuffer::zeroed(arrays * 2 * n * sizeof(float));
   if (!buffer) return nullptr;

@@ -57,7 +57,8 @@ std::pair<PackedSpectrum, PackedSpectrum> SacObject::spectraWith(const SacObject
 template <typename Window>
 void SacObject::divideSpectrum(const SacObject& other, float level, float tshift, Window window) {
   if (samples().empty()) return;
-  auto [u, w] = spectraWith(other);
+  auto spectra = spectraWith(other);
+  PackedSpectrum &u = spectra.first, &w = spectra.second;
   if (!u) return;
   u.forward();
   w.forward();
