@@ -11,6 +11,7 @@
 #include "krosac/traveltimes/JBTableObject.h"
 #include "krosac/traveltimes/JBTables.h"
 #include "krosac/traveltimes/TTTableObject.h"
+#include "krosac/traveltimes/TTTables.h"
 
 namespace krosac {
 namespace {
@@ -114,6 +115,23 @@ void GetJBTimesOnce(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(GetJBTimesOnce);
+
+// With the tables loaded and no search for the phase by its name.
+void GetTTTimeSlownessOnce(benchmark::State& state) {
+  const auto points = randomPoints();
+  const auto tables = make<TTTableObject>();
+  tables->init();
+  std::size_t i = 0;
+  for (auto _ : state) {
+    const auto& [gcarc, depth] = points[i++ % points.size()];
+    float time, slowness;
+    GetTTTimeSlowness("p", tables->tp(), tables->np(), &time, &slowness, gcarc, depth);
+    benchmark::DoNotOptimize(time);
+    benchmark::DoNotOptimize(slowness);
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(GetTTTimeSlownessOnce);
 
 }  // namespace
 }  // namespace krosac

@@ -2,7 +2,9 @@
 #ifndef KROSAC_DSP_WEIGHTSINTERNAL_H
 #define KROSAC_DSP_WEIGHTSINTERNAL_H
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace krosac {
 
@@ -26,6 +28,22 @@ inline void multiply(float& re, float& im, double a, double b) {
   const double product = re * a - im * b;
   im = static_cast<float>(re * b + im * a);
   re = static_cast<float>(product);
+}
+
+// The greatest of the sizes size(0) .. size(count - 1), which are not negative; 0 for none, and NaN
+// is passed over. Found in lanes, which a compiler may keep in one vector.
+template <typename Size>
+float greatestOf(std::size_t count, Size size) {
+  constexpr std::size_t kLanes = 32;
+  float greatest[kLanes] = {};
+  const auto include = [&](std::size_t lane, float value) {
+    greatest[lane] = greatest[lane] < value ? value : greatest[lane];
+  };
+  const std::size_t whole = count - count % kLanes;
+  for (std::size_t i = 0; i < whole; i += kLanes)
+    for (std::size_t lane = 0; lane < kLanes; ++lane) include(lane, size(i + lane));
+  for (std::size_t i = whole; i < count; ++i) include(i - whole, size(i));
+  return *std::ranges::max_element(greatest);
 }
 
 }  // namespace krosac

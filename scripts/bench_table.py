@@ -14,23 +14,26 @@ def machine():
 
 
 def medians(path):
-    """Seconds and items a second by benchmark; waiting counts only where a benchmark says so."""
+    """Seconds, items a second and ratio by benchmark; waiting counts only where a benchmark says so."""
     found = {}
     for run in json.loads(path.read_text())["benchmarks"]:
         if run.get("aggregate_name") != "median" or run.get("error_occurred"):
             continue
-        time = run["real_time" if "/real_time" in run["run_name"] else "cpu_time"]
-        found[run["run_name"]] = (time * SECONDS[run["time_unit"]], run.get("items_per_second"))
+        time = run["real_time" if "/real_time" in run["run_name"] else "cpu_time"] * SECONDS[run["time_unit"]]
+        found[run["run_name"]] = (time, run.get("items_per_second"), run.get("ratio"))
     return found
 
 
 def values(runs, ours, peer, sense, sizes):
     for size in sizes or [""]:
         name, other = ours.replace("{}", size), peer.replace("{}", size)
-        if name not in runs or (other and other not in runs):
+        by_turns = other == "by turns"
+        if name not in runs or (other and not by_turns and other not in runs):
             continue
-        seconds, rate = runs[name]
-        if not other:
+        seconds, rate, ratio = runs[name]
+        if by_turns:
+            yield ratio
+        elif not other:
             yield rate if sense == ">=" else seconds
         elif sense == "<=":
             yield seconds / runs[other][0]
@@ -38,17 +41,24 @@ def values(runs, ours, peer, sense, sizes):
             yield runs[other][0] / seconds
 
 
+def rows_of(path):
+    """The fields of each row; a row whose work names the size is one for each."""
+    for line in pathlib.Path(path).read_text().splitlines():
+        if not line or line.startswith("#"):
+            continue
+        work, *fields, sizes = (part.strip() for part in line.split(";"))
+        for group in sizes.split() if "{}" in work else [sizes]:
+            yield work.replace("{}", group), *fields, group.split()
+
+
 def main(rows, results, programs):
     results, table, runs = pathlib.Path(results), [], {}
     for program in programs:
         path = results / f"{program}.json"
         runs[program] = medians(path) if path.exists() and path.stat().st_size else {}
-    for line in pathlib.Path(rows).read_text().splitlines():
-        if not line or line.startswith("#"):
-            continue
-        work, program, ours, peer, goal, sizes = (part.strip() for part in line.split(";"))
+    for work, program, ours, peer, goal, sizes in rows_of(rows):
         sense, bound, *unit = goal.split()
-        found = list(values(runs.get(program, {}), ours, peer, sense, sizes.split()))
+        found = list(values(runs.get(program, {}), ours, peer, sense, sizes))
         if not found:
             continue
         worst = max(found) if sense == "<=" else min(found)

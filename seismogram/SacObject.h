@@ -581,8 +581,7 @@ class KROSAC_API SacObject : public Archivable {
   void shapeSpectrum(Shape shape, double scale = 1.0);
   void takeBack(PackedSpectrum& spectrum, double scale = 1.0);
 
-  struct SpectrumPair;
-  SpectrumPair spectraWith(const SacObject& other) const;
+  std::pair<PackedSpectrum, PackedSpectrum> spectraWith(const SacObject& other) const;
   template <typename Window>
   void divideSpectrum(const SacObject& other, float level, float tshift, Window window);
 

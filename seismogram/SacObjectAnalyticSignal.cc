@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <span>
 
@@ -8,10 +9,10 @@ namespace krosac {
 namespace {
 
 // The one-sided complex spectrum of a trace padded to n values, both parts doubled up to below the
-// Nyquist frequency; the value at zero frequency is doubled too, as intended. Interleaved; empty
-// where there is no memory.
-Ref<ByteBuffer> oneSidedSpectrum(std::span<const float> x, std::size_t n) {
-  auto buffer = ByteBuffer::zeroed(2 * n * sizeof(float));
+// Nyquist frequency; the value at zero frequency is doubled too, as intended. Interleaved, the
+// first of so many arrays of n, the others zeros; empty where there is no memory.
+Ref<ByteBuffer> oneSidedSpectrum(std::span<const float> x, std::size_t n, std::size_t arrays = 1) {
+  auto buffer = ByteBuffer::zeroed(arrays * 2 * n * sizeof(float));
   if (!buffer) return nullptr;
   auto* z = reinterpret_cast<float*>(buffer->mutableBytes());
   for (std::size_t i = 0; i < x.size(); ++i) z[2 * i] = x[i];
@@ -28,16 +29,13 @@ std::size_t mirrored(std::ptrdiff_t i, std::ptrdiff_t n) {
   return static_cast<std::size_t>(i);
 }
 
-// A five-point running mean, in place, so that values already smoothed enter the later sums; this
-// is intended.
-void smoothInPlace(std::span<float> x) {
-  const std::ptrdiff_t n = std::ssize(x);
-  for (std::ptrdiff_t i = 0; i < n; ++i) {
-    float sum = 0.0f;
-    for (std::ptrdiff_t j = i - 2; j <= i + 2; ++j) sum += x[mirrored(j, n)];
-    x[static_cast<std::size_t>(i)] = 0.2f * sum;
-  }
-}
+// The turning Im(conj(a) d) / n of an analytic signal with its derivative, and the power |a|^2 / n.
+struct Motion {
+  float turning = 0.0f, power = 0.0f;
+
+  Motion operator+(Motion other) const { return {turning + other.turning, power + other.power}; }
+  Motion operator*(float factor) const { return {turning * factor, power * factor}; }
+};
 
 }  // namespace
 
@@ -60,35 +58,38 @@ void SacObject::InstantaneousPeriod() {
   constexpr float kNoFrequency = -0.01f;
   const auto x = samples();
   const std::size_t n = paddedLength(x.size());
-  const auto signal = x.empty() ? nullptr : oneSidedSpectrum(x, n);
-  const auto derivative = signal ? ByteBuffer::copyOf(signal->bytes(), signal->length()) : nullptr;
-  if (!derivative) return;
-  auto* a = reinterpret_cast<float*>(signal->mutableBytes());
-  auto* d = reinterpret_cast<float*>(derivative->mutableBytes());
+  const auto arrays = x.empty() ? nullptr : oneSidedSpectrum(x, n, 2);
+  if (!arrays) return;
+  auto* a = reinterpret_cast<float*>(arrays->mutableBytes());  // the signal
+  auto* d = a + 2 * n;                                         // its derivative
 
   const float omegaStep = static_cast<float>(kTwoPi * (1.0f / (static_cast<float>(n) * delta())));
   for (std::size_t k = 0; k < n / 2; ++k) {
     // The bin's index less one; this is intended.
     const float omega = (static_cast<float>(k) - 1.0f) * omegaStep;
-    const float re = d[2 * k];
-    d[2 * k] = -omega * d[2 * k + 1];
-    d[2 * k + 1] = omega * re;
+    d[2 * k] = -omega * a[2 * k + 1];
+    d[2 * k + 1] = omega * a[2 * k];
   }
   four1(a - 1, n, -1);
   four1(d - 1, n, -1);
-  // The power |a|^2 / n and the turning Im(conj(a) d) / n, each over the front of the array that it
-  // comes from.
-  const std::span power(a, n), turning(d, n);
   const float scale = 1.0f / static_cast<float>(n);
-  for (std::size_t i = 0; i < n; ++i) {
+  const auto motion = [&](std::ptrdiff_t index) {
+    const std::size_t i = mirrored(index, static_cast<std::ptrdiff_t>(n));
     const float re = a[2 * i], im = a[2 * i + 1], dRe = d[2 * i], dIm = d[2 * i + 1];
-    turning[i] = (re * dIm - im * dRe) * scale;
-    power[i] = (re * re + im * im) * scale;
-  }
-  smoothInPlace(turning);
-  smoothInPlace(power);
-  for (std::size_t i = 0; i < x.size(); ++i) {
-    x[i] = power[i] == 0.0f ? kNoFrequency : turning[i] / power[i] * kOneOverTwoPi;
+    return Motion{re * dIm - im * dRe, re * re + im * im} * scale;
+  };
+  // Five-point running means, which take the places of the values: so those before a value enter
+  // already smoothed. This is intended.
+  Motion before2 = motion(-2), before1 = motion(-1), here = motion(0), after1 = motion(1);
+  for (std::ptrdiff_t i = 0; i < std::ssize(x); ++i) {
+    const Motion after2 = motion(i + 2);
+    const Motion mean = (Motion{} + before2 + before1 + here + after1 + after2) * 0.2f;
+    x[static_cast<std::size_t>(i)] =
+        mean.power == 0.0f ? kNoFrequency : mean.turning / mean.power * kOneOverTwoPi;
+    before2 = before1;
+    before1 = mean;
+    here = after1;
+    after1 = after2;
   }
   samplesChanged();
 }

@@ -24,41 +24,62 @@ void correlateBins(PackedSpectrum& a, PackedSpectrum& b) {
   });
 }
 
+// The sums of squares of a and of as many samples of b, side by side, since each addition waits for
+// the one before.
+std::pair<float, float> energies(std::span<const float> a, std::span<const float> b) {
+  float sumA = 0.0f, sumB = 0.0f;
+  const std::size_t both = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < both; ++i) {
+    sumA += a[i] * a[i];
+    sumB += b[i] * b[i];
+  }
+  for (const float sample : a.subspan(both)) sumA += sample * sample;
+  return {sumA, sumB};
+}
+
+// The first of the values greatest in size; NaN is passed over, and 0 is the index of no number.
+std::int64_t indexOfGreatest(std::span<const float> x) {
+  const auto size = [](float value) { return std::fabs(value); };
+  const float greatest = greatestOf(x.size(), [&](std::size_t i) { return size(x[i]); });
+  const auto at = std::ranges::find(x, greatest, size);
+  return at == x.end() ? 0 : at - x.begin();
+}
+
 }  // namespace
 
-struct SacObject::SpectrumPair {
-  PackedSpectrum own, others;
-};
-
-// Both traces as spectra of one length, the other cut or padded to this one's number of samples.
-SacObject::SpectrumPair SacObject::spectraWith(const SacObject& other) const {
+// Both traces padded to one length, the other first cut to this one's number of samples.
+std::pair<PackedSpectrum, PackedSpectrum> SacObject::spectraWith(const SacObject& other) const {
   const auto x = samples(), y = other.samples();
   const std::size_t n = paddedLength(std::max(x.size(), y.size()));
-  return {PackedSpectrum(x, n, delta()),
-          PackedSpectrum(y.first(std::min(x.size(), y.size())), n, delta())};
+  return PackedSpectrum::ofTwo(x, y.first(std::min(x.size(), y.size())), n, delta());
 }
 
 template <typename Window>
 void SacObject::divideSpectrum(const SacObject& other, float level, float tshift, Window window) {
   if (samples().empty()) return;
-  auto [u, w] = spectraWith(other);
-  if (!u || !w) return;
+  auto spectra = spectraWith(other);
+  PackedSpectrum &u = spectra.first, &w = spectra.second;
+  if (!u) return;
   u.forward();
   w.forward();
-  float greatest = std::max(w.dc() * w.dc(), w.nyquist() * w.nyquist());
-  w.forEachBin(
-      [&](std::size_t, float& re, float& im) { greatest = std::max(greatest, power(re, im)); });
-  const float water = level * greatest;
+  const float* divisor = w.values();
+  const auto powerAt = [divisor](std::size_t k) {
+    return power(divisor[2 * k], divisor[2 * k + 1]);
+  };
+  const float greatest =
+      greatestOf(w.size() / 2 - 1, [&](std::size_t i) { return powerAt(i + 1); });
+  const float water =
+      level * std::max(std::max(w.dc() * w.dc(), w.nyquist() * w.nyquist()), greatest);
 
   // The numerator is squared at these two frequencies, not multiplied by the denominator's value;
   // this is intended.
   u.dc() = u.dc() * u.dc() / std::max(water, w.dc() * w.dc());
   u.nyquist() = u.nyquist() * u.nyquist() / std::max(water, w.nyquist() * w.nyquist());
-  const float* divisor = w.values();
   u.forEachBin([&](std::size_t k, float& re, float& im) {
-    const double wRe = divisor[2 * k], wIm = divisor[2 * k + 1];
-    const double floored = std::max(water, power(divisor[2 * k], divisor[2 * k + 1]));
-    multiply(re, im, wRe / floored, -wIm / floored);
+    const double floored = std::max(water, powerAt(k));
+    multiply(re, im, divisor[2 * k] / floored, -divisor[2 * k + 1] / floored);
+  });
+  u.forEachBin([&](std::size_t k, float& re, float& im) {
     const double omega = u.omega(k), g = window(omega), phase = omega * tshift;
     multiply(re, im, g * std::cos(phase), g * std::sin(phase));
   });
@@ -84,17 +105,17 @@ void SacObject::correlateWith(const SacObject& other) {
   const auto x = samples();
   if (x.empty()) return;
   auto [a, b] = spectraWith(other);
-  if (!a || !b) return;
+  if (!a) return;
   a.forward();
   b.forward();
   a.dc() *= b.dc();
   a.nyquist() *= b.nyquist();
   correlateBins(a, b);
-  a.inverse();
+  const auto correlation = a.inverse();
 
   // Entry m of the rotated result holds lag m - N/2; the middle npts of these are kept.
   const std::size_t n = a.size(), half = n / 2, first = (n - x.size()) / 2;
-  for (std::size_t j = 0; j < x.size(); ++j) x[j] = a.values()[(first + j + half) % n];
+  for (std::size_t j = 0; j < x.size(); ++j) x[j] = correlation[(first + j + half) & (n - 1)];
   const auto firstLag =
       static_cast<float>(static_cast<std::int64_t>(first) - static_cast<std::int64_t>(half));
   setBeginTime(firstLag * delta());
@@ -104,29 +125,25 @@ void SacObject::correlateWith(const SacObject& other) {
 
 std::pair<double, double> SacObject::GetOptimalShift(SacObject& other) {
   const auto x = samples(), y = other.samples();
-  float energyA = 0.0f, energyB = 0.0f;
-  for (const float sample : x) energyA += sample * sample;
-  for (const float sample : y.first(std::min(x.size(), y.size()))) energyB += sample * sample;
+  const auto [energyA, energyB] = energies(x, y);
   setUserValueKey_Value(kEnergyKey, energyA);
   other.setUserValueKey_Value(kEnergyKey, energyB);
   if (x.empty()) return {0.0, std::numeric_limits<double>::quiet_NaN()};
 
   auto [a, b] = spectraWith(other);
-  if (!a || !b) return {0.0, 0.0};
+  if (!a) return {0.0, 0.0};
   a.forward();
   b.forward();
   // This trace's own values are squared; this is intended.
   a.dc() *= a.dc();
   a.nyquist() *= a.nyquist();
   correlateBins(a, b);
-  a.inverse();
-  const std::span correlation(a.values(), a.size());
-  const auto best = std::ranges::max_element(
-      correlation, {}, [](float value) { return std::isnan(value) ? -1.0f : std::fabs(value); });
-  const std::int64_t index = best - correlation.begin(), n = std::ssize(correlation);
-  const std::int64_t lag = index < n / 2 ? index : index - n;
-  return {static_cast<double>(lag) * delta(), *best / (std::sqrt(static_cast<double>(energyB)) *
-                                                       std::sqrt(static_cast<double>(energyA)))};
+  const auto correlation = a.inverse();
+  const std::int64_t best = indexOfGreatest(correlation), n = std::ssize(correlation);
+  const std::int64_t lag = best < n / 2 ? best : best - n;
+  return {static_cast<double>(lag) * delta(),
+          correlation[static_cast<std::size_t>(best)] /
+              (std::sqrt(static_cast<double>(energyB)) * std::sqrt(static_cast<double>(energyA)))};
 }
 
 void SacObject::subtractZeroLagGaussian(float k) {

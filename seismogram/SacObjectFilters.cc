@@ -30,9 +30,7 @@ void SacObject::HPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std
 }
 
 void SacObject::takeBack(PackedSpectrum& spectrum, double scale) {
-  spectrum.inverse(scale);
-  const auto x = samples();
-  std::copy_n(spectrum.values(), x.size(), x.begin());
+  spectrum.inverse(samples(), scale);
   samplesChanged();
 }
 
@@ -115,8 +113,8 @@ void SacObject::NoiseFilterStartingAtTime(float t) {
   const std::int32_t index = truncIndex((t - b()) / delta());
   if (x.empty() || index == kNoIndex) return;
   const auto k = static_cast<std::size_t>(std::clamp<std::int64_t>(index, 0, std::ssize(x)));
-  PackedSpectrum noise(x.first(k), paddedLength(x.size()), delta());
-  if (!noise) return;
+  auto [signal, noise] = PackedSpectrum::ofTwo(x, x.first(k), paddedLength(x.size()), delta());
+  if (!signal) return;
 
   const std::span window(noise.values(), k);
   float sum = 0.0f;
@@ -137,15 +135,15 @@ void SacObject::NoiseFilterStartingAtTime(float t) {
   const auto factor = [greatest](float amplitude) {
     return 1.0f - std::fabs(amplitude) / greatest;
   };
-  shapeSpectrum([&](PackedSpectrum& s) {
-    s.dc() *= factor(noise.dc());
-    s.nyquist() *= factor(noise.nyquist());
-    const float* amplitude = noise.values();
-    s.forEachBin([&](std::size_t bin, float& re, float& im) {
-      re *= factor(amplitude[2 * bin]);
-      im *= factor(amplitude[2 * bin]);
-    });
+  signal.forward();
+  signal.dc() *= factor(noise.dc());
+  signal.nyquist() *= factor(noise.nyquist());
+  const float* amplitude = noise.values();
+  signal.forEachBin([&](std::size_t bin, float& re, float& im) {
+    re *= factor(amplitude[2 * bin]);
+    im *= factor(amplitude[2 * bin]);
   });
+  takeBack(signal);
 }
 
 Ref<ByteBuffer> SacObject::spectrum() const {

@@ -104,24 +104,30 @@ Spectrum slowAnalyticSignal(const Samples& x, Factor factor) {
 }
 
 TEST(SacObjectAnalyticSignal, GivesTheEnvelopeAndTheFrequencySmoothedInPlace) {
-  const Samples x = richNoise(100);
-  const auto s = traceOf(x, kDelta), envelope = traceOf(x, kDelta), silent = traceOf(Samples(10));
-  s->InstantaneousPeriod();
-  envelope->Envelope();
-  const Spectrum z = slowAnalyticSignal(x, [](double) { return 1.0; });
-  const Spectrum d =  // its derivative, with the frequency of each bin less that of one
-      slowAnalyticSignal(x, [](double k) { return Complex(0, (k - 1) * kNyquist / 64); });
-  Spectrum y;  // the power and the turning
-  for (std::size_t j = 0; j < z.size(); ++j)
-    y.emplace_back(std::norm(z[j]), (std::conj(z[j]) * d[j]).imag());
-  Reals moduli, frequencies;
-  for (int j = 0; j < 100; ++j) {  // mirrored about the first sample; the last lies far behind
-    moduli.push_back(std::abs(z[j]) / 128);
-    y[j] = 0.2 * (y[std::abs(j - 2)] + y[std::abs(j - 1)] + y[j] + y[j + 1] + y[j + 2]);
-    frequencies.push_back(y[j].imag() / y[j].real() / (2 * kPi));
+  for (const int count : {100, 127}) {  // the mean of the last of 127 reaches beyond all 128
+    const Samples x = richNoise(count);
+    const auto s = traceOf(x, kDelta), envelope = traceOf(x, kDelta);
+    s->InstantaneousPeriod();
+    envelope->Envelope();
+    const Spectrum z = slowAnalyticSignal(x, [](double) { return 1.0; });
+    const Spectrum d =  // its derivative, with the frequency of each bin less that of one
+        slowAnalyticSignal(x, [](double k) { return Complex(0, (k - 1) * kNyquist / 64); });
+    Spectrum y;  // the power and the turning
+    for (std::size_t j = 0; j < z.size(); ++j)
+      y.emplace_back(std::norm(z[j]), (std::conj(z[j]) * d[j]).imag());
+    const auto mirrored = [&y](int j) { return y[127 - std::abs(127 - std::abs(j))]; };
+    Reals moduli, frequencies;
+    for (int j = 0; j < count; ++j) {
+      moduli.push_back(std::abs(z[j]) / 128);
+      Complex sum;
+      for (int i = j - 2; i <= j + 2; ++i) sum += mirrored(i);
+      y[j] = 0.2 * sum;
+      frequencies.push_back(y[j].imag() / y[j].real() / (2 * kPi));
+    }
+    expectSamples(*envelope, moduli);
+    expectSamples(*s, frequencies, 2e-5);  // quotients by what may be little
   }
-  expectSamples(*envelope, moduli);
-  expectSamples(*s, frequencies, 2e-5);  // quotients by what may be little
+  const auto silent = traceOf(Samples(10));
   silent->InstantaneousPeriod();
   EXPECT_EQ(samplesIn(*silent), Samples(10, -0.01f));
 }
