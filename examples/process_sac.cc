@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "MadeData.h"
 #include "krosac/krosac.h"
 
 namespace {
@@ -22,44 +23,14 @@ constexpr int kPoles = 4;
 constexpr int kTwoPasses = 2;
 constexpr int kStrongestPick = 0;  // the key of T0
 
-// A made seismogram, 30 degrees from an earthquake off Honshu, in the byte order opposite to this
-// machine's.
+// A station near Lake Baikal, in the byte order opposite to this machine's.
 std::string makeSample() {
-  const std::string path = "sample.SAC";
-  constexpr float kRate = 20.0f, kBegin = 300.0f, kP = 369.0f, kS = 668.0f;
-  auto s = krosac::make<SacObject>();
-  s->initWithCapacity(12000);
-  s->setDelta(1.0f / kRate);
-  s->setBeginTime(kBegin);
-  s->fixEndTime();
-  s->setReferenceTimeWithNSCalendarDate(krosac::Date::fromComponents({2011, 3, 11, 5, 46, 23}));
-  s->setoriginTimeOffset(0.0f);
-  s->setPTime(kP);
-  s->setPickLabelKey_Value(10, "P");
-  s->setStationID("BKL");
-  s->setNetworkID("XX");
-  s->setComponentName("BHZ");
-  s->setStationLocationLat_Lon_Elevation(51.7f, 103.6f, 579.0f);
-  s->setEventLocationLat_Lon_Depth(38.3f, 142.4f, 29.0f);
-  s->setMagnitude(9.1f);
-
-  unsigned noise = 1;
-  float* x = s->GetSacSeis();
-  for (int i = 0; i < s->npts(); ++i) {
-    const float t = kBegin + static_cast<float>(i) / kRate;
-    const auto arrival = [t](float start, float amplitude, float frequency, float decay) {
-      const float u = t - start;
-      return u < 0 ? 0.0f
-                   : amplitude * u * std::exp(-u / decay) * std::sin(6.2831853f * frequency * u);
-    };
-    noise = noise * 1664525u + 1013904223u;
-    x[i] = 40.0f + 0.02f * t + 3.0f * (static_cast<float>(noise >> 8) / 8388608.0f - 1.0f) +
-           arrival(kP, 300.0f, 0.5f, 6.0f) + arrival(kS, 500.0f, 0.15f, 15.0f);
-  }
-  s->ComputeExtrema();
+  auto tables = krosac::make<krosac::TTTableObject>();
+  tables->init();
+  const auto s = made::seismogram(*tables, {"BKL", 51.7f, 103.6f}, 240.0f, 0.05f, 24000);
   s->setSwappedBytes(true);
-  s->setPath(path);
-  return s->save() ? path : std::string();
+  s->setPath("sample.SAC");
+  return s->save() ? s->path().value() : std::string();
 }
 
 float timeOfStrongestSample(const SacObject& s) {

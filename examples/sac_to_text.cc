@@ -1,0 +1,45 @@
+// Prints a seismogram as columns that any plotting program reads: sac_to_text FILE
+//
+// First a comment that names it and the samples, time (s) and amplitude; behind two blank lines the
+// picks that the header holds, time and label. Where the origin is known, times count from it.
+#include <cstdio>
+#include <string>
+
+#include "krosac/krosac.h"
+
+namespace {
+
+constexpr int kPicks = 12;  // T0 to T9, A and F
+
+std::string title(const krosac::SacObject& s) {
+  std::string text = s.kstnm() + " " + s.kcmpnm();
+  if (s.knetwk() != "-12345") text = s.knetwk() + "." + text;
+  char distance[32];
+  std::snprintf(distance, sizeof distance, ", %.1f degrees", static_cast<double>(s.gcarc()));
+  return s.gcarc() == krosac::kSacUndefinedFloat ? text : text + distance;
+}
+
+void printPick(const krosac::SacObject& s, int key) {
+  const float time = s.timePickKey(key);
+  if (time == krosac::kSacUndefinedFloat) return;
+  const std::string label = s.pickLabelWithKey(key);
+  const std::string plain = key < 10 ? "T" + std::to_string(key) : key == 10 ? "A" : "F";
+  const bool hasLabel = !label.empty() && label != "-12345";
+  std::printf("%.4f \"%s\"\n", static_cast<double>(time), (hasLabel ? label : plain).c_str());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  auto s = krosac::make<krosac::SacObject>();
+  if (argc != 2) return std::fprintf(stderr, "sac_to_text FILE\n"), 2;
+  if (!s->initWithPath(argv[1])) return 1;
+  s->ZeroOriginTime();
+  std::printf("# %s\n", title(*s).c_str());
+  for (int i = 0; i < s->npts(); ++i) {
+    const double time = s->b() + static_cast<double>(s->delta()) * i;
+    std::printf("%.4f %.6g\n", time, static_cast<double>(s->GetSacSeis()[i]));
+  }
+  std::printf("\n\n");
+  for (int key = 0; key < kPicks; ++key) printPick(*s, key);
+}
