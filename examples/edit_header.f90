@@ -69,7 +69,7 @@ contains
     character(len=8) :: station, component
     call getkhv('KSTNM', station, error)
     call getkhv('KCMPNM', component, error)
-    print '(a,1x,a)', trim(station), trim(component)
+    print '(a,1x,a)', shown(station), shown(component)
     do i = 1, size(integers)
       call getnhv(trim(integers(i)), number, error)
       if (number /= int(undefined)) print '(a,i14)', integers(i), number
@@ -80,9 +80,16 @@ contains
     end do
   end subroutine
 
+  ! A text field without the blanks or NULs that fill it.
+  function shown(text)
+    character(len=*), intent(in) :: text
+    character(len=:), allocatable :: shown
+    shown = trim(text(:index(text//char(0), char(0)) - 1))
+  end function
+
   subroutine fail(message)
     character(len=*), intent(in) :: message
     write (error_unit, '(a)') message
-    stop 1
+    stop 1, quiet=.true.
   end subroutine
 end program

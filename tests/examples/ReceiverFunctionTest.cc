@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -5,6 +6,7 @@
 #include <string>
 
 #include "RunExample.h"
+#include "krosac/krosac.h"
 
 namespace {
 
@@ -27,11 +29,34 @@ TEST(ReceiverFunction, FindsTheConvertedWaveAndItsMultiplesWithinOneSample) {
       {0, 0.4}, {35 * (s - p), 0.12}, {35 * (s + p), 0.08}, {35 * 2 * s, -0.06}};
   std::istringstream peaks(made.out.substr(made.out.find('\n', table)));
   for (const auto& [delay, strength] : expected) {
-    double lag, amplitude;
-    ASSERT_TRUE(peaks >> lag >> amplitude) << made.out;
+    double lag, amplitude, depth;
+    ASSERT_TRUE(peaks >> lag >> amplitude >> depth) << made.out;
     EXPECT_NEAR(lag, delay, 0.05);
+    // The crust of IASP91 is as thick, and 5.8 to 6.5 km/s fast.
+    if (delay > 0 && delay < 5) {
+      EXPECT_NEAR(depth, 35.0, 1.0);
+    }
     EXPECT_NEAR(amplitude, strength, 0.15 * std::abs(strength));  // what the water level takes
   }
+}
+
+TEST(ReceiverFunction, MarksItsPeaksAndTellsNoDepthWhereThereIsNoCurve) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(runExample(folder, "receiver_function").exitCode, 0);
+  auto function = krosac::make<krosac::SacObject>();
+  ASSERT_TRUE(function->initWithPath(folder.path("receiver_function.SAC")));
+  EXPECT_EQ(function->pickLabelWithKey(0), "P");
+  EXPECT_EQ(function->pickLabelWithKey(1), "35 km");
+  EXPECT_NEAR(function->t1(), 4.35, 0.06);
+  for (const char* name : {"sample.BHZ.SAC", "sample.BHN.SAC", "sample.BHE.SAC"}) {
+    auto near = krosac::make<krosac::SacObject>();
+    ASSERT_TRUE(near->initWithPath(folder.path(name)));
+    near->setGcarc(20.0f);
+    ASSERT_TRUE(near->save());
+  }
+  const ExampleRun run =
+      runExample(folder, "receiver_function", "sample.BHZ.SAC sample.BHN.SAC sample.BHE.SAC");
+  EXPECT_THAT(run.out, ::testing::HasSubstr("    4.35      0.116          -\n"));
 }
 
 TEST(ReceiverFunction, SaysWhatItNeeds) {
