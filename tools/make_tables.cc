@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "examples/Progress.h"
 #include "models/Models.h"
 #include "raytracing/Phases.h"
 #include "raytracing/PsDelays.h"
@@ -34,6 +35,8 @@ std::string fixed(double value, int width, int decimals) {
 
 // Times of a phase, row after row of distances, a column for each depth.
 using Rows = std::vector<std::vector<double>>;
+
+constexpr long kFiles = 27;
 
 Rows timesOf(const EarthModel& model, const std::string& phase, const std::vector<double>& degrees,
              const std::vector<double>& depths, Beyond beyond, double absent) {
@@ -68,11 +71,13 @@ class Folder {
       std::cerr << "make_tables: can't write " << path_ << "/" << name << "\n";
       failed_ = true;
     }
+    progress_.step();
   }
   bool failed() const { return failed_; }
 
  private:
   std::string path_;
+  Progress progress_{"Table files", kFiles};
   bool failed_ = false;
 };
 
