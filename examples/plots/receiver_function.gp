@@ -4,7 +4,7 @@ set output "receiver_function.png"
 file = "receiver_function.txt"
 stats file index 0 using 1:2 nooutput
 low = STATS_min_y; high = STATS_max_y; span = high - low
-eval heading("{/:Bold Receiver function} with the depth of a conversion from P to S at each peak’s lag")
+eval heading("{/:Bold Receiver function,} peaks labelled with their apparent depth of conversion from P to S")
 set xlabel "lag behind P, s"
 set ylabel "radial against vertical amplitude"
 set xrange [-3:30]
