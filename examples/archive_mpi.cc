@@ -1,10 +1,9 @@
 // Processes a folder of recordings on many processes: mpirun -n N archive_mpi FOLDER OUTPUT
 //
-// Each file is detrended, band-passed, decimated to about 4 samples a second, marked with its
-// predicted P and S and measured, then saved under its own name in the folder OUTPUT. A file that
-// cannot be read or saved is named in the summary and does not stop the others. The summary,
-// OUTPUT/summary.txt, has a line a file, in the order of their names. Nothing in OUTPUT depends on
-// the number of processes.
+// Each file is detrended, band-passed, decimated, marked with its predicted P and S, measured and
+// saved under its own name in the folder OUTPUT. OUTPUT/summary.txt has a line a file, in the order
+// of their names: samples, interval (s), greatest amplitude, ratio of signal to noise; "failed" for
+// a file that cannot be read or saved. Nothing in OUTPUT depends on the number of processes.
 #include <mpi.h>
 
 #include <algorithm>
