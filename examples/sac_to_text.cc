@@ -3,13 +3,15 @@
 // First a comment that names it and the samples, time (s) and amplitude; behind two blank lines the
 // picks that the header holds, time and label. Where the origin is known, times count from it.
 #include <cstdio>
+#include <iterator>
 #include <string>
 
 #include "krosac/krosac.h"
 
 namespace {
 
-constexpr int kPicks = 12;  // T0 to T9, A and F
+constexpr const char* kNames[] = {"T0", "T1", "T2", "T3", "T4", "T5",
+                                  "T6", "T7", "T8", "T9", "A",  "F"};
 
 std::string title(const krosac::SacObject& s) {
   std::string text = s.kstnm() + " " + s.kcmpnm();
@@ -23,9 +25,8 @@ void printPick(const krosac::SacObject& s, int key) {
   const float time = s.timePickKey(key);
   if (time == krosac::kSacUndefinedFloat) return;
   const std::string label = s.pickLabelWithKey(key);
-  const std::string plain = key < 10 ? "T" + std::to_string(key) : key == 10 ? "A" : "F";
   const bool hasLabel = !label.empty() && label != "-12345";
-  std::printf("%.4f \"%s\"\n", static_cast<double>(time), (hasLabel ? label : plain).c_str());
+  std::printf("%.4f \"%s\"\n", static_cast<double>(time), hasLabel ? label.c_str() : kNames[key]);
 }
 
 }  // namespace
@@ -41,5 +42,5 @@ int main(int argc, char** argv) {
     std::printf("%.4f %.6g\n", time, static_cast<double>(s->GetSacSeis()[i]));
   }
   std::printf("\n\n");
-  for (int key = 0; key < kPicks; ++key) printPick(*s, key);
+  for (int key = 0; key < static_cast<int>(std::size(kNames)); ++key) printPick(*s, key);
 }
