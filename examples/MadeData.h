@@ -76,7 +76,7 @@ inline krosac::Ref<krosac::SacObject> seismogram(const krosac::TTTableObject& ta
   }
 
   const double first = s->distance() / 4.1, last = s->distance() / 2.9;
-  Noise white(static_cast<unsigned>(station.latitude * 1000 + station.longitude));
+  Noise white(static_cast<unsigned>(static_cast<int>(station.latitude * 1000 + station.longitude)));
   const double turn = 2 * std::numbers::pi * 0.14 * delta, width = 1 - 0.1 * delta;
   double phase = 0, microseism = 0, before = 0;
   for (int i = 0; i < npts; ++i) {

@@ -17,7 +17,7 @@ program edit_header
       'NZHOUR', 'NZMIN', 'NZSEC', 'NZMSEC', 'NVHDR', 'NPTS']
   real, parameter :: undefined = -12345.0
   character(len=511) :: input, output, field, text
-  real, allocatable :: samples(:)
+  real, allocatable, save :: samples(:)
   real :: b, delta, value
   integer :: n, i, number, error, status
   integer(int64) :: bytes
