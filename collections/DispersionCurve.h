@@ -34,14 +34,17 @@ class KROSAC_API DispersionCurve : public Object {
   // More periods than memory holds give none.
   Ref<DispersionCurve> initWithKESTRAVFile(const std::string& path);
 
+  // The station's code; none when the file names none.
   const OptionalText& stationID() const { return stationID_; }
   const OptionalText& networkID() const { return networkID_; }  // not read
+  // The component's name.
   const OptionalText& channelID() const { return channelID_; }
   // The first 21 characters of line 1, a blank and a word of line 4; none when line 1 is shorter.
   const OptionalText& dataSource() const { return dataSource_; }
   const OptionalText& originalText() const { return originalText_; }         // not read
   const std::optional<Date>& dateMeasured() const { return dateMeasured_; }  // not read
 
+  // The number of periods, and so of the values below.
   std::int32_t nPeriods() const { return nPeriods_; }
   std::int32_t vType() const { return vType_; }  // 0
   // 1 Rayleigh for a file name that ends in "r.ga", 2 Love for "l.ga", else 0.

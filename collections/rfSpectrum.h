@@ -60,6 +60,9 @@ class KROSAC_API rfSpectrum : public kroSpectrum {
   // Whatever npts is; nothing without a buffer.
   void setZeroFrequencyValue(float v);
 
+  // ---- Copying ----
+
+  // An independent copy, the values included; empty where there is no memory.
   Ref<rfSpectrum> copyWithZone() const { return copy(); }
   Ref<rfSpectrum> copy() const;
 

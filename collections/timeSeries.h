@@ -18,6 +18,7 @@ class KROSAC_API timeSeries : public Object {
   // No samples, no delegate, "Basic Time Series".
   Ref<Object> init() override;
 
+  // The number of samples.
   KROSAC_FIELD(std::int32_t, npts, Npts);
   // Kept alive and never called.
   KROSAC_FIELD(Ref<Object>, delegate, Delegate);

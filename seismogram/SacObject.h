@@ -105,6 +105,7 @@ class KROSAC_API SacObject : public Archivable {
 
   // ---- The object's own fields (SacObject.cc) ----
 
+  // The image, header and samples.
   const Ref<ByteBuffer>& myData() const { return myData_; }
   // Does not move the header and sample pointers: call setupPointers afterwards. Until then the old
   // buffer stays alive.
@@ -114,6 +115,7 @@ class KROSAC_API SacObject : public Archivable {
   SacHeader* GetSacHeader() const { return h_; }
   float* GetSacSeis() const { return seis_; }
 
+  // The path of the file, its last component as it was at loading, and a label of the caller's.
   const OptionalText& myPath() const { return myPath_; }
   const OptionalText& path() const { return myPath_; }
   void setMyPath(OptionalText path) { myPath_ = std::move(path); }
@@ -126,8 +128,10 @@ class KROSAC_API SacObject : public Archivable {
   // reference time leave it.
   const std::optional<Date>& myReferenceDate() const { return myReferenceDate_; }
   void setMyReferenceDate(std::optional<Date> date) { myReferenceDate_ = date; }
+  // The reference time with its milliseconds; empty for a trace made by initWithCapacity.
   const Ref<SeisTimeObject>& mySeisReferenceTime() const { return mySeisReferenceTime_; }
   void setMySeisReferenceTime(Ref<SeisTimeObject> time) { mySeisReferenceTime_ = std::move(time); }
+  // Set by the operations that change samples; the library never looks at either flag.
   bool mSeisHasChanged() const { return mSeisHasChanged_; }
   void setMSeisHasChanged(bool changed) { mSeisHasChanged_ = changed; }
   bool mSeisIsLocked() const { return mSeisIsLocked_; }
@@ -136,6 +140,7 @@ class KROSAC_API SacObject : public Archivable {
   // loaders reset it to 0 before they would log the reference time.
   std::int32_t verbose() const { return verbose_; }
   void setVerbose(std::int32_t level) { verbose_ = level; }
+  // A number of the caller's.
   std::int32_t tag() const { return tag_; }
   void setTag(std::int32_t tag) { tag_ = tag; }
   // The file on disk is in the byte order opposite to this machine's.
@@ -146,12 +151,15 @@ class KROSAC_API SacObject : public Archivable {
   //
   // Each getter gives the field, each setter stores it and does nothing else.
 
+  // The number of samples, the data quality (IQUAL) and the sampling interval, s.
   std::int32_t npts() const { return field(&SacHeader::NPTS); }
   void setNpts(std::int32_t npts) { setField(&SacHeader::NPTS, npts); }
   std::int32_t iqual() const { return field(&SacHeader::IQUAL); }
   void setIQual(std::int32_t quality) { setField(&SacHeader::IQUAL, quality); }
   float delta() const { return field(&SacHeader::DELTA); }
   void setDelta(float delta) { setField(&SacHeader::DELTA, delta); }
+  // Times in s: of the first and last sample, the event's origin, the first arrival, the event's
+  // end, and the ten picks.
   float b() const { return field(&SacHeader::B); }
   void setBeginTime(float time) { setField(&SacHeader::B, time); }
   float e() const { return field(&SacHeader::E); }
@@ -174,10 +182,12 @@ class KROSAC_API SacObject : public Archivable {
   float t7() const { return field(&SacHeader::T7); }
   float t8() const { return field(&SacHeader::T8); }
   float t9() const { return field(&SacHeader::T9); }
+  // Least, greatest and mean sample, as ComputeExtrema left them.
   float smin() const { return field(&SacHeader::DEPMIN); }
   float smax() const { return field(&SacHeader::DEPMAX); }
   float smean() const { return field(&SacHeader::DEPMEN); }
-  float distance() const { return field(&SacHeader::DIST); }  // km
+  // DIST in km; the arc, the azimuths and those of the component in degrees.
+  float distance() const { return field(&SacHeader::DIST); }
   void setDistance(float kilometres) { setField(&SacHeader::DIST, kilometres); }
   float gcarc() const { return field(&SacHeader::GCARC); }
   void setGcarc(float degrees) { setField(&SacHeader::GCARC, degrees); }
@@ -188,11 +198,13 @@ class KROSAC_API SacObject : public Archivable {
   float componentAzimuth() const { return field(&SacHeader::CMPAZ); }
   void setComponentAzimuth(float degrees) { setField(&SacHeader::CMPAZ, degrees); }
   void setComponentIncAngle(float degrees) { setField(&SacHeader::CMPINC, degrees); }
+  // The event's and the station's location: degrees, the depth in km.
   float evla() const { return field(&SacHeader::EVLA); }
   float evlo() const { return field(&SacHeader::EVLO); }
   float evdp() const { return field(&SacHeader::EVDP); }
   float stla() const { return field(&SacHeader::STLA); }
   float stlo() const { return field(&SacHeader::STLO); }
+  // MAG, and IEVTYP, the kind of source.
   void setMagnitude(float magnitude) { setField(&SacHeader::MAG, magnitude); }
   void setSrcType(std::int32_t type) { setField(&SacHeader::IEVTYP, type); }
 

@@ -23,6 +23,7 @@ class KROSAC_API LocsatTTController : public Object {
   // lower case and blanks count. None when no table does.
   Ref<LocsatTTTable> tableForPhase(std::string_view phase) const;
 
+  // The whole list, in the order in which it is searched.
   const std::vector<Ref<LocsatTTTable>>& tables() const { return tables_; }
   void setTables(std::vector<Ref<LocsatTTTable>> tables) { tables_ = std::move(tables); }
 

@@ -16,11 +16,14 @@ namespace krosac {
 // One row of LocsatTTTable's list of values: distance (degrees), time (s), slowness and depth
 // derivative (s/km).
 struct LocsatTTValue {
+  // -1.0 where there is no time.
   float gcarc, time, slowness, depthDerivative;
 };
 
+// The times of one or more phases at 40 depths and 207 distances, with the names of the phases.
 class KROSAC_API LocsatTTTable : public Object {
  public:
+  // The numbers of nodes that a table has room for.
   static constexpr std::size_t kDepths = 40, kGcarcs = 207;
 
   // Has no phases and no times.

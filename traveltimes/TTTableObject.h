@@ -42,6 +42,8 @@ class KROSAC_API TTTableObject : public Object {
   SeismicPhaseTimeSlowness GetTTimeSlownessesForPhase_GCARC_Depth(std::string_view phase,
                                                                   float gcarc, float depth) const;
 
+  // Each table: times in s, row after row, a row being 18 depths at one whole degree; and the rows
+  // that were read.
   KROSAC_TT_TABLE(p, 145)
   KROSAC_TT_TABLE(s, 144)
   KROSAC_TT_TABLE(pcp, 99)
