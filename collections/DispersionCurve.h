@@ -49,6 +49,7 @@ class KROSAC_API DispersionCurve : public Object {
   std::int32_t vType() const { return vType_; }  // 0
   // 1 Rayleigh for a file name that ends in "r.ga", 2 Love for "l.ga", else 0.
   std::int32_t wType() const { return wType_; }
+  // The number at column 52 of line 8.
   std::int32_t modeIsolation() const { return modeIsolation_; }
 
   // Degrees; the elevation is not read. A position that was not read counts as 0, 0 below.

@@ -25,6 +25,7 @@ class KROSAC_API kroSpectrum : public Object {
   std::int32_t halfpts() const { return npts_ / 2; }
   // The frequency step in Hz.
   KROSAC_FIELD(float, df, Df);
+  // Least, greatest and mean amplitude, as computeExtrema left them.
   KROSAC_FIELD(float, minAmp, MinAmp);
   KROSAC_FIELD(float, maxAmp, MaxAmp);
   KROSAC_FIELD(float, meanAmp, MeanAmp);

@@ -49,6 +49,7 @@ class KROSAC_API rfSpectrum : public kroSpectrum {
   void prewhiten();
   // Delays the signal by tau s. The Nyquist value is multiplied by the cosine of its phase.
   void phaseShiftBy(float tau);
+  // Multiplies every value by c.
   void multiplyByScalar(float c);
   // Multiply and divide every bin by i w; the values at zero and Nyquist frequency become 0. Since
   // realft's forward exponent is positive, these are minus the derivative and minus the integral in

@@ -110,6 +110,7 @@ class KROSAC_API SacObject : public Archivable {
   // Does not move the header and sample pointers: call setupPointers afterwards. Until then the old
   // buffer stays alive.
   void setMyData(Ref<ByteBuffer> image);
+  // Points the header and the samples into myData.
   void setupPointers();
   // The header and the first sample inside the buffer; null without a 632-byte image.
   SacHeader* GetSacHeader() const { return h_; }
@@ -233,6 +234,7 @@ class KROSAC_API SacObject : public Archivable {
   void setTimePickKey_Value(int key, float time);
   // The first 7 characters of the label, trimmed (intended: an 8th is lost).
   std::string pickLabelWithKey(int key) const;
+  // Writes at most 8 characters and fills up with NULs.
   void setPickLabelKey_Value(int key, const char* label);
   // Sets A, T0 to T9 and F to undefined; the labels stay.
   void clearTimePicks();
@@ -240,6 +242,7 @@ class KROSAC_API SacObject : public Archivable {
   // Keys 0 to 9 are USER0 to USER9. Another key reads -12345.0 and writes nothing.
   float userValue(int key) const;
   void setUserValueKey_Value(int key, float value);
+  // Sets USER0 to USER9 to undefined; the labels stay.
   void clearUserValues();
   // Keys 0 to 2 are KUSER0 to KUSER2, read like a pick label; another key gives an empty text.
   std::string userValueLabelWithKey(int key) const;
@@ -286,6 +289,7 @@ class KROSAC_API SacObject : public Archivable {
   // The event's Flinn-Engdahl region: "<seismic region> / <geographic region>", or "FE Region:
   // N/A\n" without a location.
   void setFlinnEngdahlRegion();
+  // What setFlinnEngdahlRegion found last.
   OptionalText flinnEngdahlString() const { return myFERegionString_; }
   // Looks up the event's geographic region alone; empty without a location. Overwrites the region
   // numbers.
@@ -293,8 +297,7 @@ class KROSAC_API SacObject : public Archivable {
 
   // ---- Reference time (SacObjectReferenceTime.cc) ----
   //
-  // None of these changes myReferenceDate. Where the object has no reference time, times relative
-  // to it still move.
+  // None of these changes myReferenceDate.
 
   // Set the reference time, with millisecond 0, and leave the relative times as they are.
   void setReferenceTimeWithNSCalendarDate(const Date& date);
@@ -306,15 +309,17 @@ class KROSAC_API SacObject : public Archivable {
   void adjustReferenceTimeToNSCalendarDate(const Date& date);
   void adjustReferenceTimeToNSDate(const Date& date);
   // Moves B and E, and O, A, F and T1 to T9 where defined. T0 is not moved and a year of difference
-  // counts 365 days; both are intended. Sets mSeisHasChanged.
+  // counts 365 days; both are intended. Sets mSeisHasChanged. On an object without a reference time
+  // only NZYEAR to NZMSEC change: nothing says by how much the others would have to move.
   void setReferenceTime(const SeisTimeObject& time);
-  // Sets O to the difference in seconds from the reference time.
+  // Sets O to the difference in seconds from the reference time; nothing without one.
   void setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(std::int32_t year, std::int32_t month,
                                                         std::int32_t day, std::int32_t hour,
                                                         std::int32_t minutes, float seconds);
 
   // Moves the reference time later by t seconds and B, E, and O, A, T0 to T9 where defined,
-  // earlier; F stays, as do the samples and mSeisHasChanged.
+  // earlier; F stays, as do the samples and mSeisHasChanged. Without a reference time the relative
+  // times still move.
   void ZeroThisTime(float t);
   // The same, and F too.
   void shiftTimesBy(float t);
@@ -332,6 +337,7 @@ class KROSAC_API SacObject : public Archivable {
   // The station's lines; the region is looked up at the event's position (intended) and overwrites
   // the region numbers.
   std::string stationDescription();
+  // The path and the event's lines.
   std::string eventDescription() const;
   // The origin time as "2011/03/11 05:46:23.000"; none when O is undefined.
   OptionalText oTimeString() const;
@@ -354,6 +360,7 @@ class KROSAC_API SacObject : public Archivable {
   // Removes the slope of the least-squares line. A constant offset of -slope n DELTA is left; this
   // is intended.
   void SubtractLinearTrend();
+  // Multiply every sample by -1, or by a factor.
   void FlipPolarity();
   void ScaleAmplitudes(float factor);
   // Multiply sample i by t, t^2 or sqrt(t) with t = DELTA (i + 1): the time counts from one
@@ -363,6 +370,7 @@ class KROSAC_API SacObject : public Archivable {
   void ScaleBySquareRootTime();
   // Multiplies by DIST.
   void ScaleByDistance();
+  // Replace every sample by its square, its absolute value, or 0.
   void sqrAmplitudes();
   void absAmplitudes();
   void ZeroAmplitudes();
@@ -377,7 +385,9 @@ class KROSAC_API SacObject : public Archivable {
   // Forward difference over DELTA; the last value is given twice. A single sample stays.
   void Differentiate();
   // Weighs the first and last fraction p of the trace by 1 - cos and cos of a quarter wave (two
-  // different shapes, intended); the first sample becomes 0.
+  // different shapes, intended); the first sample becomes 0, the others stay for p <= 0. Above 0.5
+  // the falling edge wins where both would be; from 1 on it covers the whole trace, the first
+  // sample too, and starts from cos of (p - 1) / p quarter waves. defaultTaper has p = 0.05.
   void Taper(float p);
   void defaultTaper() { Taper(0.05f); }
   // Zero the samples from time t on or up to time t, with a linear ramp over `length` samples

@@ -22,6 +22,7 @@ namespace krosac {
 // What the programs are told. init gives each field the default behind it.
 class KROSAC_API tbwController : public Object {
  public:
+  // Sets every field to its default. Gives the object.
   Ref<Object> init() override;
 
   KROSAC_FIELD(float, depth, Depth);                      // of the source, km; 15

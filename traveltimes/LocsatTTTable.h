@@ -54,6 +54,7 @@ class KROSAC_API LocsatTTTable : public Object {
   // The comma-separated names of the phases that the table serves.
   const OptionalText& phases() const { return phases_; }
   void setPhases(OptionalText phases) { phases_ = std::move(phases); }
+  // Whether the last loading succeeded.
   bool hasTimes() const { return hasTimes_; }
   void setHasTimes(bool hasTimes) { hasTimes_ = hasTimes; }
 
