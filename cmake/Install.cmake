@@ -22,3 +22,10 @@ install(FILES ${PROJECT_BINARY_DIR}/krosacConfigVersion.cmake DESTINATION ${KROS
 file(RELATIVE_PATH KROSAC_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/krosac.pc.in ${PROJECT_BINARY_DIR}/krosac.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/krosac.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+# The pages, beside each other as their links have it.
+file(GLOB KROSAC_PAGES ${PROJECT_SOURCE_DIR}/docs/*.md)
+foreach(page README.md CHANGELOG.md CITATION.cff)
+  install(FILES ${PROJECT_SOURCE_DIR}/${page} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+endforeach()
+install(FILES ${KROSAC_PAGES} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT development)

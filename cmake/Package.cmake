@@ -24,9 +24,9 @@ set(CPACK_DEBIAN_DATA_PACKAGE_NAME krosac-data)
 set(CPACK_DEBIAN_DATA_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_DATA_PACKAGE_ARCHITECTURE all)
 
-set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Seismology library\n Reads, writes, processes and measures seismograms (SAC files).")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-    "Seismology library, development files\n Headers for C++ and C, a CMake package and a pkg-config file.")
-set(CPACK_COMPONENT_DATA_DESCRIPTION
-    "Seismology library, travel-time tables\n Jeffreys-Bullen, IASP91, LocSAT and Ps moveout tables.")
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "Shared library that reads, writes, processes and measures seismograms (SAC files).")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+    "Headers for C++ and C, a CMake package, a pkg-config file and the pages.")
+set(CPACK_DEBIAN_DATA_DESCRIPTION
+    "Travel-time tables: Jeffreys-Bullen, IASP91, LocSAT and Ps moveout tables, loaded at run time.")
 include(CPack)

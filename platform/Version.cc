@@ -2,6 +2,8 @@
 
 namespace krosac {
 
-const char* krosacVersion() { return KROSAC_VERSION; }
+const char* krosacVersion() {
+  return KROSAC_VERSION;
+}
 
 }  // namespace krosac

@@ -1,4 +1,5 @@
-// A program that uses the installed classes, a table file and the region names, prints what it got and saves trace.SAC.
+// A program that uses the installed classes, a table file and the region names, prints what it got
+// and saves trace.SAC.
 #include <krosac/krosac.h>
 
 #include <cmath>
@@ -15,9 +16,10 @@ int main() {
   const auto p = tables->GetTTPhase_GCARC_Depth("p", trace->gcarc(), trace->evdp());
   const auto region = trace->flinnEngdahlGeographicRegion();
   const auto table = krosac::pathForResource("iasp91_p", "txt");
-  std::printf("krosac %s: P after %.1f s at %.2f degrees from %s\n%s\n", krosac::krosacVersion(), p.time,
-              trace->gcarc(), region.c_str(), table ? table->c_str() : "no table");
-  const bool good = std::fabs(p.time - 364.0f) < 1.0f && region == "Near east coast of eastern Honshu" &&
+  std::printf("krosac %s: P after %.1f s at %.2f degrees from %s\n%s\n", krosac::krosacVersion(),
+              p.time, trace->gcarc(), region.c_str(), table ? table->c_str() : "no table");
+  const bool good = std::fabs(p.time - 364.0f) < 1.0f &&
+                    region == "Near east coast of eastern Honshu" &&
                     std::strcmp(krosac::krosacVersion(), KROSAC_VERSION) == 0;
   trace->setPath("trace.SAC");
   return good && trace->save() ? 0 : 1;
