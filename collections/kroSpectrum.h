@@ -14,7 +14,7 @@ namespace krosac {
 
 class KROSAC_API kroSpectrum : public Object {
  public:
-  // No spectrum, and zeros.
+  // No spectrum, no values and no frequency step; the statistics are 0. Gives the object.
   Ref<Object> init() override;
 
   // The values as floats. The setter keeps its own reference to the buffer.

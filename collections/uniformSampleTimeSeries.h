@@ -76,7 +76,7 @@ class KROSAC_API uniformSampleTimeSeries : public timeSeries {
   // sqrt(sum x^2 / npts), and delta sum x^2; -12345.0 for no samples.
   float simpleRMS() const;
   float signalPower() const;
-  // delta sum x.
+  // delta sum x, the integral in the unit of the samples times s.
   float area() const;
   // The amplitude-weighted mean time; -12345.0 for no samples or samples that add up to 0.
   float centroid() const;

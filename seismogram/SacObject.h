@@ -85,7 +85,7 @@ class KROSAC_API SacObject : public Archivable {
   // written to its old path, whatever was asked; this is intended: give it a new place by setPath
   // and save.
 
-  // Writes to the path.
+  // Writes to the path; false when there is none.
   bool save() const;
   // Writes to a file of that name in the working directory, which on success becomes the path; the
   // file name stays.
@@ -249,7 +249,7 @@ class KROSAC_API SacObject : public Archivable {
   // Keys 0 to 2 as above, 3 is KSTNM, 4 KNETWK, 5 KCMPNM; another key writes nothing.
   void setUserValueLabelKey_Value(int key, const char* label);
 
-  // The larger of |DEPMIN| and |DEPMAX|.
+  // The larger of |DEPMIN| and |DEPMAX|, as they stand in the header.
   float absMax() const;
   // E - B, in s.
   float signalDuration() const;
@@ -368,7 +368,7 @@ class KROSAC_API SacObject : public Archivable {
   void ScaleByLinearTime();
   void ScaleBySquareTime();
   void ScaleBySquareRootTime();
-  // Multiplies by DIST.
+  // Multiplies every sample by DIST, also by an undefined one.
   void ScaleByDistance();
   // Replace every sample by its square, its absolute value, or 0.
   void sqrAmplitudes();

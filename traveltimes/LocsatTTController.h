@@ -13,10 +13,10 @@ namespace krosac {
 
 class KROSAC_API LocsatTTController : public Object {
  public:
-  // Has no tables.
+  // An empty list of tables. Gives the object.
   Ref<Object> init() override;
 
-  // Appends the table; none is left out.
+  // Appends the table, which is shared with the caller; an empty reference is left out.
   void addTableToList(Ref<LocsatTTTable> table);
 
   // The first table whose `phases`, split at each comma, has the name among its pieces; upper and
