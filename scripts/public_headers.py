@@ -35,16 +35,6 @@ def is_whole(text):
     return TABLE.match(text) or text.endswith((";", "}")) and text.count("{") == text.count("}") and text.count("(") == text.count(")")
 
 
-def comment_text(lines):
-    return [re.sub(r"^\s*// ?", "", line) for line in lines]
-
-
-def trailing(line):
-    """A line of code and the comment behind it."""
-    code, mark, comment = line.partition("  // ")
-    return code.rstrip(), [comment] if mark else []
-
-
 def spelled_out(declaration):
     """The members that a declaration makes: the functions of a macro, or one variable after the other."""
     field, table = FIELD.search(declaration), TABLE.match(declaration)
@@ -59,60 +49,90 @@ def spelled_out(declaration):
     return [declaration]
 
 
+class Lines:
+    """The lines of a header, taken one after the other."""
+
+    def __init__(self, path):
+        self.path, self.lines, self.at = path, path.read_text().splitlines(), 0
+
+    def next(self):
+        return self.lines[self.at].strip() if self.at < len(self.lines) else ""
+
+    def take(self):
+        self.at += 1
+        return self.lines[self.at - 1]
+
+    def take_comment(self):
+        comment = []
+        while self.next().startswith("//"):
+            comment.append(re.sub(r"^\s*// ?", "", self.take()))
+        return comment
+
+    def take_macro(self):
+        """The name and the parameters of a macro, if the line defines one."""
+        line = first = self.take()
+        while line.endswith("\\"):
+            line = self.take()
+        return re.match(r"#\s*define (\w+(?:\([^)]*\))?)", first)
+
+    def take_declaration(self):
+        """A declaration in one line, and the comments behind its lines."""
+        declaration, behind = "", []
+        while not is_whole(declaration) and self.at < len(self.lines):
+            code, _, comment = self.take().partition("  // ")
+            declaration = f"{declaration} {code.strip()}".strip()
+            behind += [comment] if comment else []
+        return declaration, behind
+
+
+def group(comment):
+    """The group that a comment begins, if it does."""
+    title = GROUP.match(" ".join(comment))
+    if not title:
+        return None
+    ends = next(i for i, line in enumerate(comment) if line.endswith("----"))
+    return Item("group", title[1], comment[ends + 1:])
+
+
 def items(path):
-    lines = path.read_text().splitlines()
-    level, at, comment = 0, 0, []
-    while at < len(lines) and lines[at].startswith("//"):
-        at += 1
-    about = comment_text(lines[:at])
+    lines, level, comment = Lines(path), 0, []
+    about = lines.take_comment()
     yield Item("file", path.name, about)
-    while at < len(lines):
-        line = lines[at]
-        text, at = line.strip(), at + 1
+    while lines.at < len(lines.lines):
+        text = lines.next()
         if not text:
             comment = []
+            lines.take()
         elif text.startswith("//"):
-            first = at - 1
-            while at < len(lines) and lines[at].strip().startswith("//"):
-                at += 1
-            comment = comment_text(lines[first:at])
-            title = GROUP.match(" ".join(comment))
-            if title:
-                ends = next(i for i, part in enumerate(comment) if part.endswith("----"))
-                yield Item("group", title[1], comment[ends + 1:])
-                comment = []
-            elif at == len(lines) or not lines[at].strip():
-                print(f"{path}:{first + 1}: warning: the comment belongs to no declaration", file=sys.stderr)
+            comment = lines.take_comment()
+            if group(comment):
+                yield group(comment)
+            elif not lines.next():
+                print(f"{path}:{lines.at}: warning: the comment belongs to no declaration", file=sys.stderr)
         elif text.startswith("#"):
-            while line.endswith("\\"):
-                line, at = lines[at], at + 1
-            define = re.match(r"#\s*define (\w+(?:\([^)]*\))?)(.*)", text)
-            if define and comment:
-                yield Item("macro", define[1], comment)
-                comment = []
+            macro = lines.take_macro()
+            if macro and comment:
+                yield Item("macro", macro[1], comment)
+            comment = []
         elif re.match(r"KROSAC_C_BEGIN|namespace krosac \{", text):
-            yield Item("namespace")
+            yield Item("namespace", lines.take())
         elif re.match(r"KROSAC_C_END|\}  // namespace krosac", text):
-            yield Item("end")
+            yield Item("end", lines.take())
         elif text in ("public:", "protected:", "private:"):
-            yield Item("access", text)
-        elif OPENING.match(line) or (text.startswith("template") and OPENING.match(lines[at])):
-            if text.startswith("template"):
-                text, at = text + " " + lines[at].strip(), at + 1
+            yield Item("access", lines.take().strip())
+        elif OPENING.match(text) or text.startswith("template") and OPENING.match(lines.lines[lines.at + 1]):
+            opening = lines.take().strip()
+            if not OPENING.match(opening):
+                opening += " " + lines.take().strip()
             level += 1
             # The comment of the file is that of its class, where this has none of its own.
-            yield Item("open", text, comment or about)
+            yield Item("open", opening, comment or about)
             comment, about = [], []
-        elif level and re.match(r"\}.*;$", text) and len(line) - len(line.lstrip()) == 2 * (level - 1):
+        elif level and re.match("  " * (level - 1) + r"\}.*;$", lines.lines[lines.at]):
             level -= 1
-            yield Item("close", text)
+            yield Item("close", lines.take().strip())
         else:
-            code, behind = trailing(line)
-            declaration = code.strip()
-            while not is_whole(declaration) and at < len(lines):
-                code, more = trailing(lines[at])
-                behind, at = behind + more, at + 1
-                declaration += " " + code.strip()
+            declaration, behind = lines.take_declaration()
             for member in spelled_out(declaration):
                 yield Item("member", member, behind or comment)
 
