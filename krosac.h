@@ -10,6 +10,7 @@
 #include "krosac/dsp/PoleZeroFile.h"
 #include "krosac/dsp/QuasiRandom.h"
 #include "krosac/dsp/Statistics.h"
+#include "krosac/platform/Version.h"
 #include "krosac/sacio/SacFile.h"
 #include "krosac/sacio/SacHeader.h"
 #include "krosac/sacio/SacRoutines.h"
@@ -18,7 +19,6 @@
 #include "krosac/timegeo/Ellipticity.h"
 #include "krosac/timegeo/FlinnEngdahl.h"
 #include "krosac/timegeo/GreatCircle.h"
-
 #include "krosac/traveltimes/JBTables.h"
 #include "krosac/traveltimes/PsNMOTables.h"
 #include "krosac/traveltimes/SeismicPhase.h"

@@ -19,6 +19,7 @@ class KROSAC_API kroGeoLocation : public Archivable {
   // Sets all four values to kUnsetLocation.
   Ref<Object> init() override;
 
+  // Degrees, degrees, the unit of the source (m from station lists), km. Setters only store.
   KROSAC_FIELD(float, latitude, Latitude);
   KROSAC_FIELD(float, longitude, Longitude);
   KROSAC_FIELD(float, elevation, Elevation);

@@ -39,6 +39,7 @@ class KROSAC_API kroHypocenter : public Archivable {
   // Stored as a copy. A location that is already the record's own is left alone.
   const Ref<kroGeoLocation>& location() const { return location_; }
   void setLocation(Ref<kroGeoLocation> location);
+  // "E2011-03-11-05-46-23", as buildName sets it.
   KROSAC_FIELD(OptionalText, name, Name);
   // Milliseconds of the origin time beyond its whole second.
   KROSAC_FIELD(float, msec, Msec);
@@ -54,10 +55,12 @@ class KROSAC_API kroHypocenter : public Archivable {
   KROSAC_FIELD(std::int32_t, sec, Sec);
   // Seconds since 1970, milliseconds included.
   KROSAC_FIELD(double, epochOTime, EpochOTime);
+  // The flags of the location and of the depth as reported.
   KROSAC_FIELD(signed char, locQualityFlag, LocQualityFlag);
   KROSAC_FIELD(signed char, depthQualityFlag, DepthQualityFlag);
   // Zero unless the location flag was "&".
   KROSAC_FIELD(signed char, prelimLocFlag, PrelimLocFlag);
+  // The number of stations behind the location.
   KROSAC_FIELD(std::int32_t, nstations, Nstations);
   // The Flinn-Engdahl region as reported, and the geographic and seismic ones of the location.
   KROSAC_FIELD(std::int32_t, flinn_engdahl, Flinn_engdahl);
@@ -65,8 +68,9 @@ class KROSAC_API kroHypocenter : public Archivable {
   KROSAC_FIELD(std::int32_t, feSreg, FeSreg);
   // The agency that contributed the hypocentre.
   KROSAC_FIELD(OptionalText, authority, Authority);
+  // Uncertainty of the origin time, s.
   KROSAC_FIELD(float, oTimeErr, OTimeErr);
-  // km
+  // Uncertainties of latitude, longitude and depth, km.
   KROSAC_FIELD(float, latErr, LatErr);
   KROSAC_FIELD(float, lonErr, LonErr);
   KROSAC_FIELD(float, depthErr, DepthErr);
@@ -78,14 +82,16 @@ class KROSAC_API kroHypocenter : public Archivable {
   // Moment magnitude and its source, set by the caller.
   KROSAC_FIELD(float, Mw, Mw);
   KROSAC_FIELD(OptionalText, mwSrc, MwSrc);
+  // As setFlinnEngdahlRegion sets it.
   KROSAC_FIELD(OptionalText, myFERegionString, MyFERegionString);
   // The origin time to the whole second.
   KROSAC_FIELD(std::optional<Date>, oDate, ODate);
   // Stored as a list of its own of the same phases, without absent ones.
   const std::vector<Ref<kroSeismicPhase>>& phases() const { return phases_; }
   void setPhases(std::vector<Ref<kroSeismicPhase>> phases);
+  // The files of the event's seismograms, kept by the caller.
   KROSAC_FIELD(std::vector<std::string>, fileList, FileList);
-  // Seconds.
+  // The sum of all updateOriginTimeShift, s.
   KROSAC_FIELD(float, originTimeShift, OriginTimeShift);
   // The location as parsed, whatever became of `location` since.
   KROSAC_FIELD(float, originalLatitude, OriginalLatitude);
@@ -152,9 +158,9 @@ class KROSAC_API kroHypocenter : public Archivable {
 
   // ---- Texts (kroHypocenterTexts.cc) ----
 
-  // The next three, with line ends between them: the summary, the primary phases and the Rayleigh
-  // measurements.
+  // The next three, with line ends between them.
   std::string description() const;
+  // The summary: origin time, location, region, magnitudes and errors.
   std::string stringWithHypoStats() const;
   // A header and the description of each first arrival; empty without phases.
   std::string stringWithPrimaryPhases() const;

@@ -17,6 +17,7 @@ class KROSAC_API kroSeismicOrigin : public Archivable {
   // Makes an unset location, no date and an epoch time of 0.
   Ref<Object> init() override;
 
+  // Shared with the caller, not copied.
   KROSAC_FIELD(Ref<kroGeoLocation>, location, Location);
   // Does not change the epoch time.
   KROSAC_FIELD(std::optional<Date>, originDateTime, OriginDateTime);

@@ -35,6 +35,7 @@ class KROSAC_API kroSeismicPhase : public Archivable {
 
   // ---- Fields ----
 
+  // The codes of the phase, the station and the onset as reported.
   KROSAC_FIELD(OptionalText, phaseCode, PhaseCode);
   KROSAC_FIELD(OptionalText, stationCode, StationCode);
   KROSAC_FIELD(OptionalText, onsetCode, OnsetCode);
@@ -43,6 +44,7 @@ class KROSAC_API kroSeismicPhase : public Archivable {
   // Seconds since 1970. The origin's is set by the caller and is not archived.
   KROSAC_FIELD(double, epochOriginTime, EpochOriginTime);
   KROSAC_FIELD(double, epochArrivalTime, EpochArrivalTime);
+  // Seconds: arrival less origin, and observed less predicted.
   KROSAC_FIELD(float, travelTime, TravelTime);
   KROSAC_FIELD(float, residual, Residual);
   // Distance and azimuth, degrees.
@@ -54,8 +56,9 @@ class KROSAC_API kroSeismicPhase : public Archivable {
   KROSAC_FIELD(float, mb, Mb);
   // Milliseconds of the arrival beyond its whole second.
   KROSAC_FIELD(float, msec, Msec);
+  // Seconds; set by the caller alone.
   KROSAC_FIELD(float, predictedTime, PredictedTime);
-  // Degrees.
+  // Of the ray at the source, degrees.
   KROSAC_FIELD(float, takeoffAngle, TakeoffAngle);
   // The ray parameter (s/km). Setting it sets takeoffAngle for a velocity of 6 km/s at the source:
   // NaN above 1/6 s/km.
@@ -65,6 +68,7 @@ class KROSAC_API kroSeismicPhase : public Archivable {
   KROSAC_FIELD(float, polarity, Polarity);
   // 1 impulsive, -1 emergent, 0 not stated.
   KROSAC_FIELD(float, onset, Onset);
+  // The flags of the magnitude and of the residual as reported.
   KROSAC_FIELD(signed char, mbUsageFlag, MbUsageFlag);
   KROSAC_FIELD(signed char, pResFlag, PResFlag);
   // The arrival in UTC. The parsers take the date as it was set and never fill doy.
@@ -75,6 +79,7 @@ class KROSAC_API kroSeismicPhase : public Archivable {
   KROSAC_FIELD(std::int32_t, hr, Hr);
   KROSAC_FIELD(std::int32_t, min, Min);
   KROSAC_FIELD(std::int32_t, sec, Sec);
+  // What kind of record this is.
   KROSAC_FIELD(bool, isFirstArrival, IsFirstArrival);
   KROSAC_FIELD(bool, isAmplitudeMeasurement, IsAmplitudeMeasurement);
   // "P", "Pn", "R1" or the code as reported.
@@ -90,6 +95,7 @@ class KROSAC_API kroSeismicPhase : public Archivable {
   KROSAC_FIELD(signed char, Ms_Component, Ms_Component);
   KROSAC_FIELD(signed char, msUsage, MsUsage);
 
+  // Stores the date to which the parsers add the time of day.
   void setDateYr_Month_Date(std::int32_t yr, std::int32_t month, std::int32_t date);
 
   // ---- Parsing (kroSeismicPhaseParsing.cc) ----

@@ -24,18 +24,22 @@ class KROSAC_API kroSeismicStation : public Archivable {
   // Clears the four texts and the list of files and makes an unset location.
   Ref<Object> init() override;
 
+  // The codes of the station, its network and its sensor, and the name of the place.
   KROSAC_FIELD(OptionalText, stationCode, StationCode);
   KROSAC_FIELD(OptionalText, networkCode, NetworkCode);
   KROSAC_FIELD(OptionalText, sensorCode, SensorCode);
   KROSAC_FIELD(OptionalText, locationString, LocationString);
+  // Shared with the caller, not copied.
   KROSAC_FIELD(Ref<kroGeoLocation>, location, Location);
+  // The files that were recorded here.
   KROSAC_FIELD(std::vector<std::string>, fileNames, FileNames);
   // No operation uses these three; they are neither archived nor copied.
   KROSAC_FIELD(std::int32_t, nChannels, NChannels);
   KROSAC_FIELD(std::optional<Date>, startDate, StartDate);
   KROSAC_FIELD(std::optional<Date>, endDate, EndDate);
 
-  // The values of the location; without one they are 0 and the setters do nothing.
+  // The values of the location (degrees, degrees, and the elevation as listed); without one they
+  // are 0 and the setters do nothing.
   float lat() const { return location_ ? location_->latitude() : 0.0f; }
   float lon() const { return location_ ? location_->longitude() : 0.0f; }
   float elevation() const { return location_ ? location_->elevation() : 0.0f; }
@@ -44,9 +48,11 @@ class KROSAC_API kroSeismicStation : public Archivable {
   void setElevation(float elevation);
   void setLocationLat_Lon_Elevation(float latitude, float longitude, float elevation);
 
+  // Appends a name, also one that is there already.
   void addFileName(const std::string& name) { fileNames_.push_back(name); }
   // Removes every equal entry.
   void removeFileName(const std::string& name) { std::erase(fileNames_, name); }
+  // Count and empty the list.
   std::size_t numberOfFilenames() const { return fileNames_.size(); }
   void clearFileList() { fileNames_.clear(); }
 

@@ -1,20 +1,31 @@
-# The library with its SONAME, the public headers, the data files and the two package descriptions.
+# The library with its SONAME, the public headers, the data files and the two package descriptions, in three components:
+# what programs run with (library, data) and what they are built with (development).
 include(CMakePackageConfigHelpers)
 
-install(TARGETS krosac EXPORT krosacTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS krosac EXPORT krosacTargets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/krosac/data COMPONENT data)
+
 foreach(folder IN LISTS KROSAC_FOLDERS)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/krosac OPTIONAL
-          FILES_MATCHING PATTERN "*.h" PATTERN "*Internal.h" EXCLUDE)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/krosac COMPONENT development
+          OPTIONAL FILES_MATCHING PATTERN "*.h" PATTERN "*Internal.h" EXCLUDE)
 endforeach()
-install(FILES ${PROJECT_SOURCE_DIR}/krosac.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/krosac)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/krosac/data)
+install(FILES ${PROJECT_SOURCE_DIR}/krosac.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/krosac COMPONENT development)
 
 set(KROSAC_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/krosac)
-install(EXPORT krosacTargets NAMESPACE krosac:: FILE krosacConfig.cmake DESTINATION ${KROSAC_CMAKE_DIR})
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/krosacConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/krosacConfigVersion.cmake DESTINATION ${KROSAC_CMAKE_DIR})
+install(EXPORT krosacTargets NAMESPACE krosac:: FILE krosacConfig.cmake DESTINATION ${KROSAC_CMAKE_DIR}
+        COMPONENT development)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/krosacConfigVersion.cmake COMPATIBILITY ${KROSAC_COMPATIBILITY})
+install(FILES ${PROJECT_BINARY_DIR}/krosacConfigVersion.cmake DESTINATION ${KROSAC_CMAKE_DIR} COMPONENT development)
 
 # The pkg-config file finds the prefix from its own place, so that a moved tree still works.
 file(RELATIVE_PATH KROSAC_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/krosac.pc.in ${PROJECT_BINARY_DIR}/krosac.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/krosac.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/krosac.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+# The pages, beside each other as their links have it.
+file(GLOB KROSAC_PAGES ${PROJECT_SOURCE_DIR}/docs/*.md)
+foreach(page README.md CHANGELOG.md CITATION.cff)
+  install(FILES ${PROJECT_SOURCE_DIR}/${page} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+endforeach()
+install(FILES ${KROSAC_PAGES} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT development)

@@ -21,7 +21,7 @@ namespace krosac {
 
 class KROSAC_API DispersionCurve : public Object {
  public:
-  // No periods.
+  // No periods; all else of a made object is zero or empty. Gives the object.
   Ref<Object> init() override;
 
   // Reads a KESTRAV file: 12 header lines and one line of eight numbers a period. Gives the object,
@@ -34,18 +34,23 @@ class KROSAC_API DispersionCurve : public Object {
   // More periods than memory holds give none.
   Ref<DispersionCurve> initWithKESTRAVFile(const std::string& path);
 
+  // The station's code; none when the file names none.
   const OptionalText& stationID() const { return stationID_; }
   const OptionalText& networkID() const { return networkID_; }  // not read
+  // The component's name.
   const OptionalText& channelID() const { return channelID_; }
   // The first 21 characters of line 1, a blank and a word of line 4; none when line 1 is shorter.
   const OptionalText& dataSource() const { return dataSource_; }
   const OptionalText& originalText() const { return originalText_; }         // not read
   const std::optional<Date>& dateMeasured() const { return dateMeasured_; }  // not read
 
+  // The number of periods, and so of the values below.
   std::int32_t nPeriods() const { return nPeriods_; }
-  std::int32_t vType() const { return vType_; }  // 0
+  // The type of velocity, which the file does not tell: 0.
+  std::int32_t vType() const { return vType_; }
   // 1 Rayleigh for a file name that ends in "r.ga", 2 Love for "l.ga", else 0.
   std::int32_t wType() const { return wType_; }
+  // The flag of mode isolation, the number behind column 51 of line 8.
   std::int32_t modeIsolation() const { return modeIsolation_; }
 
   // Degrees; the elevation is not read. A position that was not read counts as 0, 0 below.
@@ -66,7 +71,8 @@ class KROSAC_API DispersionCurve : public Object {
   float minPeriod() const { return minPeriod_; }
   float maxPeriod() const { return maxPeriod_; }
 
-  // nPeriods values each: periods in s, velocities, and (|hdv| + |ldv|) / 2.
+  // nPeriods values each: the periods of the filter and the instantaneous ones, s; the smoothed and
+  // the measured velocities, in the unit of the file; and their uncertainty (|hdv| + |ldv|) / 2.
   std::span<const float> fltrPeriod() const { return values(fltrPeriod_); }
   std::span<const float> instPeriod() const { return values(instPeriod_); }
   std::span<const float> smthVelocity() const { return values(smthVelocity_); }

@@ -27,6 +27,7 @@ class KROSAC_API SeismogramArray : public Object {
 
   // ---- Screening ----
 
+  // Turn a screen on or off.
   void setGCarcScreen(bool on) { gcarcScreen_ = on; }
   void setQualityScreen(bool on) { qualityScreen_ = on; }
   void setNetworkScreen(bool on) { networkScreen_ = on; }
@@ -47,6 +48,7 @@ class KROSAC_API SeismogramArray : public Object {
 
   // ---- The group ----
 
+  // The list itself, which the caller may change.
   std::vector<Ref<SacObject>>& theSeismograms() { return theSeismograms_; }
   const std::vector<Ref<SacObject>>& theSeismograms() const { return theSeismograms_; }
 

@@ -14,7 +14,7 @@ namespace krosac {
 
 class KROSAC_API kroSpectrum : public Object {
  public:
-  // No spectrum, and zeros.
+  // No spectrum, no values and no frequency step; the statistics are 0. Gives the object.
   Ref<Object> init() override;
 
   // The values as floats. The setter keeps its own reference to the buffer.
@@ -25,6 +25,7 @@ class KROSAC_API kroSpectrum : public Object {
   std::int32_t halfpts() const { return npts_ / 2; }
   // The frequency step in Hz.
   KROSAC_FIELD(float, df, Df);
+  // Least, greatest and mean amplitude, as computeExtrema left them.
   KROSAC_FIELD(float, minAmp, MinAmp);
   KROSAC_FIELD(float, maxAmp, MaxAmp);
   KROSAC_FIELD(float, meanAmp, MeanAmp);

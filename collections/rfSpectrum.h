@@ -49,6 +49,7 @@ class KROSAC_API rfSpectrum : public kroSpectrum {
   void prewhiten();
   // Delays the signal by tau s. The Nyquist value is multiplied by the cosine of its phase.
   void phaseShiftBy(float tau);
+  // Multiplies every value by c.
   void multiplyByScalar(float c);
   // Multiply and divide every bin by i w; the values at zero and Nyquist frequency become 0. Since
   // realft's forward exponent is positive, these are minus the derivative and minus the integral in
@@ -60,6 +61,9 @@ class KROSAC_API rfSpectrum : public kroSpectrum {
   // Whatever npts is; nothing without a buffer.
   void setZeroFrequencyValue(float v);
 
+  // ---- Copying ----
+
+  // An independent copy, the values included; empty where there is no memory.
   Ref<rfSpectrum> copyWithZone() const { return copy(); }
   Ref<rfSpectrum> copy() const;
 

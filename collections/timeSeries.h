@@ -15,13 +15,14 @@ namespace krosac {
 
 class KROSAC_API timeSeries : public Object {
  public:
-  // No samples, no delegate, "Basic Time Series".
+  // No samples, no delegate, the kind "Basic Time Series". Gives the object.
   Ref<Object> init() override;
 
+  // The number of samples.
   KROSAC_FIELD(std::int32_t, npts, Npts);
   // Kept alive and never called.
   KROSAC_FIELD(Ref<Object>, delegate, Delegate);
-  // The kind of series.
+  // The kind of series, for display.
   KROSAC_FIELD(OptionalText, typeString, TypeString);
 
   // A new timeSeries of this class, also from a derived class that makes no copies of its own kind;

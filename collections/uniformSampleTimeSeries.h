@@ -37,6 +37,7 @@ class KROSAC_API uniformSampleTimeSeries : public timeSeries {
   // The samples as floats; dataPointer is null where there is no buffer.
   KROSAC_FIELD(Ref<ByteBuffer>, data, Data);
   float* dataPointer() const;
+  // Least, greatest and mean sample, as the last operation left them.
   KROSAC_FIELD(float, min, Min);
   KROSAC_FIELD(float, max, Max);
   KROSAC_FIELD(float, mean, Mean);
@@ -59,12 +60,14 @@ class KROSAC_API uniformSampleTimeSeries : public timeSeries {
   // Removes the slope of the least-squares line. A constant offset of -slope npts delta is left;
   // this is intended. Nothing for a single sample.
   void subtractLinearTrend();
+  // Replace every sample by c times it, its square, its absolute value, or 0.
   void scaleAmplitudes(float c);
   void squareAmplitudes();
   void absAmplitudes();
   void zeroAmplitudes();
   // Weighs the first and last fraction of npts delta by 1 - cos and cos of a quarter wave; the
-  // first sample becomes 0 whatever the fraction. Without one it is 0.05.
+  // first sample becomes 0, also for a fraction of 0. From 1 on the falling edge covers the whole
+  // series, the first sample too. Without a fraction it is 0.05.
   void taper() { taper(0.05f); }
   void taper(float fraction);
 
@@ -73,7 +76,7 @@ class KROSAC_API uniformSampleTimeSeries : public timeSeries {
   // sqrt(sum x^2 / npts), and delta sum x^2; -12345.0 for no samples.
   float simpleRMS() const;
   float signalPower() const;
-  // delta sum x.
+  // delta sum x, the integral in the unit of the samples times s.
   float area() const;
   // The amplitude-weighted mean time; -12345.0 for no samples or samples that add up to 0.
   float centroid() const;

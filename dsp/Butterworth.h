@@ -15,11 +15,11 @@ KROSAC_C_BEGIN
 
 // A filter being designed. A section count outside 0..10 counts as 0 or 10.
 typedef struct BUFilterDesign {
-  int32_t reserved;   // not used
-  int32_t nSections;  // second-order sections, half the poles
-  float zeros[20];    // not used: room for ten complex zeros
-  float poleRe[10];   // poles of the upper half of the unit circle
-  float poleIm[10];
+  int32_t reserved;         // not used
+  int32_t nSections;        // second-order sections, half the poles
+  float zeros[20];          // not used: room for ten complex zeros
+  float poleRe[10];         // poles of the upper half of the unit circle, real parts
+  float poleIm[10];         // and imaginary parts
   float num[10][3];         // numerators by powers of s, after BiLin of 1/z
   float den[10][3];         // denominators alike
   float sectionGain[10];    // 1; only the first is used

@@ -30,7 +30,9 @@ class KeyedUnarchiver;
 // method initWithCoder(KeyedUnarchiver&) whose result is true when it succeeded.
 class KROSAC_API Archivable : public Object {
  public:
+  // The name under which an archive stores the class; decoding by another class gives none.
   virtual const char* archiveClassName() const = 0;
+  // Writes the object's fields under their keys.
   virtual void encodeWithCoder(KeyedArchiver& coder) const = 0;
 };
 
@@ -41,11 +43,16 @@ inline constexpr int kDeepestNesting = 64;
 // value is not written.
 class KROSAC_API KeyedArchiver {
  public:
+  // Write one value under a key that no other value of the same object has. The text of the key is
+  // copied.
   void encodeBool(const char* key, bool value);
   void encodeChar(const char* key, signed char value);
   void encodeInt32(const char* key, std::int32_t value);
   void encodeFloat(const char* key, float value);
   void encodeDouble(const char* key, double value);
+
+  // Write a text, a list of texts, bytes, a date or an object; nothing for an absent one. An object
+  // that was written before is referred to.
   void encodeText(const char* key, const OptionalText& text);
   void encodeTexts(const char* key, const std::vector<std::string>& texts);
   void encodeBytes(const char* key, const ByteBuffer* bytes);
@@ -82,11 +89,14 @@ class KROSAC_API KeyedUnarchiver {
   explicit KeyedUnarchiver(const ByteBuffer& archive);
   bool isGood() const noexcept { return good_; }
 
+  // The number under the key, zero without one.
   bool decodeBool(const char* key);
   signed char decodeChar(const char* key);
   std::int32_t decodeInt32(const char* key);
   float decodeFloat(const char* key);
   double decodeDouble(const char* key);
+
+  // The text, list of texts, bytes or date under the key; none or an empty list without one.
   OptionalText decodeText(const char* key);
   std::vector<std::string> decodeTexts(const char* key);
   Ref<ByteBuffer> decodeBytes(const char* key);

@@ -14,6 +14,7 @@ namespace krosac {
 // no memory.
 class KROSAC_API ByteBuffer final : public Object {
  public:
+  // A new buffer of zero bytes, or with a copy of the bytes given.
   static Ref<ByteBuffer> zeroed(std::size_t length);
   static Ref<ByteBuffer> copyOf(const void* bytes, std::size_t length);
 
@@ -21,6 +22,7 @@ class KROSAC_API ByteBuffer final : public Object {
   // file (a pipe or a device would have no end).
   static Ref<ByteBuffer> fromFile(const std::string& path);
 
+  // The bytes, valid as long as the buffer lives, and their number.
   const unsigned char* bytes() const noexcept { return bytes_; }
   unsigned char* mutableBytes() noexcept { return bytes_; }
   std::size_t length() const noexcept { return length_; }

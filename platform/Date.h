@@ -12,10 +12,13 @@ namespace krosac {
 // Seconds since 1970-01-01 00:00:00 UTC, with their fraction, by the proleptic Gregorian calendar
 // without leap seconds.
 struct KROSAC_API Date {
+  // A date as year, month (1 to 12), day (1 to 31), hour, minute and second.
   struct Components {
+    // In the order of a written date.
     std::int32_t year, month, day, hour, minute, second;
   };
 
+  // Seconds since 1970-01-01 00:00:00 UTC; negative before.
   double secondsSince1970 = 0.0;
 
   // The date of any components: those outside their ranges carry (month 14 is February of the next
@@ -29,6 +32,7 @@ struct KROSAC_API Date {
   // Its default text form, to whole seconds: "2011-03-11 05:46:23 +0000".
   std::string description() const;
 
+  // Whether the seconds are equal, fraction included.
   bool operator==(const Date&) const = default;
 };
 

@@ -34,12 +34,14 @@ class KROSAC_API Object {
   // The base initialiser. Gives the object, or an empty Ref on failure.
   virtual Ref<Object> init();
 
+  // Adds one reference.
   void retain() const noexcept;
   // Drops one reference; the last one destroys the object.
   void release() const noexcept;
   // Hands one of the receiver's references to the innermost pool of this thread; it adds none.
   // Without a pool the reference is kept and the log says so once.
   void autorelease() const;
+  // The number of references; for messages and tests.
   int retainCount() const noexcept { return references_.load(std::memory_order_relaxed); }
 
  protected:
@@ -63,8 +65,10 @@ class KROSAC_API Object {
 template <typename T>
 class Ref {
  public:
+  // The class of the object.
   using element_type = T;
 
+  // Hold nothing, a further reference to an object, or the one that another Ref gives up.
   Ref() noexcept = default;
   Ref(std::nullptr_t) noexcept {}
   Ref(T* object) noexcept : object_(object) {
@@ -77,6 +81,7 @@ class Ref {
   ~Ref() {
     if (object_) object_->release();
   }
+  // Drops the reference and takes over the other's.
   Ref& operator=(Ref other) noexcept {
     std::swap(object_, other.object_);
     return *this;
@@ -90,11 +95,14 @@ class Ref {
     return ref;
   }
 
+  // The object, null where there is none.
   T* get() const noexcept { return object_; }
   T& operator*() const noexcept { return *object_; }
   T* operator->() const noexcept { return object_; }
+  // Whether there is an object.
   explicit operator bool() const noexcept { return object_ != nullptr; }
 
+  // Whether both are the same object.
   template <typename U>
   bool operator==(const Ref<U>& other) const noexcept {
     return object_ == other.get();
@@ -122,6 +130,7 @@ Ref<T> make() {
 // innermost receives.
 class KROSAC_API AutoreleasePool {
  public:
+  // Becomes the innermost pool of this thread, and at its end releases what it was given.
   AutoreleasePool() noexcept;
   ~AutoreleasePool();
   AutoreleasePool(const AutoreleasePool&) = delete;

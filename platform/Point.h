@@ -4,7 +4,9 @@
 
 namespace krosac {
 
+// A pair of coordinates; what they mean says the operation that gives it.
 struct Point {
+  // The two coordinates.
   double x = 0.0, y = 0.0;
 };
 

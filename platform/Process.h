@@ -24,12 +24,14 @@ struct ProcessCommand {
   bool capturesOutput = false;  // into ProcessResult::output, in place of the file
 };
 
+// What became of a program.
 struct ProcessResult {
   // Why the program did not run, or why its output is not whole, in a sentence; else empty.
   std::string error = {};
   // None where the program did not run, was ended by a signal, or the caller ignores SIGCHLD and so
   // keeps every status from us.
   std::optional<int> exitCode = {};
+  // The captured output, complete or up to the error.
   std::string output = {};
 };
 

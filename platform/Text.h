@@ -38,6 +38,7 @@ KROSAC_API std::string joinedPath(const std::string& folder, const std::string& 
 // Makes the C locale this thread's own while it lives.
 class KROSAC_API CLocaleScope {
  public:
+  // Changes this thread's locale, and brings the former one back.
   CLocaleScope() noexcept;
   ~CLocaleScope();
   CLocaleScope(const CLocaleScope&) = delete;

@@ -26,7 +26,7 @@ KROSAC_API int32_t IsSacFile(const char* path);
 // UNUSED18 = 0. Does nothing for a null header.
 KROSAC_API void NewSacHeader(SacHeader* header);
 
-// Reads the first 632 bytes of a file.
+// Reads the first 632 bytes of a file, whatever they are. The words keep the file's byte order.
 KROSAC_API void ReadSACHeader(const char* path, SacHeader* header, int32_t* status);
 
 // Reads the header and the first data block, at most `max` samples. Where the file has more, NPTS

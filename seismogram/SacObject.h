@@ -85,7 +85,7 @@ class KROSAC_API SacObject : public Archivable {
   // written to its old path, whatever was asked; this is intended: give it a new place by setPath
   // and save.
 
-  // Writes to the path.
+  // Writes to the path; false when there is none.
   bool save() const;
   // Writes to a file of that name in the working directory, which on success becomes the path; the
   // file name stays.
@@ -105,15 +105,18 @@ class KROSAC_API SacObject : public Archivable {
 
   // ---- The object's own fields (SacObject.cc) ----
 
+  // The image, header and samples.
   const Ref<ByteBuffer>& myData() const { return myData_; }
   // Does not move the header and sample pointers: call setupPointers afterwards. Until then the old
   // buffer stays alive.
   void setMyData(Ref<ByteBuffer> image);
+  // Points the header and the samples into myData.
   void setupPointers();
   // The header and the first sample inside the buffer; null without a 632-byte image.
   SacHeader* GetSacHeader() const { return h_; }
   float* GetSacSeis() const { return seis_; }
 
+  // The path of the file, its last component as it was at loading, and a label of the caller's.
   const OptionalText& myPath() const { return myPath_; }
   const OptionalText& path() const { return myPath_; }
   void setMyPath(OptionalText path) { myPath_ = std::move(path); }
@@ -126,8 +129,10 @@ class KROSAC_API SacObject : public Archivable {
   // reference time leave it.
   const std::optional<Date>& myReferenceDate() const { return myReferenceDate_; }
   void setMyReferenceDate(std::optional<Date> date) { myReferenceDate_ = date; }
+  // The reference time with its milliseconds; empty for a trace made by initWithCapacity.
   const Ref<SeisTimeObject>& mySeisReferenceTime() const { return mySeisReferenceTime_; }
   void setMySeisReferenceTime(Ref<SeisTimeObject> time) { mySeisReferenceTime_ = std::move(time); }
+  // Set by the operations that change samples; the library never looks at either flag.
   bool mSeisHasChanged() const { return mSeisHasChanged_; }
   void setMSeisHasChanged(bool changed) { mSeisHasChanged_ = changed; }
   bool mSeisIsLocked() const { return mSeisIsLocked_; }
@@ -136,6 +141,7 @@ class KROSAC_API SacObject : public Archivable {
   // loaders reset it to 0 before they would log the reference time.
   std::int32_t verbose() const { return verbose_; }
   void setVerbose(std::int32_t level) { verbose_ = level; }
+  // A number of the caller's.
   std::int32_t tag() const { return tag_; }
   void setTag(std::int32_t tag) { tag_ = tag; }
   // The file on disk is in the byte order opposite to this machine's.
@@ -146,12 +152,15 @@ class KROSAC_API SacObject : public Archivable {
   //
   // Each getter gives the field, each setter stores it and does nothing else.
 
+  // The number of samples, the data quality (IQUAL) and the sampling interval, s.
   std::int32_t npts() const { return field(&SacHeader::NPTS); }
   void setNpts(std::int32_t npts) { setField(&SacHeader::NPTS, npts); }
   std::int32_t iqual() const { return field(&SacHeader::IQUAL); }
   void setIQual(std::int32_t quality) { setField(&SacHeader::IQUAL, quality); }
   float delta() const { return field(&SacHeader::DELTA); }
   void setDelta(float delta) { setField(&SacHeader::DELTA, delta); }
+  // Times in s: of the first and last sample, the event's origin, the first arrival, the event's
+  // end, and the ten picks.
   float b() const { return field(&SacHeader::B); }
   void setBeginTime(float time) { setField(&SacHeader::B, time); }
   float e() const { return field(&SacHeader::E); }
@@ -174,10 +183,12 @@ class KROSAC_API SacObject : public Archivable {
   float t7() const { return field(&SacHeader::T7); }
   float t8() const { return field(&SacHeader::T8); }
   float t9() const { return field(&SacHeader::T9); }
+  // Least, greatest and mean sample, as ComputeExtrema left them.
   float smin() const { return field(&SacHeader::DEPMIN); }
   float smax() const { return field(&SacHeader::DEPMAX); }
   float smean() const { return field(&SacHeader::DEPMEN); }
-  float distance() const { return field(&SacHeader::DIST); }  // km
+  // DIST in km; the arc, the azimuths and those of the component in degrees.
+  float distance() const { return field(&SacHeader::DIST); }
   void setDistance(float kilometres) { setField(&SacHeader::DIST, kilometres); }
   float gcarc() const { return field(&SacHeader::GCARC); }
   void setGcarc(float degrees) { setField(&SacHeader::GCARC, degrees); }
@@ -188,11 +199,13 @@ class KROSAC_API SacObject : public Archivable {
   float componentAzimuth() const { return field(&SacHeader::CMPAZ); }
   void setComponentAzimuth(float degrees) { setField(&SacHeader::CMPAZ, degrees); }
   void setComponentIncAngle(float degrees) { setField(&SacHeader::CMPINC, degrees); }
+  // The event's and the station's location: degrees, the depth in km.
   float evla() const { return field(&SacHeader::EVLA); }
   float evlo() const { return field(&SacHeader::EVLO); }
   float evdp() const { return field(&SacHeader::EVDP); }
   float stla() const { return field(&SacHeader::STLA); }
   float stlo() const { return field(&SacHeader::STLO); }
+  // MAG, and IEVTYP, the kind of source.
   void setMagnitude(float magnitude) { setField(&SacHeader::MAG, magnitude); }
   void setSrcType(std::int32_t type) { setField(&SacHeader::IEVTYP, type); }
 
@@ -221,6 +234,7 @@ class KROSAC_API SacObject : public Archivable {
   void setTimePickKey_Value(int key, float time);
   // The first 7 characters of the label, trimmed (intended: an 8th is lost).
   std::string pickLabelWithKey(int key) const;
+  // Writes at most 8 characters and fills up with NULs.
   void setPickLabelKey_Value(int key, const char* label);
   // Sets A, T0 to T9 and F to undefined; the labels stay.
   void clearTimePicks();
@@ -228,13 +242,14 @@ class KROSAC_API SacObject : public Archivable {
   // Keys 0 to 9 are USER0 to USER9. Another key reads -12345.0 and writes nothing.
   float userValue(int key) const;
   void setUserValueKey_Value(int key, float value);
+  // Sets USER0 to USER9 to undefined; the labels stay.
   void clearUserValues();
   // Keys 0 to 2 are KUSER0 to KUSER2, read like a pick label; another key gives an empty text.
   std::string userValueLabelWithKey(int key) const;
   // Keys 0 to 2 as above, 3 is KSTNM, 4 KNETWK, 5 KCMPNM; another key writes nothing.
   void setUserValueLabelKey_Value(int key, const char* label);
 
-  // The larger of |DEPMIN| and |DEPMAX|.
+  // The larger of |DEPMIN| and |DEPMAX|, as they stand in the header.
   float absMax() const;
   // E - B, in s.
   float signalDuration() const;
@@ -274,6 +289,7 @@ class KROSAC_API SacObject : public Archivable {
   // The event's Flinn-Engdahl region: "<seismic region> / <geographic region>", or "FE Region:
   // N/A\n" without a location.
   void setFlinnEngdahlRegion();
+  // What setFlinnEngdahlRegion found last.
   OptionalText flinnEngdahlString() const { return myFERegionString_; }
   // Looks up the event's geographic region alone; empty without a location. Overwrites the region
   // numbers.
@@ -281,8 +297,7 @@ class KROSAC_API SacObject : public Archivable {
 
   // ---- Reference time (SacObjectReferenceTime.cc) ----
   //
-  // None of these changes myReferenceDate. Where the object has no reference time, times relative
-  // to it still move.
+  // None of these changes myReferenceDate.
 
   // Set the reference time, with millisecond 0, and leave the relative times as they are.
   void setReferenceTimeWithNSCalendarDate(const Date& date);
@@ -294,15 +309,17 @@ class KROSAC_API SacObject : public Archivable {
   void adjustReferenceTimeToNSCalendarDate(const Date& date);
   void adjustReferenceTimeToNSDate(const Date& date);
   // Moves B and E, and O, A, F and T1 to T9 where defined. T0 is not moved and a year of difference
-  // counts 365 days; both are intended. Sets mSeisHasChanged.
+  // counts 365 days; both are intended. Sets mSeisHasChanged. On an object without a reference time
+  // only NZYEAR to NZMSEC change: nothing says by how much the others would have to move.
   void setReferenceTime(const SeisTimeObject& time);
-  // Sets O to the difference in seconds from the reference time.
+  // Sets O to the difference in seconds from the reference time; nothing without one.
   void setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(std::int32_t year, std::int32_t month,
                                                         std::int32_t day, std::int32_t hour,
                                                         std::int32_t minutes, float seconds);
 
   // Moves the reference time later by t seconds and B, E, and O, A, T0 to T9 where defined,
-  // earlier; F stays, as do the samples and mSeisHasChanged.
+  // earlier; F stays, as do the samples and mSeisHasChanged. Without a reference time the relative
+  // times still move.
   void ZeroThisTime(float t);
   // The same, and F too.
   void shiftTimesBy(float t);
@@ -320,6 +337,7 @@ class KROSAC_API SacObject : public Archivable {
   // The station's lines; the region is looked up at the event's position (intended) and overwrites
   // the region numbers.
   std::string stationDescription();
+  // The path and the event's lines.
   std::string eventDescription() const;
   // The origin time as "2011/03/11 05:46:23.000"; none when O is undefined.
   OptionalText oTimeString() const;
@@ -342,6 +360,7 @@ class KROSAC_API SacObject : public Archivable {
   // Removes the slope of the least-squares line. A constant offset of -slope n DELTA is left; this
   // is intended.
   void SubtractLinearTrend();
+  // Multiply every sample by -1, or by a factor.
   void FlipPolarity();
   void ScaleAmplitudes(float factor);
   // Multiply sample i by t, t^2 or sqrt(t) with t = DELTA (i + 1): the time counts from one
@@ -349,8 +368,9 @@ class KROSAC_API SacObject : public Archivable {
   void ScaleByLinearTime();
   void ScaleBySquareTime();
   void ScaleBySquareRootTime();
-  // Multiplies by DIST.
+  // Multiplies every sample by DIST, also by an undefined one.
   void ScaleByDistance();
+  // Replace every sample by its square, its absolute value, or 0.
   void sqrAmplitudes();
   void absAmplitudes();
   void ZeroAmplitudes();
@@ -365,7 +385,9 @@ class KROSAC_API SacObject : public Archivable {
   // Forward difference over DELTA; the last value is given twice. A single sample stays.
   void Differentiate();
   // Weighs the first and last fraction p of the trace by 1 - cos and cos of a quarter wave (two
-  // different shapes, intended); the first sample becomes 0.
+  // different shapes, intended); the first sample becomes 0, the others stay for p <= 0. Above 0.5
+  // the falling edge wins where both would be; from 1 on it covers the whole trace, the first
+  // sample too, and starts from cos of (p - 1) / p quarter waves. defaultTaper has p = 0.05.
   void Taper(float p);
   void defaultTaper() { Taper(0.05f); }
   // Zero the samples from time t on or up to time t, with a linear ramp over `length` samples

@@ -19,6 +19,7 @@ namespace krosac {
 
 class KROSAC_API Dislocation : public Object {
  public:
+  // North, east and down.
   using Vector = std::array<double, 3>;
 
   // ---- Geometry (Dislocation.cc) ----
@@ -32,6 +33,7 @@ class KROSAC_API Dislocation : public Object {
   void SetDip(float degrees);
   void SetRake(float degrees);
 
+  // Strike, dip and rake of the fault plane and of the auxiliary plane, in degrees.
   float GetStrike() const { return static_cast<float>(strike_); }
   float GetDip() const { return static_cast<float>(dip_); }
   float GetRake() const { return static_cast<float>(rake_); }
@@ -76,11 +78,12 @@ class KROSAC_API Dislocation : public Object {
   // single precision and s^2/km^2: V^2 P, V^2 SV and p V^3 SH are the radiation patterns of Aki and
   // Richards (1980), SH with the vertical direction reversed (intended). NaN for p above 1 / V.
 
+  // The P and SV coefficients of an up-going or a down-going ray.
   float pAmplitudeAz_RayP_Vel_Upgoing(float azimuth, float rayParameter, float velocity,
                                       bool upgoing) const;
   float svAmplitudeAz_RayP_Vel_Upgoing(float azimuth, float rayParameter, float velocity,
                                        bool upgoing) const;
-  // Finite for p = 0, where 0.0001 stands in the place of p.
+  // The SH coefficient. Finite for p = 0, where 0.0001 stands in the place of p.
   float shAmplitudeAz_RayP_Vel_Upgoing(float azimuth, float rayParameter, float velocity,
                                        bool upgoing) const;
 

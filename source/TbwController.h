@@ -22,26 +22,27 @@ namespace krosac {
 // What the programs are told. init gives each field the default behind it.
 class KROSAC_API tbwController : public Object {
  public:
+  // Sets every field to its default. Gives the object.
   Ref<Object> init() override;
 
-  KROSAC_FIELD(float, depth, Depth);                      // of the source, km; 15
-  KROSAC_FIELD(float, gcarc, Gcarc);                      // distance, degrees; 60
-  KROSAC_FIELD(float, azimuth, Azimuth);                  // of the station, degrees; 45
-  KROSAC_FIELD(float, strike, Strike);                    // degrees; 0
-  KROSAC_FIELD(float, dip, Dip);                          // degrees; 90
-  KROSAC_FIELD(float, rake, Rake);                        // degrees; 0
-  KROSAC_FIELD(std::int32_t, npts, Npts);                 // number of samples; 1024
-  KROSAC_FIELD(float, delta, Delta);                      // sample interval, s; 0.1
-  KROSAC_FIELD(float, delay, Delay);                      // of the arrival in the synthetic, s; 5
-  KROSAC_FIELD(float, moment, Moment);                    // 1e22
+  KROSAC_FIELD(float, depth, Depth);       // depth of the source, km; 15
+  KROSAC_FIELD(float, gcarc, Gcarc);       // epicentral distance, degrees; 60
+  KROSAC_FIELD(float, azimuth, Azimuth);   // azimuth of the station, degrees; 45
+  KROSAC_FIELD(float, strike, Strike);     // strike of the fault, degrees; 0
+  KROSAC_FIELD(float, dip, Dip);           // dip of the fault, degrees; 90
+  KROSAC_FIELD(float, rake, Rake);         // rake of the slip, degrees; 0
+  KROSAC_FIELD(std::int32_t, npts, Npts);  // number of samples; 1024
+  KROSAC_FIELD(float, delta, Delta);       // sample interval, s; 0.1
+  KROSAC_FIELD(float, delay, Delay);       // time of the arrival in the result, s; 5
+  KROSAC_FIELD(float, moment, Moment);     // seismic moment, in the unit of the programs; 1e22
   KROSAC_FIELD(std::int32_t, verbose, Verbose);           // above 0 the steps are logged; 0
   KROSAC_FIELD(std::int32_t, signalType, SignalType);     // 1: P vertical, 2: P radial, 6: SH; 1
   KROSAC_FIELD(float, tshift, Tshift);                    // added to the result's B, s; 0.8
-  KROSAC_FIELD(std::string, srcModelName, SrcModelName);  // "nearSrc.mod"
-  KROSAC_FIELD(std::string, recModelName, RecModelName);  // "nearRec.mod"
-  KROSAC_FIELD(std::string, earthModelName, EarthModelName);  // "AK135sph.mod"
-  KROSAC_FIELD(std::string, exPath, ExPath);                  // of the programs; "/norvik/bin"
-  // Of models, intermediate and result files; "/norvik/EarthModels/Hudson".
+  KROSAC_FIELD(std::string, srcModelName, SrcModelName);  // crust at the source; "nearSrc.mod"
+  KROSAC_FIELD(std::string, recModelName, RecModelName);  // crust at the receiver; "nearRec.mod"
+  KROSAC_FIELD(std::string, earthModelName, EarthModelName);  // Earth model; "AK135sph.mod"
+  KROSAC_FIELD(std::string, exPath, ExPath);  // folder of the programs; "/norvik/bin"
+  // Folder of models, intermediate and result files; "/norvik/EarthModels/Hudson".
   KROSAC_FIELD(std::string, workPath, WorkPath);
 
   // Runs cleanup.sh of the work path, then hudson96, hpulse96, fmech96 and f96tosac of the program

@@ -33,6 +33,10 @@ static void callFolders(void) {
   expect(strcmp(geographicName, "Central Alaska, United States") == 0, "timegeo/FlinnEngdahl.h");
 }
 
+static void callPlatform(void) {
+  expect(strcmp(krosacVersion(), KROSAC_VERSION) == 0, "platform/Version.h");
+}
+
 static void callSignals(void) {
   float x[5] = {0, 3, 1, 2, 4}, out[4], median, re, im;
   realft(x, 4, 1);
@@ -81,6 +85,7 @@ static void callModels(void) {
 }
 
 int main(void) {
+  callPlatform();
   callFolders();
   callSignals();
   callModels();

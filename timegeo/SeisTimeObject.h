@@ -74,7 +74,7 @@ class KROSAC_API SeisTimeObject : public Archivable {
   float differenceInSecondsFrom(const SeisTimeObject& other);
 
   // ---- Comparing ----
-
+  //
   // Each comparison runs formatTime on both times first.
 
   // Whether year, day, hour, minute, second and millisecond are all equal, without tolerance.
@@ -103,6 +103,7 @@ class KROSAC_API SeisTimeObject : public Archivable {
 
   // ---- Archiving ----
 
+  // The fields under the keys mYr, mMonth, mDate, mHr, mMn, mSec, mMsec and mDay.
   const char* archiveClassName() const override { return "SeisTimeObject"; }
   void encodeWithCoder(KeyedArchiver& coder) const override;
   // Takes the fields as they are archived, without formatTime, and prints the text as setYMDString.
@@ -111,7 +112,8 @@ class KROSAC_API SeisTimeObject : public Archivable {
 
   // ---- Fields ----
 
-  // Setters do not normalise.
+  // Year, month (1 to 12), date (1 to 31), hour, minute, second, millisecond and day of the year (1
+  // is January 1st). Setters do not normalise.
   std::int32_t mYr() const { return mYr_; }
   std::int32_t mMonth() const { return mMonth_; }
   std::int32_t mDate() const { return mDate_; }

@@ -16,14 +16,17 @@ namespace krosac {
 // One row of LocsatTTTable's list of values: distance (degrees), time (s), slowness and depth
 // derivative (s/km).
 struct LocsatTTValue {
+  // -1.0 where there is no time.
   float gcarc, time, slowness, depthDerivative;
 };
 
+// The times of one or more phases at 40 depths and 207 distances, with the names of the phases.
 class KROSAC_API LocsatTTTable : public Object {
  public:
+  // The numbers of nodes that a table has room for.
   static constexpr std::size_t kDepths = 40, kGcarcs = 207;
 
-  // Has no phases and no times.
+  // A table without phases and times. Gives the object.
   Ref<Object> init() override;
 
   // Reads a table by its lines, of which only 127 characters at a time count as a line: a free
@@ -51,6 +54,7 @@ class KROSAC_API LocsatTTTable : public Object {
   // The comma-separated names of the phases that the table serves.
   const OptionalText& phases() const { return phases_; }
   void setPhases(OptionalText phases) { phases_ = std::move(phases); }
+  // Whether the last loading succeeded, or what the caller said since.
   bool hasTimes() const { return hasTimes_; }
   void setHasTimes(bool hasTimes) { hasTimes_ = hasTimes; }
 

@@ -28,7 +28,7 @@ class KROSAC_API PsNMOTableObject : public Object {
   // result is not finite.
   float bilinearDepthFromTime_SrcDepth_Gcarc(float time, float srcdepth, float gcarc) const;
 
-  // The 210 records.
+  // The 210 records: that of source depth i and distance k, by the grid, is 14 i + k.
   const PsNMO* nmos() const { return nmos_; }
 
  private:

@@ -35,13 +35,16 @@ class KROSAC_API TTTableObject : public Object {
   // source depth (km). The phase, in any case, is one of "p", "s", "pp", "ss", "sp", "ps", "pcp",
   // "scs", "pcs", "scp", "sksac", "sksdf", "pkpab", "pkpdf", "pklikp" (the inner-core arrival,
   // reflected at short distances), and the depth phases "lpp", "lsp", "lss", "lps" (pP, sP, sS,
-  // pS). -12345.0 in each field outside the table and for any other name.
+  // pS). -12345.0 in each field outside the table and for any other name. "p" is answered within
+  // the rows of the S table (intended).
   SeismicPhase GetTTPhase_GCARC_Depth(std::string_view phase, float gcarc, float depth) const;
 
   // The same with the slowness and depth derivative (s/km) of GetTTTimeSlownesses.
   SeismicPhaseTimeSlowness GetTTimeSlownessesForPhase_GCARC_Depth(std::string_view phase,
                                                                   float gcarc, float depth) const;
 
+  // Each table: times in s, row after row, a row being 18 depths at one whole degree; and the rows
+  // that were read.
   KROSAC_TT_TABLE(p, 145)
   KROSAC_TT_TABLE(s, 144)
   KROSAC_TT_TABLE(pcp, 99)
