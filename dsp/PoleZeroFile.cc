@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "krosac/platform/RegularFileInternal.h"
 #include "krosac/platform/Text.h"
 
 namespace krosac {
@@ -92,7 +93,7 @@ void parse(std::FILE* file, Response& response) {
 }
 
 bool read(const char* path, Response& response) {
-  std::FILE* file = path ? std::fopen(path, "r") : nullptr;
+  std::FILE* file = openRegularStream(path);
   if (!file) return false;
   parse(file, response);
   const bool complete = !std::ferror(file);

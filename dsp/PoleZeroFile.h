@@ -13,7 +13,7 @@ KROSAC_C_BEGIN
 // counts are 0 and the constant is 1; a repeated line starts its section anew. Lines that are no
 // pair are skipped, and of a line its first 256 bytes are read.
 // Returns 0; -1 with a message on standard error, and nothing written, when the file cannot be
-// opened or read.
+// opened or read, or is no regular file (a pipe or a device may have no end).
 KROSAC_API int ParsePoleZeroFile(const char* path, float poles[], float zeros[], float* C,
                                  int* nPoles, int* nZeros);
 

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "krosac/platform/RegularFileInternal.h"
 #include "krosac/platform/Text.h"
 
 namespace krosac {
@@ -136,12 +137,10 @@ Ref<ByteBuffer> ByteBuffer::copyOf(const void* bytes, std::size_t length) {
 }
 
 Ref<ByteBuffer> ByteBuffer::fromFile(const std::string& path) {
-  // Not blocking, so that opening a pipe that nobody writes to comes back.
-  File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  struct stat status;
-  if (!file.isOpen() || ::fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode))
-    return nullptr;
-  auto buffer = unfilled(static_cast<std::size_t>(status.st_size));
+  std::int64_t size = 0;
+  File file(openRegularFile(path.c_str(), &size));
+  if (!file.isOpen()) return nullptr;
+  auto buffer = unfilled(static_cast<std::size_t>(size));
   if (!buffer || !file.readAll(buffer->bytes_, buffer->length_)) return nullptr;
   return buffer;
 }

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "krosac/platform/RegularFileInternal.h"
+
 namespace krosac {
 namespace {
 
@@ -15,8 +17,10 @@ namespace {
 // a count below 1, is none.
 class Stream {
  public:
-  Stream(const char* path, const char* mode) noexcept
-      : file_(path ? std::fopen(path, mode) : nullptr) {}
+  static Stream reading(const char* path) noexcept { return Stream(openRegularStream(path)); }
+  static Stream writing(const char* path) noexcept {
+    return Stream(path ? std::fopen(path, "w") : nullptr);
+  }
   ~Stream() { close(); }
   Stream(const Stream&) = delete;
   Stream& operator=(const Stream&) = delete;
@@ -38,6 +42,8 @@ class Stream {
   }
 
  private:
+  explicit Stream(std::FILE* file) noexcept : file_(file) {}
+
   template <typename T>
   static std::size_t bytes(std::int32_t count) {
     return static_cast<std::size_t>(count) * sizeof(T);
@@ -75,7 +81,7 @@ std::int32_t IsSacFile(const char* path) {
   if (!path || ::stat(path, &file) != 0) return -1;
   if (file.st_size < static_cast<std::int64_t>(kSacHeaderBytes)) return -1;
   SacHeader header;
-  if (!Stream(path, "rb").read(&header)) return -1;
+  if (!Stream::reading(path).read(&header)) return -1;
   if (!(header.DELTA > 0.0f) || header.NPTS < 1 || header.NVHDR < 0) return -1;
   const auto longest = static_cast<std::int64_t>(kSacHeaderBytes) + std::int64_t{4} * header.NPTS;
   return file.st_size <= longest ? 1 : -1;
@@ -92,14 +98,14 @@ void NewSacHeader(SacHeader* header) {
 }
 
 void ReadSACHeader(const char* path, SacHeader* header, std::int32_t* status) {
-  Stream file(path, "rb");
+  Stream file = Stream::reading(path);
   const bool good = file.read(header);
   setStatus(status, file.close() && good);
 }
 
 void ReadSACfile(const char* path, float* samples, SacHeader* header, std::int32_t max,
                  std::int32_t* status) {
-  Stream file(path, "rb");
+  Stream file = Stream::reading(path);
   bool good = file.read(header);
   if (good) {
     header->NPTS = std::min(header->NPTS, max);
@@ -124,7 +130,7 @@ void ReadSAC1(const char* path, float* samples, std::int32_t* npts, float* delta
 void ReadSAC2(const char* path, std::int32_t* n, float* second, float* first, std::int32_t max,
               std::int32_t* status) {
   SacHeader header;
-  Stream file(path, "rb");
+  Stream file = Stream::reading(path);
   bool good = file.read(&header);
   if (good) {
     const std::int32_t count = std::min(header.NPTS, max);
@@ -138,7 +144,7 @@ void WriteSACfile(const char* path, const float* samples, std::int32_t* status, 
   setStatus(status, false);
   if (!canBeWritten(samples, header.NPTS)) return;
   header.E = static_cast<float>(header.NPTS - 1) * header.DELTA + header.B;
-  Stream file(path, "w");
+  Stream file = Stream::writing(path);
   const bool good = file.write(&header) && file.write(samples, header.NPTS);
   setStatus(status, file.close() && good);
 }
@@ -158,7 +164,7 @@ void WriteSAC2(const char* path, std::int32_t n, const float* x, const float* y,
   header.IFTYPE = kSacXY;
   header.LEVEN = 0;
 
-  Stream file(canBeWritten(x, n) && canBeWritten(y, n) ? path : nullptr, "w");
+  Stream file = Stream::writing(canBeWritten(x, n) && canBeWritten(y, n) ? path : nullptr);
   const char* problem = nullptr;
   if (!file.isOpen()) {
     problem = "creating";

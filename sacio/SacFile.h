@@ -2,8 +2,9 @@
 //
 // Headers and samples lie in the caller's own buffers; nothing is allocated, kept or byte-swapped.
 // Unless a function says otherwise its last word is `status`: 0 for success, -1 for any failure,
-// also of closing the file. A null path, header or sample array, or a negative count, is a failure;
-// a null status or output is passed over. A failed read may have filled part of its arrays, a
+// also of closing the file. A null path, header or sample array, or a negative count, is a failure,
+// and so is reading what is no regular file (a pipe would block, a device could have no end); a
+// null status or output is passed over. A failed read may have filled part of its arrays, a
 // failed write may leave part of a file. Bad arguments of the writers are refused before the file
 // is touched.
 #ifndef KROSAC_SACIO_SACFILE_H

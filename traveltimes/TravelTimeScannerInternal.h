@@ -2,8 +2,6 @@
 #ifndef KROSAC_TRAVELTIMES_TRAVELTIMESCANNERINTERNAL_H
 #define KROSAC_TRAVELTIMES_TRAVELTIMESCANNERINTERNAL_H
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +13,7 @@
 #include <new>
 #include <string_view>
 
+#include "krosac/platform/RegularFileInternal.h"
 #include "krosac/platform/Resources.h"
 #include "krosac/platform/Text.h"
 
@@ -84,9 +83,8 @@ class TravelTimeScanner {
 
   // False when there is no regular file of this path that can be read.
   bool open(const char* path) noexcept {
-    file_ = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    struct stat status;
-    return file_ >= 0 && ::fstat(file_, &status) == 0 && S_ISREG(status.st_mode);
+    file_ = openRegularFile(path);
+    return file_ >= 0;
   }
 
   // Opens the resource `name`.txt. Its path takes at most 1023 characters.
