@@ -151,6 +151,7 @@ void useArrays(Arguments& a) {
   const std::size_t count = a.index(300);
   const int n = static_cast<int>(count);
   auto x = a.reals(count), out = std::vector<float>(count + 1);
+  x.reserve(1);  // an array also where it is empty
   const float* before = x.data() - 1;  // unit offset
   std::int32_t length = 0;
   float value = 0.0f;
