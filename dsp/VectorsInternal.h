@@ -13,7 +13,8 @@ namespace {
 
 using Float4 = float __attribute__((vector_size(16)));
 
-// Copies, since Clang takes the alignment of a vector type for granted, whatever its attributes say.
+// Copies, since Clang takes the alignment of a vector type for granted, whatever its attributes
+// say.
 inline Float4 load(const float* from) {
   Float4 value;
   __builtin_memcpy(&value, from, sizeof value);

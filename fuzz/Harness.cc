@@ -100,8 +100,8 @@ float Arguments::real() {
 }
 
 std::int32_t Arguments::integer() {
-  static constexpr std::int32_t kSpecial[] = {INT32_MIN, INT32_MIN + 1, -12345,       -1,
-                                              0,         1,             INT32_MAX - 1, INT32_MAX};
+  static constexpr std::int32_t kSpecial[] = {INT32_MIN, INT32_MIN + 1, -12345,   -1, 0,
+                                              1,         INT32_MAX - 1, INT32_MAX};
   switch (ConsumeIntegralInRange(0, 2)) {
     case 0:
       return PickValueInArray(kSpecial);

@@ -65,7 +65,8 @@ template <typename T>
 void requireStableArchive(const T& object) {
   const auto settled = krosac::archivedCopy(object);
   require(settled && true);
-  const auto first = krosac::archive(*settled), second = krosac::archive(*krosac::unarchive<T>(*first));
+  const auto first = krosac::archive(*settled),
+             second = krosac::archive(*krosac::unarchive<T>(*first));
   require(first->length() == second->length() &&
           std::equal(first->bytes(), first->bytes() + first->length(), second->bytes()));
 }

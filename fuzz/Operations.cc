@@ -52,12 +52,12 @@ std::vector<Ref<SacObject>> group(SacObject& s, SacObject& other, Arguments& a) 
 void setRealField(SacObject& s, Arguments& a) {
   using Setter = void (SacObject::*)(float);
   static constexpr Setter kSetters[] = {
-      &SacObject::setDelta,          &SacObject::setBeginTime,
-      &SacObject::setEndTime,        &SacObject::setoriginTimeOffset,
-      &SacObject::setPTime,          &SacObject::setDistance,
-      &SacObject::setGcarc,          &SacObject::setAzimuth,
-      &SacObject::setBackazimuth,    &SacObject::setComponentAzimuth,
-      &SacObject::setMagnitude,      &SacObject::setComponentIncAngle};
+      &SacObject::setDelta,       &SacObject::setBeginTime,
+      &SacObject::setEndTime,     &SacObject::setoriginTimeOffset,
+      &SacObject::setPTime,       &SacObject::setDistance,
+      &SacObject::setGcarc,       &SacObject::setAzimuth,
+      &SacObject::setBackazimuth, &SacObject::setComponentAzimuth,
+      &SacObject::setMagnitude,   &SacObject::setComponentIncAngle};
   const Setter setter = a.PickValueInArray(kSetters);
   (s.*setter)(a.real());
 }
@@ -163,14 +163,12 @@ constexpr Operation kOperations[] = {
     [](SacObject& s, SacObject&, Arguments& a) {
       s.replaceReferenceTimeWith(a.ConsumeBool() ? anyTime(a) : nullptr);
     },
-    [](SacObject& s, SacObject&, Arguments& a) {
-      s.adjustReferenceTimeToNSCalendarDate(a.date());
-    },
+    [](SacObject& s, SacObject&, Arguments& a) { s.adjustReferenceTimeToNSCalendarDate(a.date()); },
     [](SacObject& s, SacObject&, Arguments& a) { s.adjustReferenceTimeToNSDate(a.date()); },
     [](SacObject& s, SacObject&, Arguments& a) { s.setReferenceTime(*anyTime(a)); },
     [](SacObject& s, SacObject&, Arguments& a) {
-      s.setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(
-          a.integer(), a.integer(), a.integer(), a.integer(), a.integer(), a.real());
+      s.setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(a.integer(), a.integer(), a.integer(),
+                                                         a.integer(), a.integer(), a.real());
     },
     [](SacObject& s, SacObject&, Arguments& a) { s.ZeroThisTime(a.real()); },
     [](SacObject& s, SacObject&, Arguments& a) { s.shiftTimesBy(a.real()); },
@@ -239,9 +237,7 @@ constexpr Operation kOperations[] = {
     },
     [](SacObject& s, SacObject&, Arguments& a) { s.TstarFilter(a.real()); },
     [](SacObject& s, SacObject&, Arguments& a) { s.CosineTimeFunctionFilterDuration(a.real()); },
-    [](SacObject& s, SacObject&, Arguments& a) {
-      s.TrapezoidFilter(a.real(), a.real(), a.real());
-    },
+    [](SacObject& s, SacObject&, Arguments& a) { s.TrapezoidFilter(a.real(), a.real(), a.real()); },
     [](SacObject& s, SacObject&, Arguments&) { s.Envelope(); },
     [](SacObject& s, SacObject&, Arguments&) { s.InstantaneousPeriod(); },
     [](SacObject& s, SacObject&, Arguments& a) { s.NoiseFilterStartingAtTime(a.real()); },
@@ -302,8 +298,8 @@ constexpr Operation kOperations[] = {
     [](SacObject& s, SacObject& other, Arguments& a) {
       std::int32_t shift = a.integer();
       float misfit = 0.0f;
-      (a.ConsumeBool() ? krosac::L1SacFracMisfitWithShift
-                       : krosac::L2SacFracMisfitWithShift)(s, other, &shift, &misfit);
+      (a.ConsumeBool() ? krosac::L1SacFracMisfitWithShift : krosac::L2SacFracMisfitWithShift)(
+          s, other, &shift, &misfit);
     },
     [](SacObject& s, SacObject& other, Arguments& a) {
       krosac::saRemoveCollectiveMean(group(s, other, a));

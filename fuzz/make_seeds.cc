@@ -114,9 +114,9 @@ void makeArchives(const fs::path& folder) {
 void makeTables(const fs::path& data, const fs::path& folder) {
   const Corpus corpus(folder, "tables");
   // The reader that the first byte chooses, and the file for it, cut where it is long.
-  const std::pair<char, const char*> readers[] = {
-      {0, "jbtables"}, {1, "pcp"}, {2, "iasp91_p"}, {3, "iasp91_pcs"}, {4, "PsNMO"},
-      {5, "locsat_P"}, {6, "pcp"}};
+  const std::pair<char, const char*> readers[] = {{0, "jbtables"},   {1, "pcp"},   {2, "iasp91_p"},
+                                                  {3, "iasp91_pcs"}, {4, "PsNMO"}, {5, "locsat_P"},
+                                                  {6, "pcp"}};
   for (const auto& [reader, name] : readers) {
     const std::string table = read(data / (std::string(name) + ".txt"));
     for (const std::size_t length : {std::size_t{3000}, std::size_t{60000}}) {

@@ -44,8 +44,8 @@ class Text {
 };
 
 constexpr std::string_view kNames[] = {
-    "B",     "e",     "DELTA", "DEPMIN", "stla", "T0",    "USER9",  "NPTS",   "NVHDR", "nzyear",
-    "KSTNM", "kcmpnm", "IFTYPE", "LEVEN", "",     "NPTS ", "A",      "GCARC",  "DIST",  "ITIME"};
+    "B",     "e",      "DELTA",  "DEPMIN", "stla", "T0",    "USER9", "NPTS",  "NVHDR", "nzyear",
+    "KSTNM", "kcmpnm", "IFTYPE", "LEVEN",  "",     "NPTS ", "A",     "GCARC", "DIST",  "ITIME"};
 
 template <typename T>
 T* orNull(T* value, Arguments& a) {
@@ -124,9 +124,8 @@ void useFiles(const std::string& input, Arguments& a) {
     default:
       // The caller's array holds NPTS values.
       first.resize(static_cast<std::size_t>(std::clamp(ghdr.NPTS, 0, 100000)));
-      return krosac::wsac0_(scratch.c_str(), nullptr,
-                            ghdr.NPTS <= 100000 ? first.data() : nullptr, &error,
-                            static_cast<int>(scratch.size()));
+      return krosac::wsac0_(scratch.c_str(), nullptr, ghdr.NPTS <= 100000 ? first.data() : nullptr,
+                            &error, static_cast<int>(scratch.size()));
   }
 }
 

@@ -151,11 +151,11 @@ void useArrays(Arguments& a) {
   const std::size_t count = a.index(300);
   const int n = static_cast<int>(count);
   auto x = a.reals(count), out = std::vector<float>(count + 1);
-  x.reserve(1);  // an array also where it is empty
+  x.reserve(1);                        // an array also where it is empty
   const float* before = x.data() - 1;  // unit offset
   std::int32_t length = 0;
   float value = 0.0f;
-  switch (a.ConsumeIntegralInRange(0, 8)) {
+  switch (a.ConsumeIntegralInRange(0, 10)) {
     case 0:
       krosac::vmax(x.data(), n);
       krosac::vmin(x.data(), n);
@@ -194,6 +194,25 @@ void useArrays(Arguments& a) {
     case 7:
       krosac::realft(const_cast<float*>(before), count, a.ConsumeBool() ? 1 : -1);
       break;
+    case 8: {
+      krosac::BUFilterDesign design{};
+      krosac::BUroots(&design, a.integer());
+      if (a.ConsumeBool()) design.nSections = a.integer();
+      (a.ConsumeBool() ? krosac::LP : krosac::LPtoHP)(&design);
+      krosac::CutOffs(&design, krosac::warp(a.real(), a.real()));
+      krosac::BiLin(&design);
+      krosac::Apply(&design, x.data(), n, a.integer());
+      break;
+    }
+    case 9: {
+      const auto taps = a.reals(1 + a.index(40));
+      std::vector<float> delay(taps.size());
+      const int factor = a.ConsumeIntegralInRange(1, 9);
+      krosac::decimorig(factor, static_cast<std::int32_t>(taps.size()), taps.data(), delay.data(),
+                        n - n % factor, x.data(), out.data(), &length);
+      require(length == n / factor);
+      break;
+    }
     default: {
       krosac::QuasiRandomContext context{};
       krosac::QuasiRandomInitialize(&context, a.integer());

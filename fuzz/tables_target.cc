@@ -19,8 +19,8 @@ namespace {
 using namespace fuzz;
 using krosac::make;
 
-constexpr const char* kPhases[] = {"p",     "s",     "pp",    "ss",     "sp",  "ps",  "pcp",
-                                   "scs",   "pcs",   "scp",   "sksac",  "lpp", "lss", "lps",
+constexpr const char* kPhases[] = {"p",     "s",     "pp",    "ss",    "sp",  "ps",  "pcp",
+                                   "scs",   "pcs",   "scp",   "sksac", "lpp", "lss", "lps",
                                    "sksdf", "pkpab", "pkpdf", "pkikp", "lsp"};
 
 // The folder of data files, each of which is the input.

@@ -47,8 +47,7 @@ bool readsPoles(const std::string& path) {
   float poles[64], zeros[64], constant;
   int nPoles = 0, nZeros = 0;
   testing::internal::CaptureStderr();
-  const int outcome =
-      ParsePoleZeroFile(path.c_str(), poles, zeros, &constant, &nPoles, &nZeros);
+  const int outcome = ParsePoleZeroFile(path.c_str(), poles, zeros, &constant, &nPoles, &nZeros);
   return testing::internal::GetCapturedStderr().empty() && outcome == 0;
 }
 
