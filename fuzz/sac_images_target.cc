@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string path = asFile(image);
 
   // What a loader allocates is the image, a few texts and the objects themselves.
-  AllocationLimit limit(size + 4096);
+  AllocationLimit loading(size + 4096);
   readPlainly(path, arguments.ConsumeIntegralInRange<std::int32_t>(-1, 1000));
   swapBytes(image);
   auto loaded = make<SacObject>(), replaced = make<SacObject>(), viewed = make<SacObject>();
@@ -71,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (isLoaded) krosac::alloc<SacObject>()->InitWithSeisObject(*loaded);
   }
   // Operations ask for the memory that their arguments ask for, so only loading is limited.
-  AllocationLimit noLimit(std::size_t{1} << 28);
+  AllocationLimit operating(std::size_t{1} << 28);
   if (isLoaded) use(*loaded, arguments);
   if (isReplaced) use(*replaced, arguments);
   if (isViewed) use(*viewed, arguments);
