@@ -181,11 +181,13 @@ float uniformSampleTimeSeries::interpolateValueAtRelativeTime(float t) const {
   const auto x = samples();
   if (!covers(t)) return kNoValue;
   if (t == 0.0f) return x[0];
+  // The last sample, whose time may be infinite, before a place is looked for.
+  if (t == delta_ * static_cast<float>(x.size() - 1)) return x.back();
   const float place = std::floor(t / delta_);
-  const auto k = static_cast<std::size_t>(place);
-  // The last sample, also where the quotient rounds up to it.
-  if (t == delta_ * static_cast<float>(x.size() - 1) || k + 1 >= x.size()) return x.back();
-  return x[k] + (t - place * delta_) * (x[k + 1] - x[k]) / delta_;
+  const std::int64_t next = std::int64_t{truncIndex(place)} + 1;
+  if (next < 1 || next >= std::ssize(x)) return x.back();  // the quotient rounded up to it
+  const float before = x[static_cast<std::size_t>(next - 1)];
+  return before + (t - place * delta_) * (x[static_cast<std::size_t>(next)] - before) / delta_;
 }
 
 // ---- Calculus, filters and pulses ----

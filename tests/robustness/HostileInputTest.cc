@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <limits>
 #include <string>
 
 #include "CapturedLog.h"
@@ -82,6 +83,16 @@ TEST(HostileInput, NoReaderTakesAPipeOrADevice) {
     for (const std::string& path : {folder.path("pipe"), std::string("/dev/zero"), folder.path()})
       EXPECT_FALSE(reads(path)) << path;
   }
+}
+
+// The end of such a series is at infinity, which is no place to interpolate at.
+TEST(HostileInput, AnEndlessSeriesEndsWithItsLastSample) {
+  auto s = make<uniformSampleTimeSeries>();
+  ASSERT_TRUE(s->initWithZerosNpts_Delta(300, 3e38f));
+  s->dataPointer()[0] = 2.0f;
+  s->dataPointer()[299] = 5.0f;
+  EXPECT_EQ(s->interpolateValueAtRelativeTime(std::numeric_limits<float>::infinity()), 5.0f);
+  EXPECT_EQ(s->interpolateValueAtRelativeTime(1.5e38f), 1.0f);
 }
 
 }  // namespace
