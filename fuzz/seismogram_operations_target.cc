@@ -4,7 +4,7 @@
 using namespace fuzz;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  constexpr int kLongestChain = 16;
+  constexpr int kLongestChain = 8;
   Arguments arguments(data, size);
   const auto s = arguments.seismogram(), other = arguments.seismogram();
   // The greatest that any operation makes is a pulse of 2^24 weights.

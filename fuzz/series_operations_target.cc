@@ -21,6 +21,9 @@ using krosac::ByteBuffer;
 using krosac::make;
 using krosac::Ref;
 
+// Short, since a single pulse can take a third of a second.
+constexpr int kLongestChain = 4;
+
 Ref<ByteBuffer> buffer(const std::vector<float>& values) {
   return ByteBuffer::copyOf(values.data(), values.size() * sizeof(float));
 }
@@ -32,7 +35,7 @@ void useSeries(Arguments& a) {
   if (a.ConsumeBool()) s->setData(buffer(a.reals(a.index(300))));
   if (a.ConsumeBool()) s->setNpts(a.integer());
   if (a.ConsumeBool()) s->setDelta(0.25f);
-  for (int i = 0; i < 8 && a.remaining_bytes() > 0; ++i) {
+  for (int i = 0; i < kLongestChain && a.remaining_bytes() > 0; ++i) {
     switch (a.ConsumeIntegralInRange(0, 17)) {
       case 0:
         s->computeExtrema();
@@ -106,7 +109,7 @@ void useSpectrum(Arguments& a) {
   if (a.ConsumeBool()) s->setNpts(a.integer());
   if (a.ConsumeBool()) s->setDf(a.real());
   s->nextPowerOfTwoPts(a.integer());
-  for (int i = 0; i < 8 && a.remaining_bytes() > 0; ++i) {
+  for (int i = 0; i < kLongestChain && a.remaining_bytes() > 0; ++i) {
     switch (a.ConsumeIntegralInRange(0, 10)) {
       case 0:
         s->computeExtrema();
