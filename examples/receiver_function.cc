@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <functional>
 #include <numbers>
-#include <ranges>
 #include <string>
 #include <vector>
 

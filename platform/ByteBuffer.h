@@ -18,8 +18,8 @@ class KROSAC_API ByteBuffer final : public Object {
   static Ref<ByteBuffer> zeroed(std::size_t length);
   static Ref<ByteBuffer> copyOf(const void* bytes, std::size_t length);
 
-  // The bytes of a regular file; empty when it cannot be opened or read whole, or is no regular
-  // file (a pipe or a device would have no end).
+  // The bytes of a regular file; empty when it cannot be opened or read whole, changes its length
+  // meanwhile, or is no regular file (a pipe or a device would have no end).
   static Ref<ByteBuffer> fromFile(const std::string& path);
 
   // The bytes, valid as long as the buffer lives, and their number.

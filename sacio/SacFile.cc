@@ -34,7 +34,9 @@ class Stream {
   // `count` values as one item.
   template <typename T>
   bool read(T* to, std::int32_t count = 1) noexcept {
-    return file_ && to && count > 0 && std::fread(to, bytes<T>(count), 1, file_) == 1;
+    if (!file_ || !to || count <= 0 || std::fread(to, bytes<T>(count), 1, file_) != 1) return false;
+    bytesRead_ += static_cast<std::int64_t>(bytes<T>(count));
+    return stillHoldsWhatWasRead();
   }
   template <typename T>
   bool write(const T* from, std::int32_t count = 1) noexcept {
@@ -49,7 +51,15 @@ class Stream {
     return static_cast<std::size_t>(count) * sizeof(T);
   }
 
+  // A page that a shrinking file loses is read as zeros when its length was looked up before.
+  bool stillHoldsWhatWasRead() const noexcept {
+    struct stat now;
+    return ::fstat(::fileno(file_), &now) == 0 &&
+           (!S_ISREG(now.st_mode) || now.st_size >= bytesRead_);
+  }
+
   std::FILE* file_;
+  std::int64_t bytesRead_ = 0;
 };
 
 void setStatus(std::int32_t* status, bool good) {

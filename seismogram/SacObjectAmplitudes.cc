@@ -37,8 +37,8 @@ float ramped(float sample, std::int64_t d, std::int32_t m) {
 }  // namespace
 
 std::pair<double, double> SacObject::ComputeMinMaxInRange(float t1, float t2) const {
-  const auto x = samples();
-  const auto n = static_cast<std::int64_t>(x.size());
+  const float* const x = samples().data();
+  const std::int64_t n = std::ssize(samples());
   const Window window(t1, t2, b(), delta());
   if (window.first == 0 && window.end == n) return {smin(), smax()};
   // A window that starts right behind the last sample holds none, so it counts as off the trace.
@@ -52,8 +52,8 @@ std::pair<double, double> SacObject::ComputeMinMaxInRange(float t1, float t2) co
 }
 
 float SacObject::ComputePowerFrom_To(float t1, float t2) const {
-  const auto x = samples();
-  const auto n = static_cast<std::int64_t>(x.size());
+  const float* const x = samples().data();
+  const std::int64_t n = std::ssize(samples());
   const Window window(t1, t2, b(), delta());
   if (window.isOff(n)) return 0.0f;
   const std::int64_t end = std::min<std::int64_t>(window.end, n);
@@ -193,8 +193,8 @@ void SacObject::ZeroAmplitudesAfterTime_TaperLength(float t, std::int32_t length
 }
 
 void SacObject::ZeroAmplitudesBeforeTime_TaperLength(float t, std::int32_t length) {
-  const auto x = samples();
-  const auto n = static_cast<std::int64_t>(x.size());
+  float* const x = samples().data();
+  const std::int64_t n = std::ssize(samples());
   const std::int64_t k =
       std::min<std::int64_t>(wholeSecondIndex(t, b(), delta(), static_cast<float>(length)), n);
   if (k < 0) return;

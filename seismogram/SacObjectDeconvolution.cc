@@ -148,8 +148,8 @@ std::pair<double, double> SacObject::GetOptimalShift(SacObject& other) {
 
 void SacObject::subtractZeroLagGaussian(float k) {
   constexpr double kFitted = 5.0;  // s before time 0
-  const auto x = samples();
-  const std::int64_t n = std::ssize(x), zero = truncIndex(-b() / delta()),
+  float* const x = samples().data();
+  const std::int64_t n = std::ssize(samples()), zero = truncIndex(-b() / delta()),
                      first = truncIndex((-kFitted - b()) / delta());
   if (!(b() <= 0.0f) || zero == kNoIndex || first == kNoIndex) return;
   const auto pulse = [&](std::int64_t m) {

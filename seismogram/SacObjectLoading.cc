@@ -1,11 +1,8 @@
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <bit>
+#include <cstring>
 
 #include "krosac/platform/Log.h"
 #include "krosac/sacio/ByteOrder.h"
-#include "krosac/sacio/SacFile.h"
 #include "krosac/seismogram/SacObject.h"
 #include "krosac/timegeo/Calendar.h"
 
@@ -39,27 +36,19 @@ bool isForeign(const SacHeader& raw, std::int64_t fileBytes) {
 
 // Reads a file into an image that exists: its header and at most as many samples as there is room
 // for. The words of a file in the opposite byte order stay as they are, but for an NPTS that says
-// how many samples were read. False when the file cannot be read.
-bool readIntoImage(const std::string& path, SacHeader& h, float* samples, std::size_t capacity,
-                   bool& foreign) {
-  const auto most = static_cast<std::int32_t>(std::min<std::size_t>(capacity, INT32_MAX));
-  struct stat status;
-  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-  std::int32_t error = 0;
-  SacHeader raw;
-  ReadSACHeader(path.c_str(), &raw, &error);
-  if (error != 0) return false;
-  foreign = isForeign(raw, status.st_size);
-  if (!foreign) {
-    ReadSACfile(path.c_str(), samples, &h, most, &error);
-    return error == 0;
-  }
-  const std::int32_t count = std::min(swapped(raw).NPTS, most);
+// how many samples were read. False when the file cannot be read. The file is looked at once, so
+// that the byte order found is that of the samples taken, also where others replace it meanwhile.
+bool readIntoImage(const std::string& path, SacHeader& h, std::size_t capacity, bool& foreign) {
   const auto file = ByteBuffer::fromFile(path);
-  if (count < 1 || !file || static_cast<std::int64_t>(file->length()) < imageBytes(count))
-    return false;
-  std::copy_n(file->bytes(), imageBytes(count), reinterpret_cast<unsigned char*>(&h));
-  h.NPTS = static_cast<std::int32_t>(__builtin_bswap32(static_cast<std::uint32_t>(count)));
+  if (!file || file->length() < kSacHeaderBytes) return false;
+  const auto& raw = *reinterpret_cast<const SacHeader*>(file->bytes());
+  foreign = isForeign(raw, static_cast<std::int64_t>(file->length()));
+  const auto most = static_cast<std::int32_t>(std::min<std::size_t>(capacity, INT32_MAX));
+  const std::int32_t count = std::min((foreign ? swapped(raw) : raw).NPTS, most);
+  if (count < 1 || static_cast<std::int64_t>(file->length()) < imageBytes(count)) return false;
+  std::memcpy(static_cast<void*>(&h), file->bytes(), static_cast<std::size_t>(imageBytes(count)));
+  const auto word = static_cast<std::uint32_t>(count);
+  h.NPTS = static_cast<std::int32_t>(foreign ? __builtin_bswap32(word) : word);
   return true;
 }
 
@@ -141,7 +130,7 @@ bool SacObject::replaceSacObjectDataWithPath(const std::string& path) {
   verbose_ = 0;
   bool foreign = false;
   setupPointers();
-  if (!h_ || !readIntoImage(path, *h_, seis_, capacity_, foreign)) {
+  if (!h_ || !readIntoImage(path, *h_, capacity_, foreign)) {
     log("Problem reading bytes in %s", path.c_str());
     return false;
   }

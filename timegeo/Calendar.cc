@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <numeric>
 
 namespace krosac {
 namespace {
@@ -29,8 +30,8 @@ std::int32_t ndaysinyear(std::int32_t year) {
 std::int32_t doy(std::int32_t year, std::int32_t month, std::int32_t date) {
   const auto lengths = monthLengths(year);
   const std::int32_t monthsBefore = std::clamp(month, 1, 12) - 1;
-  std::int64_t day = date;
-  for (std::int32_t m = 0; m < monthsBefore; ++m) day += lengths[m];
+  const auto day =
+      std::accumulate(lengths.begin(), lengths.begin() + monthsBefore, std::int64_t{date});
   return static_cast<std::int32_t>(
       std::min<std::int64_t>(day, std::numeric_limits<std::int32_t>::max()));
 }
@@ -39,9 +40,9 @@ std::int32_t monthdate(std::int32_t year, std::int32_t day, std::int32_t* month,
                        std::int32_t* date) {
   if (day > ndaysinyear(year)) return -1;
   const auto lengths = monthLengths(year);
-  std::int32_t m = 0;
+  std::size_t m = 0;
   while (lengths[m] < day) day -= lengths[m++];
-  if (month) *month = m + 1;
+  if (month) *month = static_cast<std::int32_t>(m) + 1;
   if (date) *date = day;
   return 1;
 }

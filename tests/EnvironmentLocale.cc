@@ -1,0 +1,17 @@
+// Linked into every test program: the locale of the environment becomes the program's, so that all
+// tests also run where numbers are written with a decimal comma and grouped thousands.
+#include <locale>
+#include <stdexcept>
+
+namespace {
+
+const bool kTaken = [] {
+  try {
+    std::locale::global(std::locale(""));
+  } catch (const std::runtime_error&) {
+    return false;  // the environment names a locale that the machine has not
+  }
+  return true;
+}();
+
+}  // namespace
