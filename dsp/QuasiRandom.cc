@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstddef>
-#include <mutex>
+#include <cstdint>
 #include <new>
 
 #include "krosac/dsp/SobolTablesInternal.h"
@@ -36,28 +36,13 @@ void fillDimension(Directions& v, int d) {
   }
 }
 
-// The shared table and the count of contexts that use it. Contexts may come and go on any thread.
-std::mutex sharedMutex;
-Directions* sharedDirections = nullptr;
-std::int64_t instances = 0;
-
-bool acquireDirections() {
-  const std::lock_guard lock(sharedMutex);
-  if (instances == 0) {
-    sharedDirections = new (std::nothrow) Directions;
-    if (!sharedDirections) return false;
-    for (int d = 0; d < kSobolDimensions; ++d) fillDimension(*sharedDirections, d);
-  }
-  ++instances;
-  return true;
-}
-
-void releaseDirections() {
-  const std::lock_guard lock(sharedMutex);
-  if (--instances > 0) return;
-  delete sharedDirections;
-  sharedDirections = nullptr;
-}
+// The table that all contexts share. It never changes after the library was loaded, so that
+// contexts may come and go on any thread without a lock.
+const Directions sharedDirections = [] {
+  Directions all;
+  for (int d = 0; d < kSobolDimensions; ++d) fillDimension(all, d);
+  return all;
+}();
 
 }  // namespace
 
@@ -65,10 +50,7 @@ std::int32_t QuasiRandomInitialize(QuasiRandomContext* context, std::int32_t d) 
   const std::int32_t dimensions = std::clamp<std::int32_t>(d, 0, kSobolDimensions);
   *context = {kReleased, 0, 0, nullptr};
   auto* point = new (std::nothrow) std::uint64_t[static_cast<std::size_t>(dimensions)]();
-  if (!point || !acquireDirections()) {
-    delete[] point;
-    return kReleased;
-  }
+  if (!point) return kReleased;
   *context = {d > kSobolDimensions ? -1 : 0, dimensions, 0, point};
   return context->status;
 }
@@ -77,7 +59,7 @@ void QuasiRandomNumber(QuasiRandomContext* context, float* out) {
   if (!context->point) return;
   const int bit = std::min(std::countr_one(context->counter), kBits - 1);
   ++context->counter;
-  const std::uint64_t* directions = sharedDirections->number[bit];
+  const std::uint64_t* directions = sharedDirections.number[bit];
   for (std::int32_t d = 0; d < context->dimensions; ++d) {
     context->point[d] ^= directions[d];
     out[d] = static_cast<float>(static_cast<double>(context->point[d]) * kScale);
@@ -85,7 +67,6 @@ void QuasiRandomNumber(QuasiRandomContext* context, float* out) {
 }
 
 void QuasiRandomRelease(QuasiRandomContext* context) {
-  if (context->point) releaseDirections();
   delete[] context->point;
   *context = {kReleased, 0, 0, nullptr};
 }

@@ -8,8 +8,8 @@
 
 KROSAC_C_BEGIN
 
-// One running sequence. The contexts share one table of direction numbers, made for the first and
-// freed with the last; each context is for one thread at a time.
+// One running sequence. All share one constant table of direction numbers, so contexts may come and
+// go on any thread; each context is for one thread at a time.
 typedef struct QuasiRandomContext {
   int32_t status;      // 0; -1 when the dimensions were limited to 52; -9 when it holds no sequence
   int32_t dimensions;  // 0..52

@@ -256,13 +256,13 @@ bool KeyedUnarchiver::skipValue(std::size_t& at, unsigned char type) const {
     case kBytes:
       return getText(at, text);
     case kTexts:
-      if (!getNumber(at, count)) return false;
+      if (!getCount(at, count)) return false;
       for (; count > 0; --count) {
         if (!getText(at, text)) return false;
       }
       return true;
     case kObjects:
-      if (!getNumber(at, count)) return false;
+      if (!getCount(at, count)) return false;
       [[fallthrough]];
     case kObject:
       for (; count > 0; --count) {
@@ -272,6 +272,11 @@ bool KeyedUnarchiver::skipValue(std::size_t& at, unsigned char type) const {
     default:
       return false;
   }
+}
+
+// A number of items that follow, each of at least one byte: more than there are bytes is damage.
+bool KeyedUnarchiver::getCount(std::size_t& at, std::uint64_t& count) const {
+  return getNumber(at, count) && count <= bytes_.size() - at;
 }
 
 // Looks at every byte once, so that what follows may trust the archive's structure.
@@ -288,12 +293,14 @@ bool KeyedUnarchiver::check() {
   std::size_t at = head;
   std::uint64_t count, index;
   std::string_view text;
-  if (!getNumber(at, count)) return false;
+  if (!getCount(at, count)) return false;
+  names_.reserve(count);
   for (; count > 0; --count) {
     if (!getText(at, text)) return false;
     names_.push_back(text);
   }
-  if (!getNumber(at, count) || count == 0) return false;
+  if (!getCount(at, count) || count == 0) return false;
+  objects_.reserve(count);
   for (; count > 0; --count) {
     objects_.push_back({at, nullptr});
     if (!getNumber(at, index) || index >= names_.size() || !getText(at, text)) return false;
@@ -402,7 +409,7 @@ std::vector<std::string> KeyedUnarchiver::decodeTexts(const char* key) {
   std::size_t at = find(key, kTexts);
   std::uint64_t count = 0;
   std::string_view text;
-  if (at) getNumber(at, count);
+  if (at && getCount(at, count)) texts.reserve(count);
   for (; count > 0 && getText(at, text); --count) texts.emplace_back(text);
   return texts;
 }
@@ -424,7 +431,7 @@ std::vector<std::size_t> KeyedUnarchiver::objectIndexes(const char* key) {
   std::vector<std::size_t> indexes;
   std::size_t at = find(key, kObjects);
   std::uint64_t count = 0, reference = 0;
-  if (at) getNumber(at, count);
+  if (at && getCount(at, count)) indexes.reserve(count);
   for (; count > 0 && getNumber(at, reference); --count)
     indexes.push_back(reference ? reference - 1 : kNoObject);
   return indexes;

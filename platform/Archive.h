@@ -110,8 +110,10 @@ class KROSAC_API KeyedUnarchiver {
   // The list under the key, without the objects that are of another class.
   template <typename T>
   std::vector<Ref<T>> decodeObjects(const char* key) {
+    const std::vector<std::size_t> indexes = objectIndexes(key);
     std::vector<Ref<T>> objects;
-    for (const std::size_t index : objectIndexes(key)) {
+    objects.reserve(indexes.size());
+    for (const std::size_t index : indexes) {
       if (auto object = objectAt<T>(index)) objects.push_back(object);
     }
     return objects;
@@ -160,6 +162,7 @@ class KROSAC_API KeyedUnarchiver {
   bool check();
   bool skipValue(std::size_t& at, unsigned char type) const;
   bool getNumber(std::size_t& at, std::uint64_t& value) const;
+  bool getCount(std::size_t& at, std::uint64_t& count) const;
   bool getText(std::size_t& at, std::string_view& text) const;
 
   std::string_view bytes_;

@@ -71,9 +71,10 @@ class Traced {
   // process's end counting as none.
   long call() const {
     const auto number = static_cast<long>(registers().orig_rax);
-    constexpr long kInternal[] = {
-        SYS_brk,   SYS_mmap,           SYS_munmap,       SYS_mremap,      SYS_mprotect,  SYS_madvise,
-        SYS_futex, SYS_rt_sigprocmask, SYS_rt_sigaction, SYS_sigaltstack, SYS_exit_group};
+    constexpr long kInternal[] = {SYS_brk,         SYS_mmap,           SYS_munmap,
+                                  SYS_mremap,      SYS_mprotect,       SYS_madvise,
+                                  SYS_futex,       SYS_rt_sigprocmask, SYS_rt_sigaction,
+                                  SYS_sigaltstack, SYS_exit_group};
     return std::ranges::count(kInternal, number) ? -1 : number;
   }
   // Passes over the call, which so gives this error.
