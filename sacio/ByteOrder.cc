@@ -8,8 +8,8 @@
 #include "krosac/sacio/SacHeader.h"
 
 // The word loop is compiled a second time for processors that shuffle bytes in vectors; the loader
-// picks one.
-#if defined(__x86_64__) && defined(__GLIBC__)
+// picks one, too early for the thread sanitizer.
+#if defined(__x86_64__) && defined(__GLIBC__) && !defined(__SANITIZE_THREAD__)
 #define KROSAC_VECTOR_CLONES __attribute__((target_clones("default", "avx2")))
 #else
 #define KROSAC_VECTOR_CLONES

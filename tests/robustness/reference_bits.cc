@@ -192,7 +192,7 @@ void numbers() {
   Samples x = noise(10001), y = noise(400);
   float median = 0.0f;
   hash << kahanSum(x.data(), 10001) << vmean(x.data(), 10001);
-  mdian2(x.data(), 10001, &median);
+  mdian2(x.data() - 1, 10001, &median);
   hash << median;
   Samples out(10001 + 400);
   TDconvolve(x.data(), y.data(), out.data(), 10001, 400, 0.05f);
