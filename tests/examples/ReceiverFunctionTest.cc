@@ -28,6 +28,7 @@ TEST(ReceiverFunction, FindsTheConvertedWaveAndItsMultiplesWithinOneSample) {
   const double expected[][2] = {
       {0, 0.4}, {35 * (s - p), 0.12}, {35 * (s + p), 0.08}, {35 * 2 * s, -0.06}};
   std::istringstream peaks(made.out.substr(made.out.find('\n', table)));
+  peaks.imbue(std::locale::classic());
   for (const auto& [delay, strength] : expected) {
     double lag, amplitude, depth;
     ASSERT_TRUE(peaks >> lag >> amplitude >> depth) << made.out;

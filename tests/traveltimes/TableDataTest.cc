@@ -46,6 +46,7 @@ ss 322 120 2140.611  ss 650 50 1088.919)";
 template <typename LookUp>
 void expectTimes(const char* nodes, LookUp lookUp) {
   std::istringstream text(nodes);
+  text.imbue(std::locale::classic());
   std::string phase;
   for (float depth, gcarc, time; text >> phase >> depth >> gcarc >> time;) {
     // A surface source is looked up 0.1 km deep, which S crosses in 0.03 s.
