@@ -16,7 +16,8 @@ std::string tableText(int depths, int gcarcs, Time time) {
   }
   for (int i = 0; i < depths; ++i) {
     text += "# depth\n";
-    for (int k = 0; k < gcarcs; ++k) text += formatText("%f P x 7\n", static_cast<double>(time(i, k)));
+    for (int k = 0; k < gcarcs; ++k)
+      text += formatText("%f P x 7\n", static_cast<double>(time(i, k)));
   }
   return text;
 }
