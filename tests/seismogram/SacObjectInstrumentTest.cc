@@ -50,7 +50,7 @@ TEST(SacObjectInstrument, RemovalDividesByTheResponseInABand) {
     SCOPED_TRACE(testing::Message() << f1 << " " << f2 << " " << f3 << " " << f4);
     const auto s = traceOf(richNoise(200), kDelta);
     s->DeconvolveInstrument_TaperCorners(row.path, row.corners);
-    const auto weight = [&](std::size_t k, double omega) {
+    const auto weight = [&, f1 = f1, f2 = f2, f3 = f3, f4 = f4](std::size_t k, double omega) {
       const double f = omega / (2 * kPi);
       if (k == 0) return row.zero;
       if (k == 128) return row.nyquist;
