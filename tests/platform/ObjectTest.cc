@@ -33,7 +33,8 @@ TEST(ObjectTest, ReferencesAreCountedThroughCopiesMovesAndAssignments) {
     b = a;
     Ref<Object> base = a;
     Ref<Counted> moved = std::move(b);
-    moved = moved;
+    const Ref<Counted>& same = moved;
+    moved = same;
     EXPECT_TRUE(!b && a->retainCount() == 3);
     moved = nullptr;
     base = nullptr;

@@ -176,9 +176,14 @@ TEST(SacFile, WritersRefuse) {
     for (int writer = 0; writer < 3; ++writer) {
       std::int32_t status = 7;
       const std::string line = writer < 2 || message.empty() ? "" : "Problem " + message + "\n";
-      EXPECT_EQ(printedBy([&] { write(writer, path, samples, some, n, &status); }), line + "|");
+      EXPECT_EQ(printedBy([&, path = path, samples = samples, n = n] {
+                  write(writer, path, samples, some, n, &status);
+                }),
+                line + "|");
       EXPECT_EQ(status, -1) << message << ", writer " << writer;
-      printedBy([&] { write(writer, path, samples, some, n, nullptr); });
+      printedBy([&, path = path, samples = samples, n = n] {
+        write(writer, path, samples, some, n, nullptr);
+      });
     }
   }
   headersFail = false;

@@ -91,7 +91,8 @@ TEST(SacRoutines, TextsLogicalsAndEnumeratedValues) {
     const std::string fields[][2] = {{"kcmpnm", std::string("BHZ\0wxyz", 8)}, {"KA", "-12345.."}};
     for (const auto& [name, field] : fields) {
       std::string text(12, '.');
-      printedBy([&] { getkhv_(name.data(), text.data(), nullptr, length(name), room); });
+      printedBy(
+          [&, &name = name] { getkhv_(name.data(), text.data(), nullptr, length(name), room); });
       EXPECT_EQ(text, field.substr(0, kept) + std::string(12 - kept, '.')) << name << room;
     }
   }
@@ -208,7 +209,9 @@ TEST(SacRoutines, WritersRefuse) {
     wsac1_(path.data(), y, n, &one, &one, &error1, length(path));
     wsac1_(path.data(), kValues, &three, nullptr, &one, &noB, length(path));
     wsac1_(path.data(), kValues, &three, &one, nullptr, &noDelta, length(path));
-    const auto xy = [&] { wsac2_(path.data(), y, n, kValues, &error2, length(path)); };
+    const auto xy = [&, &path = path, y = y, n = n] {
+      wsac2_(path.data(), y, n, kValues, &error2, length(path));
+    };
     EXPECT_EQ(printedBy(xy), "Problem creating file " + path.substr(0, path.find(' ')) + "\n|");
     EXPECT_EQ(std::tuple(error0, error1, error2, noB, noDelta), std::tuple(-1, -1, -1, -1, -1));
   }

@@ -50,7 +50,7 @@ std::string curves(int count, int points) {
     text += '>';
     text += std::to_string(50 * i) + ' ' + std::to_string(30 + 5 * k) + " 500 0.06\n";
     for (int n = 0; n < points; ++n)
-      text += std::to_string(10 * n) + ' ' + std::to_string(n * (1 + i + 0.5 * k)) + " 0.06\n";
+      text += formatText("%d %f 0.06\n", 10 * n, n * (1 + i + 0.5 * k));
   }
   return text;
 }
