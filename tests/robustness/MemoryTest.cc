@@ -29,11 +29,11 @@ void* counted(void* memory, std::size_t bytes) {
 extern "C" {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-void __sanitizer_malloc_hook(const volatile void*, std::size_t bytes) {
-  if (bytes > largestAllocation) largestAllocation = bytes;
-  ++liveAllocations;
+__attribute__((visibility("default"))) void __sanitizer_malloc_hook(const volatile void* memory,
+                                                                    std::size_t bytes) {
+  counted(const_cast<void*>(memory), bytes);
 }
-void __sanitizer_free_hook(const volatile void* memory) {
+__attribute__((visibility("default"))) void __sanitizer_free_hook(const volatile void* memory) {
   if (memory) --liveAllocations;
 }
 #else
