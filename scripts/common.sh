@@ -62,8 +62,8 @@ quietly() {
   rm -f "$log"
 }
 
-# build PRESET [TARGET]: configures and builds.
+# build PRESET: configures and builds.
 build() {
   quietly cmake --preset "$1"
-  quietly cmake --build --preset "$1" ${2:+--target "$2"}
+  quietly cmake --build --preset "$1"
 }
