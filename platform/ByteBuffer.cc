@@ -143,9 +143,8 @@ Ref<ByteBuffer> ByteBuffer::fromFile(const std::string& path) {
   auto buffer = unfilled(static_cast<std::size_t>(size));
   if (!buffer || !file.readAll(buffer->bytes_, buffer->length_)) return nullptr;
   // A page that a shrinking file loses is read as zeros when its length was looked up before.
-  const bool same = ::fstat(file.descriptor(), &status) == 0 &&
-                    status.st_size == static_cast<off_t>(buffer->length_);
-  return same ? buffer : nullptr;
+  struct stat now;
+  return ::fstat(file.descriptor(), &now) == 0 && now.st_size == size ? buffer : nullptr;
 }
 
 bool ByteBuffer::writeAtomically(const std::string& path) const {

@@ -54,8 +54,7 @@ class Stream {
   // A page that a shrinking file loses is read as zeros when its length was looked up before.
   bool stillHoldsWhatWasRead() const noexcept {
     struct stat now;
-    return ::fstat(::fileno(file_), &now) == 0 &&
-           (!S_ISREG(now.st_mode) || now.st_size >= bytesRead_);
+    return ::fstat(::fileno(file_), &now) == 0 && now.st_size >= bytesRead_;
   }
 
   std::FILE* file_;
