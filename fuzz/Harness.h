@@ -64,7 +64,7 @@ void touch(std::span<const float> values);
 template <typename T>
 void requireStableArchive(const T& object) {
   const auto settled = krosac::archivedCopy(object);
-  require(settled && true);
+  require(static_cast<bool>(settled));
   const auto first = krosac::archive(*settled),
              second = krosac::archive(*krosac::unarchive<T>(*first));
   require(first->length() == second->length() &&
