@@ -79,8 +79,9 @@ void sweep(Groups& groups, Group& group, float* x, std::size_t length) {
     if (!kLast) groups.run();
   };
   group.finish();
-  RowRotations rotations(group);
+  RowRotations rotations;
   Chunk made;
+  if (group.kept == nullptr) rotations.start(group);
   const Quads* w = group.kept != nullptr ? group.kept : made;
   for (std::size_t k = 0; k < group.half; k += columns) {
     if (group.kept == nullptr) rotations.fill(made);

@@ -62,8 +62,12 @@ class Sines {
  public:
   Sines(std::size_t nn, int isign) {
     double mmax = 4.0;
-    for (int pass = 2; nn >> (pass - 1) != 0; ++pass, mmax *= 2.0)
+    int pass = 2;
+    do {
       sines_[pass] = std::sin(isign * (6.28318530717959 / mmax));
+      mmax *= 2.0;
+      ++pass;
+    } while (nn >> (pass - 1) != 0);
   }
 
   void setStep(int pass, Rotations& step, int lane) const {
@@ -72,7 +76,7 @@ class Sines {
   }
 
  private:
-  double sines_[kMostPasses + 2]{};
+  double sines_[kMostPasses + 2];
 };
 
 // One to three passes that are done at once; the first joins blocks of `half` values. The lanes of
@@ -97,7 +101,6 @@ struct Group {
     step = Rotations{};
     for (int pass = 0; pass < count; ++pass) sines.setStep(firstPass + pass, step, pass);
     state = Rotations{fourTimes(1.0), fourTimes(0.0)};
-    for (Rotations& start : at) start = state;
   }
 
   std::size_t length() const { return half << passes; }
@@ -130,7 +133,7 @@ struct Group {
 // The recurrences of a long group's rows, each from the state that it starts with.
 class RowRotations {
  public:
-  explicit RowRotations(const Group& group) {
+  void start(const Group& group) {
     for (int r = 0; r < kRows; ++r) {
       w_[r / 4].setLane(r % 4, group.at[kRow[r]], kLane[r]);
       step_[r / 4].setLane(r % 4, group.step, kLane[r]);
@@ -157,7 +160,7 @@ class RowRotations {
   static constexpr int kLane[kRows] = {0, 1, 1, 2, 2, 2, 2};
   static constexpr std::size_t kRow[kRows] = {0, 0, 1, 0, 1, 2, 3};
 
-  Rotations w_[2]{}, step_[2]{};
+  Rotations w_[2], step_[2];
 };
 
 // The groups of passes after the first three, three passes each but for the first.
