@@ -1,13 +1,27 @@
 #include "krosac/dsp/InstrumentResponse.h"
 
-#include <complex>
+#include <cmath>
 #include <cstddef>
 #include <iterator>
 
 namespace krosac {
 namespace {
 
-using Complex = std::complex<double>;
+// Written out, since compilers differ in how they multiply and divide complex numbers.
+struct Complex {
+  double re, im;
+
+  Complex operator*(Complex z) const { return {re * z.re - im * z.im, re * z.im + im * z.re}; }
+  // Smith (1962), whose parts stay in range where those of the square of z would not.
+  Complex operator/(Complex z) const {
+    if (std::fabs(z.re) < std::fabs(z.im)) {
+      const double ratio = z.re / z.im, divisor = z.re * ratio + z.im;
+      return {(re * ratio + im) / divisor, (im * ratio - re) / divisor};
+    }
+    const double ratio = z.im / z.re, divisor = z.im * ratio + z.re;
+    return {(im * ratio + re) / divisor, (im - re * ratio) / divisor};
+  }
+};
 
 struct Instrument {
   int nZeros;
@@ -29,9 +43,9 @@ constexpr Instrument kInstruments[] = {
 constexpr float kZerosAtOrigin[6] = {};
 
 Complex product(int count, const float* roots, double omega) {
-  Complex result = 1.0;
+  Complex result{1.0, 0.0};
   for (std::ptrdiff_t k = 0; k < count; ++k) {
-    result *= Complex(-double{roots[2 * k]}, omega - double{roots[2 * k + 1]});
+    result = result * Complex{-double{roots[2 * k]}, omega - double{roots[2 * k + 1]}};
   }
   return result;
 }
@@ -40,10 +54,12 @@ Complex product(int count, const float* roots, double omega) {
 
 void ComputeInstRespnse(int nZeros, const float zeros[], int nPoles, const float poles[], float* re,
                         float* im, float omega, float C) {
-  const Complex h = double{C} * product(nZeros, zeros, omega) / product(nPoles, poles, omega);
-  *re = static_cast<float>(h.real());
+  const Complex zerosProduct = product(nZeros, zeros, omega);
+  const Complex h =
+      Complex{C * zerosProduct.re, C * zerosProduct.im} / product(nPoles, poles, omega);
+  *re = static_cast<float>(h.re);
   // The conjugate; that is intended.
-  *im = static_cast<float>(-h.imag());
+  *im = static_cast<float>(-h.im);
 }
 
 void GetInstrumentResponse(int code, float* re, float* im, float omega) {
