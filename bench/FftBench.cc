@@ -23,9 +23,9 @@ namespace {
 
 using krosac::bench::Work;
 
-// Short transforms are run several times in a turn, so that a turn lasts longer than the clock's
-// step.
-constexpr std::size_t kSamplesInATurn = 1 << 14;
+// Short transforms are run many times in a turn, so that it lasts longer than the clock's step and
+// than a processor takes to get used to it.
+constexpr std::size_t kSamplesInATurn = 1 << 17;
 
 template <typename Transform>
 class Transforms : public Work {
