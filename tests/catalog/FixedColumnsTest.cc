@@ -26,6 +26,8 @@ TEST(FixedColumns, ScanAsSscanfDoes) {
   int nmb = 0;
   char code[6] = "?";
   phase->setStationCode("?");
+  const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+  std::setlocale(LC_NUMERIC, "C");  // for sscanf
   for (int i = 0; i < 100000; ++i) {
     std::string line(random() % 40, ' ');
     for (char& c : line) c = alphabet[random() % alphabet.size()];
@@ -43,6 +45,7 @@ TEST(FixedColumns, ScanAsSscanfDoes) {
     std::sscanf(columns(3, 5).c_str(), "%5s", code);
     ASSERT_EQ(phase->stationCode(), code) << line;
   }
+  std::setlocale(LC_NUMERIC, before.c_str());
 }
 
 TEST(FixedColumns, TakeNumbersOfEveryFormInEveryLocale) {

@@ -26,14 +26,14 @@ void* counted(void* memory, std::size_t bytes) {
 
 }  // namespace
 
+#pragma GCC visibility push(default)  // so that the library calls these too
 extern "C" {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-__attribute__((visibility("default"))) void __sanitizer_malloc_hook(const volatile void* memory,
-                                                                    std::size_t bytes) {
+void __sanitizer_malloc_hook(const volatile void* memory, std::size_t bytes) {
   counted(const_cast<void*>(memory), bytes);
 }
-__attribute__((visibility("default"))) void __sanitizer_free_hook(const volatile void* memory) {
+void __sanitizer_free_hook(const volatile void* memory) {
   if (memory) --liveAllocations;
 }
 #else
@@ -63,6 +63,7 @@ void free(void* memory) {
 }
 #endif
 }
+#pragma GCC visibility pop
 
 namespace krosac {
 namespace {
