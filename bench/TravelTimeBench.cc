@@ -101,35 +101,38 @@ void GetTTPhase(benchmark::State& state, const std::string& phase) {
 BENCHMARK_CAPTURE(GetTTPhase, P, std::string("P"));
 BENCHMARK_CAPTURE(GetTTPhase, lsp, std::string("lsp"));
 
-void GetJBTimesOnce(benchmark::State& state) {
+template <typename LookUp>
+void lookUpAtPoints(benchmark::State& state, LookUp lookUp) {
   const auto points = randomPoints();
-  const auto tables = make<JBTableObject>();
-  tables->init();
   std::size_t i = 0;
   for (auto _ : state) {
     const auto& [gcarc, depth] = points[i++ % points.size()];
+    lookUp(gcarc, depth);
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+void GetJBTimesOnce(benchmark::State& state) {
+  const auto tables = make<JBTableObject>();
+  tables->init();
+  lookUpAtPoints(state, [&](float gcarc, float depth) {
     float times[4];
     GetJBTimes(tables->tp(), tables->ts(), times, times + 1, times + 2, times + 3, gcarc, depth);
     benchmark::DoNotOptimize(times);
-  }
-  state.SetItemsProcessed(state.iterations());
+  });
 }
 BENCHMARK(GetJBTimesOnce);
 
 // With the tables loaded and no search for the phase by its name.
 void GetTTTimeSlownessOnce(benchmark::State& state) {
-  const auto points = randomPoints();
   const auto tables = make<TTTableObject>();
   tables->init();
-  std::size_t i = 0;
-  for (auto _ : state) {
-    const auto& [gcarc, depth] = points[i++ % points.size()];
+  lookUpAtPoints(state, [&](float gcarc, float depth) {
     float time, slowness;
     GetTTTimeSlowness("p", tables->tp(), tables->np(), &time, &slowness, gcarc, depth);
     benchmark::DoNotOptimize(time);
     benchmark::DoNotOptimize(slowness);
-  }
-  state.SetItemsProcessed(state.iterations());
+  });
 }
 BENCHMARK(GetTTTimeSlownessOnce);
 
