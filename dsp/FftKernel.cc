@@ -14,45 +14,57 @@ namespace {
 constexpr std::size_t kSegment = 1 << 14;  // complex values that stay in the second cache
 constexpr int kReversed3[8] = {0, 4, 2, 6, 1, 5, 3, 7};
 
-inline void butterfly(Float4& ar, Float4& ai, Float4& br, Float4& bi, Double4 re, Double4 im) {
-  const Double4 dr = widened(br), di = widened(bi);
-  const Float4 tempr = rounded(re * dr - im * di);
-  const Float4 tempi = rounded(re * di + im * dr);
-  br = ar - tempr;
-  bi = ai - tempi;
-  ar += tempr;
-  ai += tempi;
+// Eight complex values. Between the passes they lie as eight real and eight imaginary parts.
+struct Complex8 {
+  Float8 re, im;
+};
+
+inline Complex8 loadParts(const float* from) {
+  return {load8(from), load8(from + 8)};
 }
 
-// The butterfly with the rotation 1, whose products are exact in single precision. The products
-// with zero give the signs of zeros and spread NaN.
-inline void unitButterfly(Float4& ar, Float4& ai, Float4& br, Float4& bi) {
-  const Float4 tempr = br - 0.0f * bi;
-  const Float4 tempi = bi + 0.0f * br;
-  br = ar - tempr;
-  bi = ai - tempi;
-  ar += tempr;
-  ai += tempi;
+inline void storeParts(float* to, Complex8 value) {
+  store(to, value.re);
+  store(to + 8, value.im);
 }
 
-// Between the passes eight complex values lie as eight real and eight imaginary parts.
+struct Rotation8 {
+  Double8 re, im;
+};
+
+inline Complex8 rotated(const Double8& re, const Double8& im, const Rotation8& w) {
+  return {rounded(w.re * re - w.im * im), rounded(w.re * im + w.im * re)};
+}
+
+// b with the rotation 1. Its products are exact in single precision; those with zero give the signs
+// of zeros and spread NaN.
+inline Complex8 unitRotated(Complex8 b) {
+  const Float8 zero = eightTimes(0.0f);
+  return {b.re - zero * b.im, b.im + zero * b.re};
+}
+
+// The butterfly of a and b, given b's product with the rotation.
+inline void butterfly(Complex8& a, Complex8& b, Complex8 product) {
+  b = {a.re - product.re, a.im - product.im};
+  a = {a.re + product.re, a.im + product.im};
+}
+
 template <bool kLast>
-inline void butterfly(float* a, float* b, const Quads* w, int lane) {
-  const Double4 br0 = widened(load(b)), br1 = widened(load(b + 4));
-  const Double4 bi0 = widened(load(b + 8)), bi1 = widened(load(b + 12));
-  const Double4 re0 = w[0].re[lane], im0 = w[0].im[lane], re1 = w[1].re[lane], im1 = w[1].im[lane];
-  const Float8 tempr = rounded(re0 * br0 - im0 * bi0, re1 * br1 - im1 * bi1);
-  const Float8 tempi = rounded(re0 * bi0 + im0 * br0, re1 * bi1 + im1 * br1);
-  const Float8 ar = load8(a), ai = load8(a + 8);
+inline void butterfly(float* a, float* b, Complex8 product) {
+  Complex8 up = loadParts(a), down;
+  butterfly(up, down, product);
   if (kLast) {
-    storeMixed(a, ar + tempr, ai + tempi);
-    storeMixed(b, ar - tempr, ai - tempi);
+    storeMixed(a, up.re, up.im);
+    storeMixed(b, down.re, down.im);
   } else {
-    store(a, ar + tempr);
-    store(a + 8, ai + tempi);
-    store(b, ar - tempr);
-    store(b + 8, ai - tempi);
+    storeParts(a, up);
+    storeParts(b, down);
   }
+}
+
+template <bool kLast>
+inline void butterfly(float* a, float* b, const Rotation8& w) {
+  butterfly<kLast>(a, b, rotated(loadWidened(b), loadWidened(b + 8), w));
 }
 
 // The pass that joins 2^kPass rows of a block, over so many columns.
@@ -64,40 +76,36 @@ inline void pass(float* x, std::size_t row, const Quads* w, std::size_t columns)
     if (r & kDistance) continue;
     const Quads* quads = w + (r & (kDistance - 1)) * columns / 4;
     float *a = x + r * row, *b = a + kDistance * row;
-    for (std::size_t i = 0; i < columns / 4; i += 2)
-      butterfly<kLast>(a + 8 * i, b + 8 * i, quads + i, kPass);
+    for (std::size_t i = 0; i < columns / 4; i += 2) {
+      const Quads &w0 = quads[i], &w1 = quads[i + 1];
+      butterfly<kLast>(a + 8 * i, b + 8 * i,
+                       {{w0.re[kPass], w1.re[kPass]}, {w0.im[kPass], w1.im[kPass]}});
+    }
   }
 }
 
-// A group's passes: all blocks share the rotations of a chunk. The first runs of later groups go on
-// meanwhile.
+// The passes of a block's columns from kPass on. The first runs of groups go on meanwhile.
+template <int kPasses, int kPass, bool kLast>
+inline void passes(Groups& groups, Group& group, float* x, const Quads* w) {
+  constexpr bool kLastPass = kPass + 1 == kPasses;
+  group.finish(kPass);
+  pass<1 << kPasses, kPass, kLast && kLastPass>(x, 2 * group.half, w, group.columns());
+  groups.run();
+  if constexpr (!kLastPass) passes<kPasses, kPass + 1, kLast>(groups, group, x, w);
+}
+
+// A group's passes: all blocks share the rotations of a chunk.
 template <int kPasses, bool kLast>
 void sweep(Groups& groups, Group& group, float* x, std::size_t length) {
-  constexpr int kRows = 1 << kPasses;
-  const std::size_t row = 2 * group.half, columns = group.columns();
-  const auto meanwhile = [&groups] {
-    if (!kLast) groups.run();
-  };
-  group.finish();
+  const bool made = group.kept == nullptr;
   RowRotations rotations;
-  Chunk made;
-  if (group.kept == nullptr) rotations.start(group);
-  const Quads* w = group.kept != nullptr ? group.kept : made;
-  for (std::size_t k = 0; k < group.half; k += columns) {
-    if (group.kept == nullptr) rotations.fill(made);
-    for (std::size_t block = 0; block < length; block += group.length()) {
-      float* first = x + 2 * (block + k);
-      pass<kRows, 0, false>(first, row, w, columns);
-      meanwhile();
-      if constexpr (kPasses > 1) {
-        pass<kRows, 1, false>(first, row, w, columns);
-        meanwhile();
-      }
-      if constexpr (kPasses > 2) {
-        pass<kRows, 2, kLast>(first, row, w, columns);
-        meanwhile();
-      }
-    }
+  Chunk chunk;
+  group.finish(0);
+  if (made) rotations.start(group);
+  for (std::size_t k = 0; k < group.half; k += group.columns()) {
+    if (made) rotations.fill(chunk);
+    for (std::size_t block = 0; block < length; block += group.length())
+      passes<kPasses, 0, kLast>(groups, group, x + 2 * (block + k), made ? chunk : group.kept);
   }
 }
 
@@ -111,7 +119,7 @@ void sweep(Groups& groups, int i, float* x, std::size_t length) {
 
 // The rotations of the second and third pass that are not 1.
 struct FirstRotations {
-  Rotations second, third[3];
+  Rotation8 second, third[3];
 };
 
 FirstRotations firstRotations(const Sines& sines) {
@@ -119,69 +127,75 @@ FirstRotations firstRotations(const Sines& sines) {
   sines.setStep(2, step, 0);
   for (int lane = 1; lane < 4; ++lane) sines.setStep(3, step, lane);
   FirstRotations first{};
+  const auto eightTimes = [](double value) { return Double8{fourTimes(value), fourTimes(value)}; };
   for (int k = 0; k < 3; ++k) {
     w.advance(step);
-    if (k == 0) first.second = {fourTimes(w.re[0]), fourTimes(w.im[0])};
-    first.third[k] = {fourTimes(w.re[1]), fourTimes(w.im[1])};
+    if (k == 0) first.second = {eightTimes(w.re[0]), eightTimes(w.im[0])};
+    first.third[k] = {eightTimes(w.re[1]), eightTimes(w.im[1])};
   }
   return first;
 }
 
-// The first three passes of eight columns of eight values each, whose rows are taken in the order
-// of reversed bits; the columns become rows, in that order too.
-inline void firstPasses(const float* from, std::size_t fromRow, float* to, std::size_t toRow,
-                        const FirstRotations& w, Groups& groups) {
-  for (int half = 0; half < 2; ++half) {
+// Eight rows of eight complex values.
+using Square = float[8 * 16];
+
+// The first three passes of eight columns, whose rows are taken in the order of reversed bits. The
+// groups' recurrences run meanwhile, since they wait for their own results most of the time.
+inline void firstPasses(const float* from, std::size_t row, Square& square, const FirstRotations& w,
+                        Groups& groups) {
+#pragma GCC unroll 2
+  for (int first = 0; first < 8; first += 4) {
     groups.run();
-    Float4 re[8], im[8];
+    Complex8 x[4];
+#pragma GCC unroll 4
+    for (int r = 0; r < 4; ++r) {
+      const float* values = from + static_cast<std::size_t>(kReversed3[first + r]) * row;
+      x[r] = {evens(values), odds(values)};
+    }
+    butterfly(x[0], x[1], unitRotated(x[1]));
+    butterfly(x[2], x[3], unitRotated(x[3]));
+    butterfly(x[0], x[2], unitRotated(x[2]));
+    butterfly(x[1], x[3], rotated(widened(x[3].re), widened(x[3].im), w.second));
+#pragma GCC unroll 4
+    for (int r = 0; r < 4; ++r) storeParts(square + 16 * (first + r), x[r]);
+  }
+  groups.run();
+  float* half = square + 16 * 4;
+  butterfly<false>(square, half, unitRotated(loadParts(half)));
+  for (int r = 1; r < 4; ++r) butterfly<false>(square + 16 * r, half + 16 * r, w.third[r - 1]);
+  groups.run();
+}
+
+// Columns become rows, in the order of reversed bits.
+inline void turn(const Square& square, float* to, std::size_t row) {
+  for (int first = 0; first < 8; first += 4) {
+    for (int part = 0; part < 16; part += 8) {
+      const float* from = square + 16 * first + part;
+      Float8 x[4] = {load8(from), load8(from + 16), load8(from + 32), load8(from + 48)};
+      transposeHalves(x[0], x[1], x[2], x[3]);
 #pragma GCC unroll 8
-    for (int r = 0; r < 8; ++r) {
-      const float* row = from + static_cast<std::size_t>(kReversed3[r]) * fromRow + 8 * half;
-      const Float4 a = load(row), b = load(row + 4);
-      re[r] = __builtin_shufflevector(a, b, 0, 2, 4, 6);
-      im[r] = __builtin_shufflevector(a, b, 1, 3, 5, 7);
-    }
-#pragma GCC unroll 4
-    for (int r = 0; r < 8; r += 2) unitButterfly(re[r], im[r], re[r + 1], im[r + 1]);
-#pragma GCC unroll 2
-    for (int r = 0; r < 8; r += 4) {
-      unitButterfly(re[r], im[r], re[r + 2], im[r + 2]);
-      butterfly(re[r + 1], im[r + 1], re[r + 3], im[r + 3], w.second.re, w.second.im);
-    }
-    groups.run();
-    unitButterfly(re[0], im[0], re[4], im[4]);
-#pragma GCC unroll 3
-    for (int r = 1; r < 4; ++r)
-      butterfly(re[r], im[r], re[r + 4], im[r + 4], w.third[r - 1].re, w.third[r - 1].im);
-#pragma GCC unroll 2
-    for (int r = 0; r < 8; r += 4) {
-      transpose(re[r], re[r + 1], re[r + 2], re[r + 3]);
-      transpose(im[r], im[r + 1], im[r + 2], im[r + 3]);
-#pragma GCC unroll 4
-      for (int lane = 0; lane < 4; ++lane) {
-        float* row = to + static_cast<std::size_t>(kReversed3[4 * half + lane]) * toRow + r;
-        store(row, re[r + lane]);
-        store(row + 8, im[r + lane]);
-      }
+      for (int column = 0; column < 8; ++column)
+        store(to + static_cast<std::size_t>(kReversed3[column]) * row + part + first,
+              half(x[column % 4], column / 4));
     }
   }
 }
 
 // Bit reversal and the first three passes, by squares of eight rows and eight columns: one square
-// changes places with the one whose place has the reversed bits. The group's recurrences run
-// meanwhile, since they wait for their own results most of the time.
+// changes places with the one whose place has the reversed bits.
 void reverseAndBegin(float* x, std::size_t nn, const Sines& sines, Groups& groups) {
   const FirstRotations w = firstRotations(sines);
   const std::size_t row = nn / 4, squares = nn / 64;
-  float square[128];
+  Square a, b;
   for (std::size_t i = 0, reversed = 0; i < squares; ++i) {
     if (i <= reversed) {
       float *here = x + 16 * i, *there = x + 16 * reversed;
-      firstPasses(here, row, square, 16, w, groups);
-      if (i != reversed) firstPasses(there, row, here, row, w, groups);
-      for (std::size_t r = 0; r < 8; ++r)
-        for (std::size_t c = 0; c < 16; c += 4)
-          store(there + r * row + c, load(square + 16 * r + c));
+      firstPasses(here, row, a, w, groups);
+      if (i != reversed) {
+        firstPasses(there, row, b, w, groups);
+        turn(b, here, row);
+      }
+      turn(a, there, row);
     }
     std::size_t bit = squares / 2;
     for (; (reversed & bit) != 0; bit /= 2) reversed ^= bit;
@@ -264,7 +278,6 @@ void separate(float* x, std::size_t n, Groups& groups) {
   for (std::size_t k = 0; k < quarter; k += 4) {
     Quads quads;
     quads.take(w, step);
-    quads.turn();
     for (std::size_t q = 0; q < 4; ++q) bins(q * quarter + k, quads.re[q], quads.im[q]);
   }
 }
@@ -292,7 +305,7 @@ void realftInverse(float* x, std::size_t n) {
   const Sines sines(n / 2, -1);
   Groups groups(n / 2, sines);
   setRealStep(n, false, groups.last().step);
-  groups.last().finish();
+  groups.last().finish(2);
   separate<false>(x, n, groups);
   const float h = x[0];
   x[0] = 0.5f * (h + x[1]);

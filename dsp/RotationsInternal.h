@@ -35,20 +35,29 @@ struct Rotations {
   }
 };
 
-// Four steps of four recurrences: a vector a step, or, once turned, a vector a recurrence.
+// Four steps of four recurrences, a vector a recurrence.
 struct Quads {
   Double4 re[4], im[4];
 
-  void take(Rotations& w, const Rotations& step) {
-    for (int i = 0; i < 4; ++i, w.advance(step)) {
-      re[i] = w.re;
-      im[i] = w.im;
-    }
+  // Those of all four, or only of the last two.
+  void take(Rotations& w, const Rotations& step, bool lastOnly = false) {
+    take(w, step, [this](int lane) -> Double4& { return re[lane]; },
+         [this](int lane) -> Double4& { return im[lane]; }, lastOnly);
   }
 
-  void turn() {
-    transpose(re[0], re[1], re[2], re[3]);
-    transpose(im[0], im[1], im[2], im[3]);
+  // The same to any places of the four.
+  template <typename Re, typename Im>
+  static void take(Rotations& w, const Rotations& step, Re toRe, Im toIm, bool lastOnly = false) {
+    Rotations taken[4];
+#pragma GCC unroll 4
+    for (Rotations& one : taken) {
+      one = w;
+      w.advance(step);
+    }
+    storeColumns(toRe(0), toRe(1), toRe(2), toRe(3), taken[0].re, taken[1].re, taken[2].re,
+                 taken[3].re, lastOnly);
+    storeColumns(toIm(0), toIm(1), toIm(2), toIm(3), taken[0].im, taken[1].im, taken[2].im,
+                 taken[3].im, lastOnly);
   }
 };
 
@@ -110,23 +119,18 @@ struct Group {
   void run() {
     if (done >= steps) return;
     if (kept != nullptr) {
-      kept[done / 4].take(state, step);
-      done += 4;
-      if (done == steps) turnKept();
+      kept[done / 4].take(state, step, done >= 2 * half);  // where only the last passes have rows
     } else {
       if ((done & (half - 1)) == 0) at[done / half] = state;
       for (int i = 0; i < 4; ++i) state.advance(step);
-      done += 4;
     }
+    done += 4;
   }
 
-  void finish() {
-    while (done < steps) run();
-  }
-
- private:
-  void turnKept() {
-    for (std::size_t i = 0; i < steps / 4; ++i) kept[i].turn();
+  // What the group's pass needs: a pass has the rows of those before it and as many more.
+  void finish(int pass) {
+    const std::size_t needed = kept != nullptr ? half << pass : steps;
+    while (done < needed) run();
   }
 };
 
@@ -134,7 +138,7 @@ struct Group {
 class RowRotations {
  public:
   void start(const Group& group) {
-    for (int r = 0; r < kRows; ++r) {
+    for (int r = 0; r < 8; ++r) {
       w_[r / 4].setLane(r % 4, group.at[kRow[r]], kLane[r]);
       step_[r / 4].setLane(r % 4, group.step, kLane[r]);
     }
@@ -143,22 +147,20 @@ class RowRotations {
   void fill(Chunk& chunk) {
     for (std::size_t i = 0; i < kChunk / 4; ++i) {
       for (int four = 0; four < 2; ++four) {
-        Quads next;
-        next.take(w_[four], step_[four]);
-        next.turn();
-        for (int r = 4 * four; r < kRows && r < 4 * four + 4; ++r) {
-          Quads& to = chunk[kRow[r] * kChunk / 4 + i];
-          to.re[kLane[r]] = next.re[r % 4];
-          to.im[kLane[r]] = next.im[r % 4];
-        }
+        const auto quads = [&](int lane) -> Quads& {
+          return chunk[kRow[4 * four + lane] * kChunk / 4 + i];
+        };
+        Quads::take(
+            w_[four], step_[four],
+            [&](int lane) -> Double4& { return quads(lane).re[kLane[4 * four + lane]]; },
+            [&](int lane) -> Double4& { return quads(lane).im[kLane[4 * four + lane]]; });
       }
     }
   }
 
  private:
-  static constexpr int kRows = 7;
-  static constexpr int kLane[kRows] = {0, 1, 1, 2, 2, 2, 2};
-  static constexpr std::size_t kRow[kRows] = {0, 0, 1, 0, 1, 2, 3};
+  static constexpr int kLane[8] = {0, 1, 1, 2, 2, 2, 2, 0};
+  static constexpr std::size_t kRow[8] = {0, 0, 1, 0, 1, 2, 3, 1};  // the last one is not used
 
   Rotations w_[2], step_[2];
 };

@@ -58,15 +58,40 @@ inline Float4 rounded(Double4 value) {
   return _mm256_cvtpd_ps(value);
 }
 
-inline Float8 rounded(Double4 a, Double4 b) {
-  return _mm256_insertf128_ps(_mm256_castps128_ps256(rounded(a)), rounded(b), 1);
+inline Float8 joined(Float4 first, Float4 second) {
+  return _mm256_insertf128_ps(_mm256_castps128_ps256(first), second, 1);
 }
 
-inline Double4 low(Double4 a, Double4 b) {
+inline Float4 half(Float8 value, int second) {
+  return second ? _mm256_extractf128_ps(value, 1) : _mm256_castps256_ps128(value);
+}
+
+// Every second of sixteen values, from the first or from the second on.
+inline Float8 evens(const float* from) {
+  return _mm256_shuffle_ps(joined(load(from), load(from + 8)),
+                           joined(load(from + 4), load(from + 12)), 0x88);
+}
+
+inline Float8 odds(const float* from) {
+  return _mm256_shuffle_ps(joined(load(from), load(from + 8)),
+                           joined(load(from + 4), load(from + 12)), 0xdd);
+}
+
+// Each half by itself, as four rows of four.
+inline void transposeHalves(Float8& a, Float8& b, Float8& c, Float8& d) {
+  const Float8 ab = _mm256_unpacklo_ps(a, b), AB = _mm256_unpackhi_ps(a, b);
+  const Float8 cd = _mm256_unpacklo_ps(c, d), CD = _mm256_unpackhi_ps(c, d);
+  a = _mm256_shuffle_ps(ab, cd, 0x44);
+  b = _mm256_shuffle_ps(ab, cd, 0xee);
+  c = _mm256_shuffle_ps(AB, CD, 0x44);
+  d = _mm256_shuffle_ps(AB, CD, 0xee);
+}
+
+inline Double4 firstHalves(Double4 a, Double4 b) {
   return _mm256_permute2f128_pd(a, b, 0x20);
 }
 
-inline Double4 high(Double4 a, Double4 b) {
+inline Double4 secondHalves(Double4 a, Double4 b) {
   return _mm256_permute2f128_pd(a, b, 0x31);
 }
 
@@ -160,15 +185,51 @@ inline Float4 rounded(Double4 value) {
 #endif
 }
 
-inline Float8 rounded(Double4 a, Double4 b) {
-  return {rounded(a), rounded(b)};
+inline Float8 joined(Float4 first, Float4 second) {
+  return {first, second};
 }
 
-inline Double4 low(Double4 a, Double4 b) {
+inline Float4 half(Float8 value, int second) {
+  return second ? value.second : value.first;
+}
+
+inline Float4 evens(Float4 a, Float4 b) {
+  return __builtin_shufflevector(a, b, 0, 2, 4, 6);
+}
+
+inline Float4 odds(Float4 a, Float4 b) {
+  return __builtin_shufflevector(a, b, 1, 3, 5, 7);
+}
+
+inline Float8 evens(const float* from) {
+  return {evens(load(from), load(from + 4)), evens(load(from + 8), load(from + 12))};
+}
+
+inline Float8 odds(const float* from) {
+  return {odds(load(from), load(from + 4)), odds(load(from + 8), load(from + 12))};
+}
+
+inline void transpose(Float4& a, Float4& b, Float4& c, Float4& d) {
+  const Float4 ab = __builtin_shufflevector(a, b, 0, 4, 1, 5);
+  const Float4 AB = __builtin_shufflevector(a, b, 2, 6, 3, 7);
+  const Float4 cd = __builtin_shufflevector(c, d, 0, 4, 1, 5);
+  const Float4 CD = __builtin_shufflevector(c, d, 2, 6, 3, 7);
+  a = __builtin_shufflevector(ab, cd, 0, 1, 4, 5);
+  b = __builtin_shufflevector(ab, cd, 2, 3, 6, 7);
+  c = __builtin_shufflevector(AB, CD, 0, 1, 4, 5);
+  d = __builtin_shufflevector(AB, CD, 2, 3, 6, 7);
+}
+
+inline void transposeHalves(Float8& a, Float8& b, Float8& c, Float8& d) {
+  transpose(a.first, b.first, c.first, d.first);
+  transpose(a.second, b.second, c.second, d.second);
+}
+
+inline Double4 firstHalves(Double4 a, Double4 b) {
   return {a.first, b.first};
 }
 
-inline Double4 high(Double4 a, Double4 b) {
+inline Double4 secondHalves(Double4 a, Double4 b) {
   return {a.second, b.second};
 }
 
@@ -184,29 +245,17 @@ inline Double4 odds(Double4 a, Double4 b) {
 
 #endif
 
-inline Float4 low(Float4 a, Float4 b) {
-  return __builtin_shufflevector(a, b, 0, 1, 4, 5);
-}
-
-inline Float4 high(Float4 a, Float4 b) {
-  return __builtin_shufflevector(a, b, 2, 3, 6, 7);
-}
-
-inline Float4 evens(Float4 a, Float4 b) {
-  return __builtin_shufflevector(a, b, 0, 4, 2, 6);
-}
-
-inline Float4 odds(Float4 a, Float4 b) {
-  return __builtin_shufflevector(a, b, 1, 5, 3, 7);
-}
-
-template <typename Vector>
-inline void transpose(Vector& a, Vector& b, Vector& c, Vector& d) {
-  const Vector ab = evens(a, b), AB = odds(a, b), cd = evens(c, d), CD = odds(c, d);
-  a = low(ab, cd);
-  b = low(AB, CD);
-  c = high(ab, cd);
-  d = high(AB, CD);
+// The columns of the rows a, b, c and d, or only the last two of them.
+inline void storeColumns(Double4& first, Double4& second, Double4& third, Double4& fourth,
+                         Double4 a, Double4 b, Double4 c, Double4 d, bool lastOnly) {
+  if (!lastOnly) {
+    const Double4 ac = firstHalves(a, c), bd = firstHalves(b, d);
+    first = evens(ac, bd);
+    second = odds(ac, bd);
+  }
+  const Double4 ac = secondHalves(a, c), bd = secondHalves(b, d);
+  third = evens(ac, bd);
+  fourth = odds(ac, bd);
 }
 
 inline Double4 fourTimes(double value) {
@@ -215,6 +264,35 @@ inline Double4 fourTimes(double value) {
 #else
   return {Double2{value, value}, Double2{value, value}};
 #endif
+}
+
+struct Double8 {
+  Double4 first, second;
+};
+
+inline Double8 operator+(const Double8& a, const Double8& b) {
+  return {a.first + b.first, a.second + b.second};
+}
+
+inline Double8 operator-(const Double8& a, const Double8& b) {
+  return {a.first - b.first, a.second - b.second};
+}
+
+inline Double8 operator*(const Double8& a, const Double8& b) {
+  return {a.first * b.first, a.second * b.second};
+}
+
+inline Double8 widened(Float8 value) {
+  return {widened(half(value, 0)), widened(half(value, 1))};
+}
+
+// From memory, where no halves need to be taken out of a vector.
+inline Double8 loadWidened(const float* from) {
+  return {widened(load(from)), widened(load(from + 4))};
+}
+
+inline Float8 rounded(const Double8& value) {
+  return joined(rounded(value.first), rounded(value.second));
 }
 
 }  // namespace
