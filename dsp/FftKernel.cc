@@ -123,20 +123,23 @@ struct FirstRotations {
 };
 
 FirstRotations firstRotations(const Sines& sines) {
-  Rotations step{}, w{fourTimes(1.0), fourTimes(0.0)};
-  sines.setStep(2, step, 0);
-  for (int lane = 1; lane < 4; ++lane) sines.setStep(3, step, lane);
-  FirstRotations first{};
-  const auto eightTimes = [](double value) { return Double8{fourTimes(value), fourTimes(value)}; };
-  for (int k = 0; k < 3; ++k) {
-    w.advance(step);
-    if (k == 0) first.second = {eightTimes(w.re[0]), eightTimes(w.im[0])};
-    first.third[k] = {eightTimes(w.re[1]), eightTimes(w.im[1])};
+  const auto eightTimes = [](const Rotation& w) {
+    const Double4 re = fourTimes(w.re), im = fourTimes(w.im);
+    return Rotation8{{re, re}, {im, im}};
+  };
+  FirstRotations first;
+  Rotation w{1.0, 0.0};
+  w.advance(sines.step(2));
+  first.second = eightTimes(w);
+  w = {1.0, 0.0};
+  for (Rotation8& third : first.third) {
+    w.advance(sines.step(3));
+    third = eightTimes(w);
   }
   return first;
 }
 
-// Eight rows of eight complex values.
+// Eight rows of eight complex values, whose columns lie in the order kOrder.
 using Square = float[8 * 16];
 
 // The first three passes of eight columns, whose rows are taken in the order of reversed bits. The
@@ -174,9 +177,9 @@ inline void turn(const Square& square, float* to, std::size_t row) {
       Float8 x[4] = {load8(from), load8(from + 16), load8(from + 32), load8(from + 48)};
       transposeHalves(x[0], x[1], x[2], x[3]);
 #pragma GCC unroll 8
-      for (int column = 0; column < 8; ++column)
-        store(to + static_cast<std::size_t>(kReversed3[column]) * row + part + first,
-              half(x[column % 4], column / 4));
+      for (int i = 0; i < 8; ++i)
+        store(to + static_cast<std::size_t>(kReversed3[kOrder[i]]) * row + part + first,
+              half(x[i % 4], i / 4));
     }
   }
 }
@@ -215,11 +218,10 @@ void transform(float* x, std::size_t nn, const Sines& sines, Groups& groups) {
 }
 
 // The step of the rotations that take the transform of a real sequence apart.
-void setRealStep(std::size_t n, bool forward, Rotations& step) {
+Rotation realStep(std::size_t n, bool forward) {
   const double angle = 3.141592653589793 / static_cast<double>(n / 2);
   const double theta = forward ? angle : -angle, s = std::sin(0.5 * theta);
-  step.re[3] = -2.0 * s * s;
-  step.im[3] = std::sin(theta);
+  return {-2.0 * s * s, std::sin(theta)};
 }
 
 // Bins k..k+3 and their mirror images.
@@ -272,8 +274,8 @@ void separate(float* x, std::size_t n, Groups& groups) {
   }
   Rotations w{}, step{};
   for (int q = 0; q < 4; ++q) {
-    w.setLane(q, groups.last().at[q], 3);
-    step.setLane(q, groups.last().step, 3);
+    w.setLane(q, groups.last().at[q].lane(3));
+    step.setLane(q, groups.last().step.lane(3));
   }
   for (std::size_t k = 0; k < quarter; k += 4) {
     Quads quads;
@@ -293,7 +295,7 @@ void four1(float* x, std::size_t nn, int isign) {
 void realftForward(float* x, std::size_t n) {
   const Sines sines(n / 2, 1);
   Groups groups(n / 2, sines);
-  setRealStep(n, true, groups.last().step);
+  groups.last().step.setLane(3, realStep(n, true));
   transform(x, n / 2, sines, groups);
   separate<true>(x, n, groups);
   const float h = x[0];
@@ -304,7 +306,7 @@ void realftForward(float* x, std::size_t n) {
 void realftInverse(float* x, std::size_t n) {
   const Sines sines(n / 2, -1);
   Groups groups(n / 2, sines);
-  setRealStep(n, false, groups.last().step);
+  groups.last().step.setLane(3, realStep(n, false));
   groups.last().finish(2);
   separate<false>(x, n, groups);
   const float h = x[0];

@@ -19,19 +19,27 @@ inline std::size_t least(std::size_t a, std::size_t b) {
   return a < b ? a : b;
 }
 
-// Four recurrences side by side.
-struct Rotations {
-  Double4 re, im;
+// The state of a recurrence, or its step.
+template <typename Value>
+struct Recurrence {
+  Value re, im;
 
-  void advance(const Rotations& step) {
-    const Double4 previous = re;
+  void advance(const Recurrence& step) {
+    const Value previous = re;
     re = re * step.re - im * step.im + re;
     im = im * step.re + previous * step.im + im;
   }
+};
 
-  void setLane(int lane, const Rotations& from, int fromLane) {
-    re[lane] = from.re[fromLane];
-    im[lane] = from.im[fromLane];
+using Rotation = Recurrence<double>;
+
+// Four recurrences side by side.
+struct Rotations : Recurrence<Double4> {
+  Rotation lane(int i) const { return {re[i], im[i]}; }
+
+  void setLane(int i, const Rotation& one) {
+    re[i] = one.re;
+    im[i] = one.im;
   }
 };
 
@@ -41,8 +49,9 @@ struct Quads {
 
   // Those of all four, or only of the last two.
   void take(Rotations& w, const Rotations& step, bool lastOnly = false) {
-    take(w, step, [this](int lane) -> Double4& { return re[lane]; },
-         [this](int lane) -> Double4& { return im[lane]; }, lastOnly);
+    take(
+        w, step, [this](int lane) -> Double4& { return re[lane]; },
+        [this](int lane) -> Double4& { return im[lane]; }, lastOnly);
   }
 
   // The same to any places of the four.
@@ -79,9 +88,8 @@ class Sines {
     } while (nn >> (pass - 1) != 0);
   }
 
-  void setStep(int pass, Rotations& step, int lane) const {
-    step.re[lane] = -2.0 * sines_[pass + 1] * sines_[pass + 1];
-    step.im[lane] = sines_[pass];
+  Rotation step(int pass) const {
+    return {-2.0 * sines_[pass + 1] * sines_[pass + 1], sines_[pass]};
   }
 
  private:
@@ -108,8 +116,8 @@ struct Group {
     const std::size_t rows = std::size_t{1} << (passes - 1);
     steps = kept != nullptr ? rows * half : (rows - 1) * half + 1;
     step = Rotations{};
-    for (int pass = 0; pass < count; ++pass) sines.setStep(firstPass + pass, step, pass);
-    state = Rotations{fourTimes(1.0), fourTimes(0.0)};
+    for (int pass = 0; pass < count; ++pass) step.setLane(pass, sines.step(firstPass + pass));
+    state = {{fourTimes(1.0), fourTimes(0.0)}};
   }
 
   std::size_t length() const { return half << passes; }
@@ -139,8 +147,8 @@ class RowRotations {
  public:
   void start(const Group& group) {
     for (int r = 0; r < 8; ++r) {
-      w_[r / 4].setLane(r % 4, group.at[kRow[r]], kLane[r]);
-      step_[r / 4].setLane(r % 4, group.step, kLane[r]);
+      w_[r / 4].setLane(r % 4, group.at[kRow[r]].lane(kLane[r]));
+      step_[r / 4].setLane(r % 4, group.step.lane(kLane[r]));
     }
   }
 

@@ -43,13 +43,6 @@ inline void store(float* to, Float8 value) {
   _mm256_storeu_ps(to, value);
 }
 
-// Stores a[0], b[0], a[1], b[1] and so on.
-inline void storeMixed(float* to, Float8 a, Float8 b) {
-  const Float8 evens = _mm256_unpacklo_ps(a, b), odds = _mm256_unpackhi_ps(a, b);
-  store(to, _mm256_permute2f128_ps(evens, odds, 0x20));
-  store(to + 8, _mm256_permute2f128_ps(evens, odds, 0x31));
-}
-
 inline Double4 widened(Float4 value) {
   return _mm256_cvtps_pd(value);
 }
@@ -66,15 +59,24 @@ inline Float4 half(Float8 value, int second) {
   return second ? _mm256_extractf128_ps(value, 1) : _mm256_castps256_ps128(value);
 }
 
-// Every second of sixteen values, from the first or from the second on.
+// Every second of sixteen values, from the first or from the second on, in the order kOrder.
+constexpr int kOrder[8] = {0, 1, 4, 5, 2, 3, 6, 7};
+
 inline Float8 evens(const float* from) {
-  return _mm256_shuffle_ps(joined(load(from), load(from + 8)),
-                           joined(load(from + 4), load(from + 12)), 0x88);
+  return _mm256_shuffle_ps(load8(from), load8(from + 8), 0x88);
 }
 
 inline Float8 odds(const float* from) {
-  return _mm256_shuffle_ps(joined(load(from), load(from + 8)),
-                           joined(load(from + 4), load(from + 12)), 0xdd);
+  return _mm256_shuffle_ps(load8(from), load8(from + 8), 0xdd);
+}
+
+// Stores a[0], b[0], a[1], b[1] and so on.
+inline void storeMixed(float* to, Float8 a, Float8 b) {
+  const Float8 first = _mm256_unpacklo_ps(a, b), second = _mm256_unpackhi_ps(a, b);
+  store(to, half(first, 0));
+  store(to + 4, half(second, 0));
+  store(to + 8, half(first, 1));
+  store(to + 12, half(second, 1));
 }
 
 // Each half by itself, as four rows of four.
@@ -200,6 +202,8 @@ inline Float4 evens(Float4 a, Float4 b) {
 inline Float4 odds(Float4 a, Float4 b) {
   return __builtin_shufflevector(a, b, 1, 3, 5, 7);
 }
+
+constexpr int kOrder[8] = {0, 1, 2, 3, 4, 5, 6, 7};
 
 inline Float8 evens(const float* from) {
   return {evens(load(from), load(from + 4)), evens(load(from + 8), load(from + 12))};
