@@ -1,27 +1,14 @@
 #include "krosac/dsp/InstrumentResponse.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <iterator>
 
+#include "krosac/dsp/InstrumentResponseInternal.h"
+
 namespace krosac {
 namespace {
-
-// Written out, since compilers differ in how they multiply and divide complex numbers.
-struct Complex {
-  double re, im;
-
-  Complex operator*(Complex z) const { return {re * z.re - im * z.im, re * z.im + im * z.re}; }
-  // Smith (1962), whose parts stay in range where those of the square of z would not.
-  Complex operator/(Complex z) const {
-    if (std::fabs(z.re) < std::fabs(z.im)) {
-      const double ratio = z.re / z.im, divisor = z.re * ratio + z.im;
-      return {(re * ratio + im) / divisor, (im * ratio - re) / divisor};
-    }
-    const double ratio = z.im / z.re, divisor = z.im * ratio + z.re;
-    return {(im * ratio + re) / divisor, (im - re * ratio) / divisor};
-  }
-};
 
 struct Instrument {
   int nZeros;
@@ -42,35 +29,71 @@ constexpr Instrument kInstruments[] = {
 
 constexpr float kZerosAtOrigin[6] = {};
 
-Complex product(int count, const float* roots, double omega) {
-  Complex result{1.0, 0.0};
-  for (std::ptrdiff_t k = 0; k < count; ++k) {
-    result = result * Complex{-double{roots[2 * k]}, omega - double{roots[2 * k + 1]}};
+constexpr std::size_t kBlock = 64;
+
+// Complex arithmetic is written out, since compilers differ in how they multiply and divide complex
+// numbers.
+struct Block {
+  double re[kBlock], im[kBlock];
+
+  // The product of i*omega - root over the roots, at up to kBlock frequencies.
+  Block(int count, const float* roots, std::span<const float> omega) {
+    std::fill_n(re, omega.size(), 1.0);
+    std::fill_n(im, omega.size(), 0.0);
+    for (std::ptrdiff_t k = 0; k < count; ++k) {
+      const double x = -double{roots[2 * k]}, root = roots[2 * k + 1];
+      for (std::size_t i = 0; i < omega.size(); ++i) {
+        const double y = omega[i] - root, product = re[i] * x - im[i] * y;
+        im[i] = re[i] * y + im[i] * x;
+        re[i] = product;
+      }
+    }
   }
-  return result;
-}
+};
 
 }  // namespace
 
-void ComputeInstRespnse(int nZeros, const float zeros[], int nPoles, const float poles[], float* re,
-                        float* im, float omega, float C) {
-  const Complex zerosProduct = product(nZeros, zeros, omega);
-  const Complex h =
-      Complex{C * zerosProduct.re, C * zerosProduct.im} / product(nPoles, poles, omega);
-  *re = static_cast<float>(h.re);
-  // The conjugate; that is intended.
-  *im = static_cast<float>(-h.im);
+void respond(const PolesAndZeros& instrument, std::span<const float> omega, float re[],
+             float im[]) {
+  const auto& [nZeros, zeros, nPoles, poles, constant] = instrument;
+  while (!omega.empty()) {
+    const std::size_t count = std::min(omega.size(), kBlock);
+    const Block above(nZeros, zeros, omega.first(count)), below(nPoles, poles, omega.first(count));
+    for (std::size_t i = 0; i < count; ++i) {
+      // Smith (1962), whose parts stay in range where those of the square of c + id would not.
+      const double a = constant * above.re[i], b = constant * above.im[i];
+      const double c = below.re[i], d = below.im[i];
+      const bool steep = std::fabs(c) < std::fabs(d);
+      const double ratio = steep ? c / d : d / c, divisor = steep ? c * ratio + d : d * ratio + c;
+      re[i] = static_cast<float>((steep ? a * ratio + b : b * ratio + a) / divisor);
+      // The conjugate; that is intended.
+      im[i] = static_cast<float>(-((steep ? b * ratio - a : b - a * ratio) / divisor));
+    }
+    omega = omega.subspan(count);
+    re += count;
+    im += count;
+  }
 }
 
-void GetInstrumentResponse(int code, float* re, float* im, float omega) {
+void ComputeInstRespnse(int nZeros, const float zeros[], int nPoles, const float poles[], float* re,
+                        float* im, float omega, float C) {
+  respond({nZeros, zeros, nPoles, poles, C}, {&omega, 1}, re, im);
+}
+
+void respond(int code, std::span<const float> omega, float re[], float im[]) {
   if (code < 1 || code > static_cast<int>(std::size(kInstruments))) {
-    *re = 1.0f;
-    *im = 0.0f;
+    std::fill_n(re, omega.size(), 1.0f);
+    std::fill_n(im, omega.size(), 0.0f);
     return;
   }
   const Instrument& instrument = kInstruments[code - 1];
-  ComputeInstRespnse(instrument.nZeros, kZerosAtOrigin, instrument.nPoles, instrument.poles, re, im,
-                     omega, instrument.constant);
+  respond(
+      {instrument.nZeros, kZerosAtOrigin, instrument.nPoles, instrument.poles, instrument.constant},
+      omega, re, im);
+}
+
+void GetInstrumentResponse(int code, float* re, float* im, float omega) {
+  respond(code, {&omega, 1}, re, im);
 }
 
 void GetWWLPResponse(float* re, float* im, float omega) {

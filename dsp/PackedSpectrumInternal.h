@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "krosac/dsp/Fft.h"
+#include "krosac/dsp/WeightsInternal.h"
 #include "krosac/platform/ByteBuffer.h"
 
 namespace krosac {
@@ -36,14 +37,35 @@ class PackedBins {
   void forEachBin(Bin bin) const {
     for (std::size_t k = 1; k < n_ / 2; ++k) bin(k, values_[2 * k], values_[2 * k + 1]);
   }
-  // Multiplies each bin by the real factor of its angular frequency in rad/s; the other two values
-  // stay.
+  // Multiplies bin k by the real factor(k) in double precision; the other two values stay. The
+  // factors of a block come first, so that compilers can multiply in vectors.
   template <typename Factor>
   void scaleBins(Factor factor) const {
-    forEachBin([&](std::size_t k, float& re, float& im) {
-      const double g = factor(omega(k));
-      re = static_cast<float>(re * g);
-      im = static_cast<float>(im * g);
+    forEachBlock([&](std::size_t first, std::size_t count) {
+      double factors[2 * kBlock];
+      for (std::size_t i = 0; i < count; ++i)
+        factors[2 * i] = factors[2 * i + 1] = factor(first + i);
+      float* const values = values_ + 2 * first;
+      for (std::size_t j = 0; j < 2 * count; ++j)
+        values[j] = static_cast<float>(values[j] * factors[j]);
+    });
+  }
+  // The same with complex factors, given by fill(first, re, im) for the bins from the first on.
+  template <typename Fill>
+  void multiplyBlocks(Fill fill) const {
+    forEachBlock([&](std::size_t first, std::size_t count) {
+      double re[kBlock], im[kBlock];
+      fill(first, std::span(re, count), std::span(im, count));
+      float* const values = values_ + 2 * first;
+      for (std::size_t i = 0; i < count; ++i)
+        multiply(values[2 * i], values[2 * i + 1], re[i], im[i]);
+    });
+  }
+  // The same by a function that sets the factor of one bin: factor(k, re, im).
+  template <typename Factor>
+  void multiplyBins(Factor factor) const {
+    multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
+      for (std::size_t i = 0; i < re.size(); ++i) factor(first + i, re[i], im[i]);
     });
   }
 
@@ -52,7 +74,15 @@ class PackedBins {
   // df 2 pi is rounded to single precision before the multiplication.
   float omega(std::size_t k) const { return asFloat(k) * static_cast<float>(df_ * kTwoPi); }
 
+  static constexpr std::size_t kBlock = 64;
+
  private:
+  template <typename Block>
+  void forEachBlock(Block block) const {
+    for (std::size_t first = 1; first < n_ / 2; first += kBlock)
+      block(first, std::min(kBlock, n_ / 2 - first));
+  }
+
   // Bins are fewer than 2^31, and signed numbers are the ones that processors convert at once.
   static float asFloat(std::size_t k) { return static_cast<float>(static_cast<std::int32_t>(k)); }
 

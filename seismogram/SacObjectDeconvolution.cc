@@ -19,8 +19,9 @@ float power(float re, float im) {
 // Turns the bins of a into a conj(b), the spectrum of their correlation.
 void correlateBins(PackedSpectrum& a, PackedSpectrum& b) {
   const float* other = b.values();
-  a.forEachBin([&](std::size_t k, float& re, float& im) {
-    multiply(re, im, other[2 * k], -other[2 * k + 1]);
+  a.multiplyBins([&](std::size_t k, double& re, double& im) {
+    re = other[2 * k];
+    im = -other[2 * k + 1];
   });
 }
 
@@ -75,13 +76,15 @@ void SacObject::divideSpectrum(const SacObject& other, float level, float tshift
   // this is intended.
   u.dc() = u.dc() * u.dc() / std::max(water, w.dc() * w.dc());
   u.nyquist() = u.nyquist() * u.nyquist() / std::max(water, w.nyquist() * w.nyquist());
-  u.forEachBin([&](std::size_t k, float& re, float& im) {
+  u.multiplyBins([&](std::size_t k, double& re, double& im) {
     const double floored = std::max(water, powerAt(k));
-    multiply(re, im, divisor[2 * k] / floored, -divisor[2 * k + 1] / floored);
+    re = divisor[2 * k] / floored;
+    im = -divisor[2 * k + 1] / floored;
   });
-  u.forEachBin([&](std::size_t k, float& re, float& im) {
+  u.multiplyBins([&](std::size_t k, double& re, double& im) {
     const double omega = u.omega(k), g = window(omega), phase = omega * tshift;
-    multiply(re, im, g * std::cos(phase), g * std::sin(phase));
+    re = g * std::cos(phase);
+    im = g * std::sin(phase);
   });
   takeBack(u);
 }

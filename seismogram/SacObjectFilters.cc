@@ -38,7 +38,7 @@ void SacObject::RGaussianFilter(float a) {
   const auto window = [a](double omega) { return gaussian(omega, a); };
   shapeSpectrum([&](PackedSpectrum& s) {
     s.nyquist() = static_cast<float>(s.nyquist() * window(s.nyquistOmega()));
-    s.scaleBins(window);
+    s.scaleBins([&](std::size_t k) { return window(s.omega(k)); });
   });
 }
 
@@ -50,7 +50,7 @@ void SacObject::RGaussianFilterSwapOld_New(float oldA, float newA) {
   };
   shapeSpectrum([&](PackedSpectrum& s) {
     s.nyquist() = static_cast<float>(s.nyquist() * exchange(s.nyquistOmega()));
-    s.scaleBins(exchange);
+    s.scaleBins([&](std::size_t k) { return exchange(s.omega(k)); });
   });
 }
 
@@ -65,7 +65,7 @@ void SacObject::SGaussianFilter_Alpha(float f0, float alpha) {
         // Here alpha stands to the first power; this is intended.
         s.nyquist() =
             static_cast<float>(s.nyquist() * std::exp(-alpha * squaredOffset(s.nyquistOmega())));
-        s.scaleBins(window);
+        s.scaleBins([&](std::size_t k) { return window(s.omega(k)); });
       },
       std::sqrt(alpha * kPi / (static_cast<double>(w0) * w0)));
 }
@@ -75,11 +75,7 @@ void SacObject::CosineTaperFilter(float f1, float f2, float f3, float f4) {
     const auto weight = [&](float f) { return cosineEdges(f, f1, f2, f3, f4); };
     s.dc() = static_cast<float>(s.dc() * weight(0.0f));
     s.nyquist() = static_cast<float>(s.nyquist() * weight(s.nyquistFrequency()));
-    s.forEachBin([&](std::size_t k, float& re, float& im) {
-      const double w = weight(s.frequency(k));
-      re = static_cast<float>(re * w);
-      im = static_cast<float>(im * w);
-    });
+    s.scaleBins([&](std::size_t k) { return weight(s.frequency(k)); });
   });
 }
 
@@ -88,12 +84,13 @@ void SacObject::TstarFilter(float tstar) {
   constexpr double kLargestExponent = 10.0;
   shapeSpectrum([&](PackedSpectrum& s) {
     s.nyquist() = 0.0f;
-    s.forEachBin([&](std::size_t k, float& re, float& im) {
+    s.multiplyBins([&](std::size_t k, double& re, double& im) {
       const double omega = s.omega(k), exponent = omega * tstar / 2.0;
       const double amplitude = std::fabs(exponent) <= kLargestExponent ? std::exp(-exponent) : 0.0;
       const double dispersion = k > 1 ? std::log(omega) * omega * tstar * kOneOverPi : 0.0;
       const double phase = dispersion - omega * tstar;
-      multiply(re, im, amplitude * std::cos(phase), -amplitude * std::sin(phase));
+      re = amplitude * std::cos(phase);
+      im = -amplitude * std::sin(phase);
     });
   });
 }

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "krosac/dsp/InstrumentResponse.h"
+#include "krosac/dsp/InstrumentResponseInternal.h"
 #include "krosac/dsp/PoleZeroFile.h"
 #include "krosac/dsp/WeightsInternal.h"
 #include "krosac/platform/Log.h"
@@ -11,10 +12,6 @@ namespace krosac {
 namespace {
 
 constexpr float kTwoPiSingle = 6.2831854820251465f;
-
-struct Response {
-  float re = 0.0f, im = 0.0f;
-};
 
 // A response that is read from a file: one that states nothing but the flat response, or is not
 // finite, is none.
@@ -30,11 +27,28 @@ struct PoleZeroResponse {
     return (poleCount > 0 || zeroCount > 0 || constant != 1.0f) && isFinite(constant) &&
            std::ranges::all_of(poles, isFinite) && std::ranges::all_of(zeros, isFinite);
   }
-  Response at(float omega) const {
-    Response h;
-    ComputeInstRespnse(zeroCount, zeros, poleCount, poles, &h.re, &h.im, omega, constant);
-    return h;
+  PolesAndZeros roots() const { return {zeroCount, zeros, poleCount, poles, constant}; }
+};
+
+// The responses of an instrument, given by its code or its roots, at the bins of a block.
+class Responses {
+ public:
+  template <typename Instrument>
+  Responses(const Instrument& instrument, const PackedBins& bins, std::size_t first,
+            std::size_t count) {
+    float omega[PackedBins::kBlock];
+    for (std::size_t i = 0; i < count; ++i) omega[i] = bins.omega(first + i);
+    respond(instrument, {omega, count}, re, im);
   }
+  // The real part at one frequency.
+  template <typename Instrument>
+  static float realAt(float omega, const Instrument& instrument) {
+    float re, im;
+    respond(instrument, {&omega, 1}, &re, &im);
+    return re;
+  }
+
+  float re[PackedBins::kBlock], im[PackedBins::kBlock];
 };
 
 // Tapers the packed pairs at f = j df; the first pair is that of zero and Nyquist frequency, and
@@ -62,17 +76,15 @@ void taperBand(PackedSpectrum& s, float f1, float f2, float f3, float f4) {
 }  // namespace
 
 void SacObject::ConvolveInstrument(int code) {
-  const auto response = [code](float omega) {
-    Response h;
-    GetInstrumentResponse(code, &h.re, &h.im, omega);
-    return h;
-  };
   shapeSpectrum([&](PackedSpectrum& s) {
-    s.dc() *= response(0.0f).re;
-    s.nyquist() *= response(s.nyquistFrequency() * kTwoPiSingle).re;
-    s.forEachBin([&](std::size_t k, float& re, float& im) {
-      const Response h = response(s.omega(k));
-      multiply(re, im, h.re, h.im);
+    s.dc() *= Responses::realAt(0.0f, code);
+    s.nyquist() *= Responses::realAt(s.nyquistFrequency() * kTwoPiSingle, code);
+    s.multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
+      const Responses h(code, s, first, re.size());
+      for (std::size_t i = 0; i < re.size(); ++i) {
+        re[i] = h.re[i];
+        im[i] = h.im[i];
+      }
     });
   });
 }
@@ -84,15 +96,20 @@ void SacObject::DeconvolveInstrument_TaperCorners(const std::string& path, const
     return;
   }
   shapeSpectrum([&](PackedSpectrum& s) {
-    s.dc() /= response.at(0.0f).re;
-    s.nyquist() /= response.at(s.nyquistFrequency() * kTwoPiSingle).re;
-    s.forEachBin([&](std::size_t k, float& re, float& im) {
-      const Response h = response.at(s.omega(k));
-      const double squared = static_cast<double>(h.re) * h.re + static_cast<double>(h.im) * h.im;
-      if (squared > 0.0) {
-        multiply(re, im, h.re / squared, -h.im / squared);
-      } else {
-        re = im = 0.0f;
+    const PolesAndZeros roots = response.roots();
+    s.dc() /= Responses::realAt(0.0f, roots);
+    s.nyquist() /= Responses::realAt(s.nyquistFrequency() * kTwoPiSingle, roots);
+    s.multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
+      const Responses h(roots, s, first, re.size());
+      for (std::size_t i = 0; i < re.size(); ++i) {
+        const double squared =
+            static_cast<double>(h.re[i]) * h.re[i] + static_cast<double>(h.im[i]) * h.im[i];
+        re[i] = h.re[i] / squared;
+        im[i] = -h.im[i] / squared;
+        if (squared > 0.0) continue;
+        // What has no response has no signal.
+        re[i] = im[i] = 0.0;
+        std::fill_n(s.values() + 2 * (first + i), 2, 0.0f);
       }
     });
     const float f1 = corners[0], f2 = corners[1], f3 = corners[2], f4 = corners[3];
