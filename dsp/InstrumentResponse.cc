@@ -37,7 +37,7 @@ struct Block {
   double re[kBlock], im[kBlock];
 
   // The product of i*omega - root over the roots, at up to kBlock frequencies.
-  Block(int count, const float* roots, std::span<const float> omega) {
+  Block(int count, const float* roots, std::span<const double> omega) {
     std::fill_n(re, omega.size(), 1.0);
     std::fill_n(im, omega.size(), 0.0);
     for (std::ptrdiff_t k = 0; k < count; ++k) {
@@ -58,16 +58,21 @@ void respond(const PolesAndZeros& instrument, std::span<const float> omega, floa
   const auto& [nZeros, zeros, nPoles, poles, constant] = instrument;
   while (!omega.empty()) {
     const std::size_t count = std::min(omega.size(), kBlock);
-    const Block above(nZeros, zeros, omega.first(count)), below(nPoles, poles, omega.first(count));
+    double frequencies[kBlock];
+    std::copy_n(omega.begin(), count, frequencies);
+    const Block above(nZeros, zeros, {frequencies, count});
+    const Block below(nPoles, poles, {frequencies, count});
     for (std::size_t i = 0; i < count; ++i) {
-      // Smith (1962), whose parts stay in range where those of the square of c + id would not.
+      // (a + ib) / (c + id) as Smith (1962) has it, whose parts stay in range where those of the
+      // square of c + id would not. It wants |d| <= |c|; else both are first multiplied by -i.
       const double a = constant * above.re[i], b = constant * above.im[i];
       const double c = below.re[i], d = below.im[i];
       const bool steep = std::fabs(c) < std::fabs(d);
-      const double ratio = steep ? c / d : d / c, divisor = steep ? c * ratio + d : d * ratio + c;
-      re[i] = static_cast<float>((steep ? a * ratio + b : b * ratio + a) / divisor);
+      const double x = steep ? b : a, y = steep ? -a : b, u = steep ? d : c, v = steep ? -c : d;
+      const double ratio = v / u, divisor = v * ratio + u;
+      re[i] = static_cast<float>((y * ratio + x) / divisor);
       // The conjugate; that is intended.
-      im[i] = static_cast<float>(-((steep ? b * ratio - a : b - a * ratio) / divisor));
+      im[i] = static_cast<float>(-((y - x * ratio) / divisor));
     }
     omega = omega.subspan(count);
     re += count;
