@@ -39,11 +39,20 @@ std::pair<float, float> energies(std::span<const float> a, std::span<const float
 }
 
 // The first of the values greatest in size; NaN is passed over, and 0 is the index of no number.
+// The block that holds it is looked for in vectors.
 std::int64_t indexOfGreatest(std::span<const float> x) {
+  constexpr std::size_t kBlock = 64;
   const auto size = [](float value) { return std::fabs(value); };
   const float greatest = greatestOf(x.size(), [&](std::size_t i) { return size(x[i]); });
-  const auto at = std::ranges::find(x, greatest, size);
-  return at == x.end() ? 0 : at - x.begin();
+  const auto isIn = [&](std::span<const float> block) {
+    int found = 0;
+    for (const float value : block) found |= size(value) == greatest;
+    return found != 0;
+  };
+  auto rest = x;
+  while (rest.size() > kBlock && !isIn(rest.first<kBlock>())) rest = rest.subspan(kBlock);
+  const auto at = std::ranges::find(rest, greatest, size);
+  return at == rest.end() ? 0 : &*at - x.data();
 }
 
 }  // namespace
