@@ -182,8 +182,8 @@ inline Float4 rounded(Double4 value) {
 #ifdef __SSE2__
   return _mm_movelh_ps(_mm_cvtpd_ps(value.first), _mm_cvtpd_ps(value.second));
 #else
-  return {static_cast<float>(value.first[0]), static_cast<float>(value.first[1]),
-          static_cast<float>(value.second[0]), static_cast<float>(value.second[1])};
+  return Float4{static_cast<float>(value.first[0]), static_cast<float>(value.first[1]),
+                static_cast<float>(value.second[0]), static_cast<float>(value.second[1])};
 #endif
 }
 
