@@ -283,10 +283,32 @@ inline void addTexts(Results& results) {
                    << series->beginDateTime().description();
 }
 
+inline void addFiles(Results& results) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("a.sac");
+  for (const bool swapped : {true, false}) {
+    const AutoreleasePool pool;
+    const auto day = dayOfNoise();
+    day->setPath(path);
+    day->setSwappedBytes(swapped);
+    auto* s = alloc<SacObject>();
+    if (!day->save() || !s->InitWithPath(path)) return s->release();
+    s->setVerbose(2);
+    log("%s %f", s->hypoPickString().c_str(), 0.5);
+    pathForResource("absent", "txt");  // the first to miss one says so, once
+    ProcessCommand echo;
+    echo.program = "/bin/echo";
+    echo.arguments = {s->flinnEngdahlString().value_or("none")};
+    echo.capturesOutput = true;
+    results["files"] << s->swappedBytes() << s->myData() << runProcess(echo).output;
+    s->initWithPath(folder.path("absent"));
+  }
+}
+
 inline std::string bits() {
   Results results;
   for (const auto add : {addSpectra, addNumbers, addSeismograms, addTravelTimes, addPlaces,
-                         addDates, addSources, addTexts})
+                         addDates, addSources, addTexts, addFiles})
     add(results);
   std::string lines;
   for (const auto& [name, hash] : results)
