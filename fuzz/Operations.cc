@@ -13,18 +13,18 @@ std::string savedImage(const S& s, Arguments& a) {
 }
 
 void useArray(S& s, Arguments& a) {
-  using Array = SeismogramArray;
-  static constexpr Operation<Array> kScreens[] = {
-      call<&Array::setGCarcScreen>,   call<&Array::setQualityScreen>,
-      call<&Array::setNetworkScreen>, call<&Array::setChannelScreen>,
-      call<&Array::setMinGCarc>,      call<&Array::setMaxGCarc>,
-      call<&Array::setMinQuality>};
-  auto array = make<Array>();
+  auto array = make<SeismogramArray>();
   array->init();
   array->theSeismograms() = a.group();
   std::erase(array->theSeismograms(), nullptr);
   const std::vector<std::string> names{a.text(8), s.knetwk(), s.kcmpnm()};
-  for (const auto set : kScreens) set(*array, a);
+  array->setGCarcScreen(a.ConsumeBool());
+  array->setQualityScreen(a.ConsumeBool());
+  array->setNetworkScreen(a.ConsumeBool());
+  array->setChannelScreen(a.ConsumeBool());
+  array->setMinGCarc(a.real());
+  array->setMaxGCarc(a.real());
+  array->setMinQuality(a.integer());
   if (a.ConsumeBool()) array->setNetworksPointer(&names);
   if (a.ConsumeBool()) array->setChannelsPointer(&names);
   array->screenSeismogram(s);
@@ -127,29 +127,17 @@ constexpr Operation<S> kOperations[] = {
     call<L2SacFracMisfitWithShift>, call<saRemoveCollectiveMean>, call<saSynchSacObjects>,
     call<saRemoveOverlaps>, call<saMergeSacSeisInArray>, useArray};
 
-constexpr Operation<S> kReadings[] = {call<&S::description>,
-                                      call<&S::stationDescription>,
-                                      call<&S::eventDescription>,
-                                      call<&S::oTimeString>,
-                                      call<&S::hypoPickString>,
-                                      call<&S::compareGCarcs>,
-                                      call<&S::compareDistances>,
-                                      call<&S::compareBackAzimuths>,
-                                      call<&S::compareAzimuths>,
-                                      call<&S::absMax>,
-                                      call<&S::nextPowerOfTwoPts>,
-                                      call<&S::gamma>,
-                                      call<&S::epochStartTime>,
-                                      call<&S::epochEndTime>,
-                                      call<&S::isP>,
-                                      call<&S::isG1>,
-                                      call<&S::getGroupVelocityRange>,
-                                      call<&S::simpleRMS>,
-                                      call<&S::signalPower>,
-                                      call<&S::centroid>,
-                                      call<&S::simpleSNR>,
-                                      call<&S::FindMaximum>,
-                                      call<&S::FindMinimum>};
+constexpr Operation<S> kReadings[] = {
+    // Texts
+    call<&S::description>, call<&S::stationDescription>, call<&S::eventDescription>,
+    call<&S::oTimeString>, call<&S::hypoPickString>,
+    // Numbers
+    // Numbers
+    call<&S::compareGCarcs>, call<&S::compareDistances>, call<&S::compareBackAzimuths>,
+    call<&S::compareAzimuths>, call<&S::absMax>, call<&S::nextPowerOfTwoPts>, call<&S::gamma>,
+    call<&S::epochStartTime>, call<&S::epochEndTime>, call<&S::isP>, call<&S::isG1>,
+    call<&S::getGroupVelocityRange>, call<&S::simpleRMS>, call<&S::signalPower>, call<&S::centroid>,
+    call<&S::simpleSNR>, call<&S::FindMaximum>, call<&S::FindMinimum>};
 
 }  // namespace
 

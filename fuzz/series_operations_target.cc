@@ -35,19 +35,12 @@ void useSeries(Arguments& a) {
 
 constexpr Operation<R> kOfSpectra[] = {
     // Amplitudes
-    call<&R::computeExtrema>,
-    call<&R::signalPower>,
-    call<&R::signalPowerFromFreq_To>,
-    call<&R::meanAmplitudeValueFrom_To>,
-    call<&R::meanLog10AmplitudeValueFrom_To>,
-    call<&R::amplitudeSpectrum>,
-    call<&R::prewhiten>,
-    call<&R::phaseShiftBy>,
-    call<&R::multiplyByScalar>,
-    call<&R::multiplyByIOmega>,
-    call<&R::divideByIOmega>,
-    call<&R::setZeroFrequencyValue>,
-    call<&R::description>,
+    call<&R::computeExtrema>, call<&R::signalPower>, call<&R::signalPowerFromFreq_To>,
+    call<&R::meanAmplitudeValueFrom_To>, call<&R::meanLog10AmplitudeValueFrom_To>,
+    call<&R::amplitudeSpectrum>, call<&R::prewhiten>, call<&R::phaseShiftBy>,
+    call<&R::multiplyByScalar>, call<&R::multiplyByIOmega>, call<&R::divideByIOmega>,
+    // Values
+    call<&R::setZeroFrequencyValue>, call<&R::description>,
     [](R& s, Arguments&) { s.addSpectrum(*s.copyWithZone()); }};
 
 void useSpectrum(Arguments& a) {
@@ -105,8 +98,7 @@ constexpr Operation<Array> kOfArrays[] = {
     },
     [](Array& v, Arguments& a) {
       const auto b = a.reals(a.index(300));
-      const auto n = static_cast<unsigned>(v.n);
-      TDconvolve(v.x, b.data(), v.out, n, static_cast<int>(b.size()), a.real());
+      TDconvolve(v.x, b.data(), v.out, static_cast<unsigned>(v.n), std::ssize(b), a.real());
     },
     [](Array& v, Arguments& a) {
       BUFilterDesign design{};
@@ -126,12 +118,11 @@ constexpr Operation<Array> kOfArrays[] = {
     }};
 
 constexpr Operation<D> kOfPlaces[] = {
-    call<&D::initWithSDR>,
-    call<&D::pAmplitudeAz_RayP_Vel_Upgoing>,
-    call<&D::ComputeSHWaveAmplitudeAz_RayP_Vel>,
-    call<&D::ComputeSurfWaveAmplitudeAz_Period>,
-    call<latLonFromDistAz>,
-    call<geospread>,
+    // Sources
+    call<&D::initWithSDR>, call<&D::pAmplitudeAz_RayP_Vel_Upgoing>,
+    call<&D::ComputeSHWaveAmplitudeAz_RayP_Vel>, call<&D::ComputeSurfWaveAmplitudeAz_Period>,
+    // Places
+    call<latLonFromDistAz>, call<geospread>,
     [](D&, Arguments& a) { GetBWResponse(a.reals(13).data()); },
     [](D&, Arguments& a) {
       const float lat1 = a.real(), lon1 = a.real(), lat2 = a.real(), lon2 = a.real();
@@ -141,17 +132,13 @@ constexpr Operation<D> kOfPlaces[] = {
     }};
 
 constexpr Operation<T> kOfTimes[] = {
-    call<doy>,
-    call<ndaysinyear>,
-    call<monthdate>,
-    call<&T::setMDay>,
-    call<&T::setMMsec>,
+    // Days
+    call<doy>, call<ndaysinyear>, call<monthdate>,
+    // Times
+    call<&T::setMDay>, call<&T::setMMsec>,
     call<&T::initWithValues_month_date_hour_minute_second_millisecond>,
-    call<&T::subtractMinutesSeconds_Seconds>,
-    call<&T::addSeconds>,
-    call<&T::DOYcString>,
-    call<&T::YMDcString>,
-    [](T& t, Arguments& a) { t.initWithTimeObject(*a.time()); },
+    call<&T::subtractMinutesSeconds_Seconds>, call<&T::addSeconds>, call<&T::DOYcString>,
+    call<&T::YMDcString>, [](T& t, Arguments& a) { t.initWithTimeObject(*a.time()); },
     [](T& t, Arguments& a) { t.addSeisTimeObject(*a.time()); },
     [](T& t, Arguments& a) { t.lessThanSeisTime(*a.time()); },
     [](T& t, Arguments& a) { t.differenceInSecondsFrom(*a.time()); },

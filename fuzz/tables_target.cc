@@ -16,18 +16,13 @@ Ref<T> made() {
   return object;
 }
 
-// A table of one phase, as long as the rows that were read, so that a look-up beyond them is seen.
-struct PhaseTable {
-  template <typename Read>
-  PhaseTable(std::size_t columns, Read read) : values(360 * columns) {
-    read(values.data(), &rows);
-    require(rows >= 0 && rows <= 360);
-    values.resize(static_cast<std::size_t>(std::max(rows, 2)) * columns);
-    values.shrink_to_fit();
-  }
-  std::vector<float> values;
-  std::int32_t rows = 0;
-};
+// Makes the table of one phase as long as the rows that were read, so that a look-up beyond them is
+// seen.
+void fit(std::vector<float>& table, std::int32_t rows) {
+  require(rows >= 0 && rows <= 360);
+  table.resize(static_cast<std::size_t>(std::max(rows, 2)) * (table.size() / 360));
+  table.shrink_to_fit();
+}
 
 float found[4];  // what look-ups give
 
@@ -43,12 +38,12 @@ constexpr void (*kReaders[])(Arguments& a) = {
       }
     },
     [](Arguments& a) {
-      const PhaseTable table(13, [&](float* values, std::int32_t* rows) {
-        ReadJBTablePhase(a.text().c_str(), values, rows);
-      });
+      std::vector<float> table(360 * 13);
+      std::int32_t rows = 0;
+      ReadJBTablePhase(a.text().c_str(), table.data(), &rows);
+      fit(table, rows);
       for (int i = 0; i < 4; ++i)
-        GetJBTimeSlowness("pp", table.values.data(), table.rows, found, found + 1, a.real(),
-                          a.real());
+        GetJBTimeSlowness("pp", table.data(), rows, found, found + 1, a.real(), a.real());
     },
     [](Arguments& a) {
       const auto all = made<TTTableObject>();
@@ -58,13 +53,14 @@ constexpr void (*kReaders[])(Arguments& a) = {
       }
     },
     [](Arguments& a) {
-      const PhaseTable table(18, [&](float* values, std::int32_t* rows) {
-        ReadTTTablePhase("IASP91_", a.text().c_str(), values, rows);
-      });
+      std::vector<float> table(360 * 18);
+      std::int32_t rows = 0;
+      ReadTTTablePhase("IASP91_", a.text().c_str(), table.data(), &rows);
+      fit(table, rows);
       for (int i = 0; i < 4; ++i) {
-        const float gcarc = a.real(), depth = a.real(), *values = table.values.data();
-        GetTTTimeSlowness("p", values, table.rows, found, found + 1, gcarc, depth);
-        GetTTTimeSlownesses("p", values, table.rows, found, found + 1, found + 2, gcarc, depth);
+        const float gcarc = a.real(), depth = a.real(), *values = table.data();
+        GetTTTimeSlowness("p", values, rows, found, found + 1, gcarc, depth);
+        GetTTTimeSlownesses("p", values, rows, found, found + 1, found + 2, gcarc, depth);
       }
     },
     [](Arguments& a) {

@@ -44,7 +44,7 @@ TEST(Threads, AnObjectMayBeHeldByManyThreads) {
   const auto shared = traceOf(Samples(10));
   inThreads([&](int) {
     AutoreleasePool pool;
-    for (int k = 0; k < 20000; ++k) {
+    for (int k = 0; k < 100000; ++k) {
       const Ref<S> mine = shared;
       mine->retain();
       mine->autorelease();
@@ -54,7 +54,7 @@ TEST(Threads, AnObjectMayBeHeldByManyThreads) {
 }
 
 TEST(Threads, TheCounterOfPointsInNoRegionGivesEachNumberOnce) {
-  constexpr int kCalls = 1000;
+  constexpr int kCalls = 50000;
   std::vector<std::int32_t> numbers(kThreads * kCalls);
   inThreads([&](int thread) {
     for (int k = 0; k < kCalls; ++k)
