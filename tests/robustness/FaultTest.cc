@@ -1,6 +1,7 @@
 // Nothing is lost and nothing half done is left when a process is killed, a system call fails, a
 // disk is full, a folder may not be written or a file changes while it is read.
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -198,6 +199,7 @@ TEST_F(FaultTest, AReaderSeesOneWholeFileOrAnotherWhileSaversRunAndAreKilled) {
     const std::string versions[] = {saver.bytes(kBefore), saver.bytes(kAfter)};
     folder.write("a.sac", versions[0]);
     const pid_t child = ::fork();
+    if (child == 0) ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // should a check below end this test
     while (child == 0) {
       if (saveOther() != kWhole || saveOne() != kWhole) ::_exit(1);
     }
