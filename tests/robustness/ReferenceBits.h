@@ -271,9 +271,10 @@ inline void addSources(Results& results) {
 }
 
 inline void addTexts(Results& results) {
-  for (double value = 1.0e-12; std::abs(value) < 1.0e12; value *= -7.3)
-    results["texts"] << formatText("%f %.9g %e %d", value, value, value,
-                                   static_cast<int>(value) % 1000000);
+  for (double value = 1.0e-12; std::abs(value) < 1.0e12; value *= -7.3) {
+    const int whole = std::abs(value) < 2147483648.0 ? static_cast<int>(value) : INT32_MIN;
+    results["texts"] << formatText("%f %.9g %e %d", value, value, value, whole % 1000000);
+  }
   const auto series = make<uniformSampleTimeSeries>();
   series->initWithZerosNpts_Delta(1234, 0.1f);
   series->addSpikeAtTimeDelay_Amplitude(30.3f, 2.5f);
