@@ -1,6 +1,8 @@
 // Nothing is lost and nothing half done is left when a process is killed, a system call fails, a
 // disk is full, a folder may not be written or a file changes while it is read.
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
@@ -312,6 +314,25 @@ TEST_F(FaultTest, SaversWithoutRightsOrDescriptorsLeaveTheOldFile) {
   };
   expectSaversTellTheTruth(dropDescriptors, kRefused);
   EXPECT_FALSE(traceOf(kBefore)->saveToPath("/dev/full"));
+}
+
+// A file system of 20 KiB, which cannot hold the new file, in a name space of a child, so that
+// nothing stays mounted.
+TEST_F(FaultTest, SaversOnASmallFileSystemLeaveTheOldFile) {
+  for (const Saver& saver : kSavers) {
+    const auto outcome = inChild([&]() -> int {
+      if (::unshare(CLONE_NEWNS) != 0 ||
+          ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+          ::mount("tmpfs", folder.path().c_str(), "tmpfs", 0, "size=20k") != 0)
+        return kNotAllowed;
+      fs::current_path(folder.path());
+      folder.write("a.sac", saver.bytes(kBefore));
+      const int result = saver.saving(kAfter, path)();
+      return isAs(kRefused, saver) ? result : kWrong;
+    });
+    if (outcome == kNotAllowed) GTEST_SKIP() << "no file system may be mounted here";
+    EXPECT_EQ(outcome, kRefused);
+  }
 }
 
 // Each writes its header and then 5000 samples, y first where there are two blocks.
