@@ -2,36 +2,22 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <string>
 
 #include "krosac/krosac.h"
 
+using namespace krosac;
+
 namespace {
 
-using namespace krosac;
-namespace fs = std::filesystem;
+std::filesystem::path corpora;
 
-class Corpus {
- public:
-  Corpus(const fs::path& folder, const std::string& target) : folder_(folder / target) {
-    fs::create_directories(folder_);
-  }
-  void add(const std::string& name, const std::string& bytes) const {
-    std::ofstream(folder_ / ("seed_" + name), std::ios::binary) << bytes;
-  }
-
- private:
-  fs::path folder_;
-};
+void add(const std::string& target, const std::string& name, const std::string& bytes) {
+  std::filesystem::create_directories(corpora / target);
+  std::ofstream(corpora / target / ("seed_" + name), std::ios::binary) << bytes;
+}
 
 std::string textOf(const Ref<ByteBuffer>& bytes) {
   return {reinterpret_cast<const char*>(bytes->bytes()), bytes->length()};
-}
-
-std::string read(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 // Bytes that arguments are drawn from, different ones for each seed.
@@ -42,6 +28,13 @@ std::string arguments(std::size_t count, unsigned seed) {
     bytes.push_back(static_cast<char>(seed >> 24));
   }
   return bytes;
+}
+
+template <typename T>
+Ref<T> made() {
+  auto object = make<T>();
+  object->init();
+  return object;
 }
 
 Ref<SacObject> seismogram(std::int32_t n) {
@@ -62,117 +55,94 @@ Ref<SacObject> seismogram(std::int32_t n) {
   return s;
 }
 
-void makeImages(const fs::path& folder) {
-  const Corpus corpus(folder, "sac_images");
+void addImages() {
   for (const std::int32_t n : {0, 1, 100}) {
     const auto image = seismogram(n)->myData();
     const auto foreign = ByteBuffer::copyOf(image->bytes(), image->length());
     reverseSACBytes(*foreign);
-    const std::string tail = arguments(16, static_cast<unsigned>(n));
-    corpus.add("native" + std::to_string(n), textOf(image) + tail);
-    corpus.add("foreign" + std::to_string(n), textOf(foreign) + tail);
-    corpus.add("longer" + std::to_string(n), textOf(image) + "more" + tail);
+    const std::string count = std::to_string(n), tail = arguments(16, static_cast<unsigned>(n));
+    add("sac_images", "native" + count, textOf(image) + tail);
+    add("sac_images", "foreign" + count, textOf(foreign) + tail);
+    add("sac_images", "longer" + count, textOf(image) + "more" + tail);
   }
 }
 
-void makeArchives(const fs::path& folder) {
-  const Corpus corpus(folder, "keyed_archives");
-  const auto add = [&](const Archivable& object) {
-    std::string bytes = textOf(archive(object));
-    bytes.resize(bytes.size() - 4);  // the target puts the checksum behind it
-    corpus.add(object.archiveClassName(), bytes);
-  };
-  add(*seismogram(20));
-  add(*Ref<SeisTimeObject>(seismogram(1)->mySeisReferenceTime()));
-  auto location = make<kroGeoLocation>();
-  location->init();
-  location->setLatitude(51.7f);
-  add(*location);
-  auto station = make<kroSeismicStation>();
-  station->init();
+void addArchive(const Archivable& object) {
+  std::string bytes = textOf(archive(object));
+  bytes.resize(bytes.size() - 4);  // the target puts the checksum behind it
+  add("keyed_archives", object.archiveClassName(), bytes);
+}
+
+void addArchives() {
+  const auto station = made<kroSeismicStation>();
   station->setStationCode("TLY");
   station->setFileNames({"a", "bc"});
-  add(*station);
-  auto hypocenter = make<kroHypocenter>();
-  hypocenter->init();
+  const auto phase = made<kroSeismicPhase>();
+  phase->parseEDRPrimaryPhase("P TLY  eP      000541.80   0.3   29.84 301.5 1.1   63.0 5.7");
+  phase->setStation(station);
+  const auto hypocenter = made<kroHypocenter>();
   hypocenter->parseEDRHypocenter("HY20031231 235950.00 38.297N 142.373E  29.0");
-  for (int i = 0; i < 2; ++i) {
-    auto phase = make<kroSeismicPhase>();
-    phase->init();
-    phase->parseEDRPrimaryPhase("P TLY  eP      000541.80   0.3   29.84 301.5 1.1   63.0 5.7");
-    phase->setStation(station);
-    if (i == 0) add(*phase);
-    hypocenter->addPhase(phase);
-  }
-  add(*hypocenter);
-  auto origin = make<kroSeismicOrigin>();
-  origin->init();
-  origin->setEpochtime(1.3e9);
-  add(*origin);
+  hypocenter->addPhase(phase);
+  hypocenter->addPhase(phase->copyWithZone());
+  const auto s = seismogram(20);
+  const auto addAll = [](const auto&... objects) { (addArchive(*objects), ...); };
+  addAll(s, s->mySeisReferenceTime(), made<kroGeoLocation>(), station, phase, hypocenter,
+         made<kroSeismicOrigin>());
 }
 
-void makeTables(const fs::path& data, const fs::path& folder) {
-  const Corpus corpus(folder, "tables");
-  // The reader that the first byte chooses, and the file for it, cut where it is long.
-  const std::pair<char, const char*> readers[] = {{0, "jbtables"},   {1, "pcp"},   {2, "iasp91_p"},
-                                                  {3, "iasp91_pcs"}, {4, "PsNMO"}, {5, "locsat_P"},
-                                                  {6, "pcp"}};
-  for (const auto& [reader, name] : readers) {
-    const std::string table = read(data / (std::string(name) + ".txt"));
-    for (const std::size_t length : {std::size_t{3000}, std::size_t{60000}}) {
-      corpus.add(std::to_string(reader) + "_" + std::to_string(length),
-                 std::string(1, reader) + arguments(47, static_cast<unsigned>(length)) +
-                     table.substr(0, length));
+// The first byte chooses the reader; the file for it is cut where it is long.
+void addTables(const std::filesystem::path& data) {
+  int reader = 0;
+  for (const std::string name :
+       {"jbtables", "pcp", "iasp91_p", "iasp91_pcs", "PsNMO", "locsat_P", "pcp"}) {
+    const std::string table = textOf(ByteBuffer::fromFile(data / (name + ".txt")));
+    for (const unsigned length : {3000u, 60000u}) {
+      add("tables", std::to_string(reader) + "_" + std::to_string(length),
+          static_cast<char>(reader) + arguments(47, length) + table.substr(0, length));
     }
+    ++reader;
   }
-  corpus.add("small", std::string(1, 5) + arguments(47, 1) +
-                          "n # table\n2\n0. 33.\n3\n0. 10. 20.\n# z\n0.\n140.\n270.\n#\n5.\n138.\n"
-                          "-1.\n");
+  add("tables", "small",
+      '\5' + arguments(47, 1) +
+          "n # table\n2\n0. 33.\n3\n0. 10. 20.\n# z\n0.\n140.\n270.\n#\n5.\n138.\n-1.\n");
 }
 
-void makeTexts(const fs::path& folder) {
-  Corpus(folder, "pole_zero")
-      .add("response",
-           "* a response\nZEROS 3\n0 0\n0.0 0.0\nPOLES 4\n-0.037 0.037\n-0.037 -0.037\n"
-           "-131.04 467.29\n-131.04 -467.29\nCONSTANT 2.9e+10\n");
-  Corpus(folder, "catalog_lines")
-      .add("report",
-           "HHY20031231 235950.00 38.297N 142.373E  29.0\n"
-           "EE                           5.8  41\n"
-           "PP TLY  eP      000541.80   0.3   29.84 301.5 1.1   63.0 5.7\n"
-           "SiS      000920.50                   Lg      001144.00\n-\n"
-           "MM      Z 20.0    3.4                             MSZ 5.6\n"
-           "CePn-\nTTLY   514051.0N1033838.0E 579.0 Talaya, Russia\n");
-  Corpus(folder, "dispersion_files")
-      .add("curve",
-           std::string(1, '\0') +
-               "# Group velocities   KESTRAV\n# Station       TLY 51.68 103.64 BHZ\n"
-               "# Event      38.3 142.4 29.0\n# Measured with version   ab12 cd\n# 5\n# 6\n# 7\n"
-               "# Mode isolation, as the measuring program wrote it    1\n# 9\n# 10\n# 11\n# 12\n"
-               "20 21.5 3.1 3.2 -0.2 0.4 5 6\n\n30 19.5 3.3 3.4 0.1 -0.1 7 8\n");
+void addTexts() {
+  add("pole_zero", "response",
+      "* a response\nZEROS 3\n0 0\n0.0 0.0\nPOLES 4\n-0.037 0.037\n-0.037 -0.037\n"
+      "-131.04 467.29\n-131.04 -467.29\nCONSTANT 2.9e+10\n");
+  add("catalog_lines", "report",
+      "HHY20031231 235950.00 38.297N 142.373E  29.0\n"
+      "EE                           5.8  41\n"
+      "PP TLY  eP      000541.80   0.3   29.84 301.5 1.1   63.0 5.7\n"
+      "SiS      000920.50                   Lg      001144.00\n-\n"
+      "MM      Z 20.0    3.4                             MSZ 5.6\n"
+      "CePn-\nTTLY   514051.0N1033838.0E 579.0 Talaya, Russia\n");
+  add("dispersion_files", "curve",
+      std::string(1, '\0') +
+          "# Group velocities   KESTRAV\n# Station       TLY 51.68 103.64 BHZ\n"
+          "# Event      38.3 142.4 29.0\n# Measured with version   ab12 cd\n# 5\n# 6\n# 7\n"
+          "# Mode isolation, as the measuring program wrote it    1\n# 9\n# 10\n# 11\n# 12\n"
+          "20 21.5 3.1 3.2 -0.2 0.4 5 6\n\n30 19.5 3.3 3.4 0.1 -0.1 7 8\n");
 }
 
-void makeArguments(const fs::path& folder) {
+void addArguments() {
   const std::string image = textOf(seismogram(10)->myData());
   for (unsigned seed = 1; seed <= 20; ++seed) {
-    const std::string name = std::to_string(seed);
-    Corpus(folder, "sac_routines").add(name, arguments(128, seed) + image);
-    Corpus(folder, "seismogram_operations").add(name, arguments(400, seed));
-    Corpus(folder, "series_operations").add(name, arguments(200, seed));
+    add("sac_routines", std::to_string(seed), arguments(128, seed) + image);
+    add("seismogram_operations", std::to_string(seed), arguments(400, seed));
+    add("series_operations", std::to_string(seed), arguments(200, seed));
   }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::fprintf(stderr, "usage: make_seeds DATA_FOLDER CORPUS_FOLDER\n");
-    return 1;
-  }
-  makeImages(argv[2]);
-  makeArchives(argv[2]);
-  makeTables(argv[1], argv[2]);
-  makeTexts(argv[2]);
-  makeArguments(argv[2]);
-  return 0;
+  if (argc != 3) return std::fprintf(stderr, "usage: make_seeds DATA_FOLDER CORPUS_FOLDER\n");
+  corpora = argv[2];
+  addImages();
+  addArchives();
+  addTables(argv[1]);
+  addTexts();
+  addArguments();
 }

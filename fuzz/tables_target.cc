@@ -3,169 +3,128 @@
 #include <cstdlib>
 
 #include "Harness.h"
-#include "krosac/timegeo/Ellipticity.h"
-#include "krosac/timegeo/FlinnEngdahl.h"
-#include "krosac/traveltimes/JBTableObject.h"
-#include "krosac/traveltimes/JBTables.h"
-#include "krosac/traveltimes/LocsatTTController.h"
-#include "krosac/traveltimes/LocsatTTTable.h"
-#include "krosac/traveltimes/PsNMOTableObject.h"
-#include "krosac/traveltimes/PsNMOTables.h"
-#include "krosac/traveltimes/TTTableObject.h"
-#include "krosac/traveltimes/TTTables.h"
 
 namespace {
 
 using namespace fuzz;
-using krosac::make;
+using Moveout = PsNMOTableObject;
 
-constexpr const char* kPhases[] = {"p",     "s",     "pp",    "ss",    "sp",  "ps",  "pcp",
-                                   "scs",   "pcs",   "scp",   "sksac", "lpp", "lss", "lps",
-                                   "sksdf", "pkpab", "pkpdf", "pkikp", "lsp"};
-
-// The folder of data files, each of which is the input.
-void useDataFolder() {
-  std::vector<std::string> names{"jbtables.txt", "PsNMO.txt"};
-  for (const std::string phase : kPhases) {
-    names.push_back(phase + ".txt");
-    names.push_back("iasp91_" + phase + ".txt");
-  }
-  ::setenv("KROSAC_DATA", folderOfLinks(names).c_str(), 1);
+template <typename T>
+Ref<T> made() {
+  auto object = make<T>();
+  object->init();
+  return object;
 }
 
-void readJeffreysBullen(Arguments& a) {
-  std::vector<float> tp(118 * 14), ts(120 * 14);
-  krosac::ReadJBTables(tp.data(), ts.data());
-  auto all = make<krosac::JBTableObject>();
-  all->init();
-  for (int i = 0; i < 4; ++i) {
-    const float gcarc = a.real(), depth = a.real();
-    float pTime, sTime, pSlowness, sSlowness;
-    krosac::GetJBTimes(tp.data(), ts.data(), &pTime, &sTime, &pSlowness, &sSlowness, gcarc, depth);
-    all->GetJBPhase_GCARC_Depth(a.PickValueInArray(kPhases), gcarc, depth);
-  }
-}
-
-void readJeffreysBullenPhase(Arguments& a) {
-  std::vector<float> table(360 * 13);
-  std::int32_t rows = 0;
-  krosac::ReadJBTablePhase(a.PickValueInArray(kPhases), table.data(), &rows);
+// Makes the table of one phase as long as the rows that were read, so that a look-up beyond them is
+// seen.
+void fit(std::vector<float>& table, std::int32_t rows) {
   require(rows >= 0 && rows <= 360);
-  // As long as the rows that were read, so that a look-up beyond them is seen.
-  table.resize(static_cast<std::size_t>(std::max(rows, 2)) * 13);
+  table.resize(static_cast<std::size_t>(std::max(rows, 2)) * (table.size() / 360));
   table.shrink_to_fit();
-  for (int i = 0; i < 4; ++i) {
-    float time, slowness;
-    krosac::GetJBTimeSlowness("pp", table.data(), rows, &time, &slowness, a.real(), a.real());
-  }
 }
 
-void readIasp91(Arguments& a) {
-  auto all = make<krosac::TTTableObject>();
-  all->init();
-  for (int i = 0; i < 4; ++i) {
-    const float gcarc = a.real(), depth = a.real();
-    const std::string phase = a.ConsumeBool() ? a.PickValueInArray(kPhases) : a.text();
-    all->GetTTPhase_GCARC_Depth(phase, gcarc, depth);
-    all->GetTTimeSlownessesForPhase_GCARC_Depth(phase, gcarc, depth);
-  }
-}
+float found[4];  // what look-ups give
 
-void readIasp91Phase(Arguments& a) {
-  std::vector<float> table(360 * 18);
-  std::int32_t rows = 0;
-  krosac::ReadTTTablePhase("IASP91_", a.PickValueInArray(kPhases), table.data(), &rows);
-  require(rows >= 0 && rows <= 360);
-  table.resize(static_cast<std::size_t>(std::max(rows, 2)) * 18);
-  table.shrink_to_fit();
-  for (int i = 0; i < 4; ++i) {
-    float time, slowness, derivative;
-    const float gcarc = a.real(), depth = a.real();
-    krosac::GetTTTimeSlowness("p", table.data(), rows, &time, &slowness, gcarc, depth);
-    krosac::GetTTTimeSlownesses("p", table.data(), rows, &time, &slowness, &derivative, gcarc,
-                                depth);
-  }
-}
-
-void readMoveout(Arguments& a) {
-  auto all = make<krosac::PsNMOTableObject>();
-  all->init();
-  std::vector<krosac::PsNMO> curves(210);
-  std::int32_t count = 0;
-  krosac::ReadPsDelayTable("PsNMO", curves.data(), &count);
-  require(count < 210);
-  for (int i = 0; i < 4; ++i) {
-    const float value = a.real(), depth = a.real(), gcarc = a.real();
-    krosac::depthFromTime(value, all->FetchNMOForSrcDepth_Gcarc(depth, gcarc));
-    krosac::timeFromDepth(value, curves[a.index(curves.size())]);
-    all->bilinearTimeFromDepth_SrcDepth_Gcarc(value, depth, gcarc);
-    all->bilinearDepthFromTime_SrcDepth_Gcarc(value, depth, gcarc);
-    require(krosac::psNMOCurveIndexClosestTo(depth, gcarc) < 210);
-    krosac::psNMOCurveIndexClosestButShallowerThan(depth);
-    krosac::psNMOCurveIndexClosestButLessThan(gcarc);
-  }
-}
-
-void readLocsat(const std::string& path, Arguments& a) {
-  auto table = make<krosac::LocsatTTTable>();
-  table->init();
-  table->loadTimesFromPath(path);
-  table->setPhases(a.text());
-  auto controller = make<krosac::LocsatTTController>();
-  controller->init();
-  controller->addTableToList(table);
-  controller->tableForPhase(a.text());
-  for (int i = 0; i < 4; ++i) {
-    const float gcarc = a.real(), depth = a.real();
-    table->GetTTimeSlownessesForGCARC_Depth(gcarc, depth);
-  }
-  table->listValuesForDistanceFrom_To_Step_SrcDepth(a.real(), a.real(), a.real(), a.real());
-}
-
-void lookUpPlaces(Arguments& a) {
-  const float latitude = a.real(), longitude = a.real();
-  std::int32_t geographic = a.integer(), seismic = a.integer();
-  const char *geographicName, *seismicName;
-  krosac::fe_region(&geographic, &geographicName, &seismic, &seismicName);
-  touch(geographicName, std::char_traits<char>::length(geographicName));
-  krosac::fe_lookup(latitude, longitude, &geographic, &seismic);
-  krosac::fe_region(&geographic, &geographicName, &seismic, &seismicName);
-  touch(seismicName, std::char_traits<char>::length(seismicName));
-  krosac::ellipCorrection(latitude, longitude, a.real(), a.real(), a.real());
-}
+constexpr void (*kReaders[])(Arguments& a) = {
+    [](Arguments& a) {
+      std::vector<float> tp(118 * 14), ts(120 * 14);
+      ReadJBTables(tp.data(), ts.data());
+      const auto all = made<JBTableObject>();
+      for (int i = 0; i < 4; ++i) {
+        GetJBTimes(tp.data(), ts.data(), found, found + 1, found + 2, found + 3, a.real(),
+                   a.real());
+        call<&JBTableObject::GetJBPhase_GCARC_Depth>(*all, a);
+      }
+    },
+    [](Arguments& a) {
+      std::vector<float> table(360 * 13);
+      std::int32_t rows = 0;
+      ReadJBTablePhase(a.text().c_str(), table.data(), &rows);
+      fit(table, rows);
+      for (int i = 0; i < 4; ++i)
+        GetJBTimeSlowness("pp", table.data(), rows, found, found + 1, a.real(), a.real());
+    },
+    [](Arguments& a) {
+      const auto all = made<TTTableObject>();
+      for (int i = 0; i < 4; ++i) {
+        call<&TTTableObject::GetTTPhase_GCARC_Depth>(*all, a);
+        call<&TTTableObject::GetTTimeSlownessesForPhase_GCARC_Depth>(*all, a);
+      }
+    },
+    [](Arguments& a) {
+      std::vector<float> table(360 * 18);
+      std::int32_t rows = 0;
+      ReadTTTablePhase("IASP91_", a.text().c_str(), table.data(), &rows);
+      fit(table, rows);
+      for (int i = 0; i < 4; ++i) {
+        const float gcarc = a.real(), depth = a.real(), *values = table.data();
+        GetTTTimeSlowness("p", values, rows, found, found + 1, gcarc, depth);
+        GetTTTimeSlownesses("p", values, rows, found, found + 1, found + 2, gcarc, depth);
+      }
+    },
+    [](Arguments& a) {
+      const auto all = made<Moveout>();
+      std::vector<PsNMO> curves(210);
+      std::int32_t count = 0;
+      ReadPsDelayTable("PsNMO", curves.data(), &count);
+      require(count < 210);
+      for (int i = 0; i < 4; ++i) {
+        depthFromTime(a.real(), all->FetchNMOForSrcDepth_Gcarc(a.real(), a.real()));
+        timeFromDepth(a.real(), curves[a.index(curves.size())]);
+        call<&Moveout::bilinearTimeFromDepth_SrcDepth_Gcarc>(*all, a);
+        call<&Moveout::bilinearDepthFromTime_SrcDepth_Gcarc>(*all, a);
+        require(psNMOCurveIndexClosestTo(a.real(), a.real()) < 210);
+        call<psNMOCurveIndexClosestButShallowerThan>(*all, a);
+        call<psNMOCurveIndexClosestButLessThan>(*all, a);
+      }
+    },
+    [](Arguments& a) {
+      const auto table = made<LocsatTTTable>();
+      table->loadTimesFromPath(folderOfLinks({}) + "/p.txt");
+      const auto controller = made<LocsatTTController>();
+      table->setPhases(a.text());
+      controller->addTableToList(table);
+      controller->tableForPhase(a.text());
+      for (int i = 0; i < 4; ++i) call<&LocsatTTTable::GetTTimeSlownessesForGCARC_Depth>(*table, a);
+      call<&LocsatTTTable::listValuesForDistanceFrom_To_Step_SrcDepth>(*table, a);
+    },
+    [](Arguments& a) {
+      std::int32_t geographic = a.integer(), seismic = a.integer();
+      const char *geographicName, *seismicName;
+      const auto readNames = [&] {
+        fe_region(&geographic, &geographicName, &seismic, &seismicName);
+        touch(geographicName);
+        touch(seismicName);
+      };
+      readNames();
+      fe_lookup(a.real(), a.real(), &geographic, &seismic);
+      readNames();
+      call<ellipCorrection>(a, a);
+    }};
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void runInput(std::string_view input) {
   // Arguments come from the first bytes, the table is what follows.
   constexpr std::size_t kArguments = 48;
-  static const bool isSet = (useDataFolder(), true);
-  if (!isSet || size < kArguments) return 0;
-  const std::string path = asFile({data + kArguments, size - kArguments});
-  Arguments a(data + 1, kArguments - 1);
+  static const std::vector<const char*> phases{
+      "p",     "s",   "pp",  "ss",  "sp",    "ps",    "pcp",   "scs",   "pcs", "scp",
+      "sksac", "lpp", "lss", "lps", "sksdf", "pkpab", "pkpdf", "pkikp", "lsp"};
+  // The folder of data files, each of which is the input.
+  static const int isSet = [] {
+    std::vector<std::string> names{"jbtables.txt", "PsNMO.txt"};
+    for (const std::string phase : phases) {
+      names.push_back(phase + ".txt");
+      names.push_back("iasp91_" + phase + ".txt");
+    }
+    return ::setenv("KROSAC_DATA", folderOfLinks(names).c_str(), 1);
+  }();
+  if (isSet != 0 || input.size() < kArguments) return;
+  asFile(input.substr(kArguments));
+  Arguments a(input.substr(1, kArguments - 1));
+  a.words = phases;
   // A list of LocSAT values has a million rows at most.
   AllocationLimit limit(std::size_t{1} << 25);
-  switch (data[0] % 7) {
-    case 0:
-      readJeffreysBullen(a);
-      break;
-    case 1:
-      readJeffreysBullenPhase(a);
-      break;
-    case 2:
-      readIasp91(a);
-      break;
-    case 3:
-      readIasp91Phase(a);
-      break;
-    case 4:
-      readMoveout(a);
-      break;
-    case 5:
-      readLocsat(path, a);
-      break;
-    default:
-      lookUpPlaces(a);
-  }
-  return 0;
+  kReaders[static_cast<unsigned char>(input[0]) % std::size(kReaders)](a);
 }
