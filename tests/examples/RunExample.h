@@ -2,12 +2,11 @@
 #ifndef KROSAC_TESTS_EXAMPLES_RUNEXAMPLE_H
 #define KROSAC_TESTS_EXAMPLES_RUNEXAMPLE_H
 
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <map>
-#include <string>
+#include <sstream>
 
 #include "TemporaryFolder.h"
 
@@ -25,15 +24,24 @@ inline ExampleRun runInShell(const TemporaryFolder& folder, const std::string& l
           folder.read("example.err")};
 }
 
-// The path of an example for such a line.
-inline std::string exampleProgram(const std::string& name) {
-  return "'" KROSAC_EXAMPLES_DIR "/" + name + "' ";
+// The arguments go through the shell; the launcher stands before the program.
+inline ExampleRun runExample(const TemporaryFolder& folder, const std::string& name,
+                             const std::string& arguments = "", const std::string& launcher = "") {
+  return runInShell(folder, launcher + " \"" KROSAC_EXAMPLES_DIR "/" + name + "\" " + arguments);
 }
 
-// The arguments go through the shell and may name files in the folder.
-inline ExampleRun runExample(const TemporaryFolder& folder, const std::string& name,
-                             const std::string& arguments = "") {
-  return runInShell(folder, exampleProgram(name) + arguments);
+// The rows of numbers in a text, by the name in the comment "# NAME" or "# NAME, ..." before them.
+inline std::map<std::string, std::vector<std::vector<double>>> dataSetsOf(const std::string& text) {
+  std::map<std::string, std::vector<std::vector<double>>> sets;
+  std::istringstream lines(text);
+  std::string name;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("# ")) name = line.substr(2, line.find(',') - 2);
+    std::istringstream in(line);
+    const std::vector<double> row(std::istream_iterator<double>(in), {});
+    if (!row.empty()) sets[name].push_back(row);
+  }
+  return sets;
 }
 
 // The bytes of every file below a folder, by their paths from there; the collected output aside.

@@ -1,0 +1,87 @@
+// Dates, texts, the log, and the search for data files, of which the log tells.
+#include "krosac/platform/Text.h"
+
+#include <clocale>
+#include <cmath>
+#include <ctime>
+#include <random>
+
+#include "CapturedLog.h"
+#include "TemporaryFolder.h"
+#include "krosac/platform/Date.h"
+#include "krosac/platform/Resources.h"
+
+namespace krosac {
+namespace {
+
+TEST(DateTest, AgreesWithTheSystemsCalendarBothWays) {
+  std::mt19937_64 random(7);
+  std::uniform_int_distribution<std::int64_t> seconds(-100'000'000'000, 300'000'000'000);
+  for (int i = 0; i < 20000; ++i) {
+    const std::time_t t = seconds(random);
+    const Date date{static_cast<double>(t) + 0.75};
+    const std::tm tm = *std::gmtime(&t);
+    ASSERT_EQ(date.description(),
+              formatText("%04d-%02d-%02d %02d:%02d:%02d +0000", tm.tm_year + 1900, tm.tm_mon + 1,
+                         tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec));
+    ASSERT_EQ(Date::fromComponents(date.components()).secondsSince1970, static_cast<double>(t));
+  }
+}
+
+TEST(DateTest, CarriesAnyComponentsAndPrintsAnySeconds) {
+  constexpr auto kMost = INT32_MAX;
+  const Date most = Date::fromComponents({kMost, kMost, kMost, kMost, kMost, kMost});
+  EXPECT_NEAR(most.secondsSince1970 / kMost, 31556952 * 13 / 12.0 + 86400 + 3600 + 60 + 1, 100);
+  for (const auto& [date, text] :
+       {std::pair(Date::fromComponents({2004, 0, 0, 0, 0, -1}), "2003-11-29 23:59:59 +0000"),
+        {Date::fromComponents({1970, -11, 1, 24, 60, 60}), "1969-01-02 01:01:00 +0000"},
+        {most, "9999999-12-31 23:59:59 +0000"},
+        {Date{-HUGE_VAL}, "-9999999-01-01 00:00:00 +0000"},
+        {Date{std::nan("")}, "1970-01-01 00:00:00 +0000"}})
+    EXPECT_EQ(date.description(), text);
+}
+
+TEST(TextTest, FieldsAreTrimmedAndPathsTakenApartAndJoined) {
+  for (const auto& [field, text] : {std::pair("  A B\t\n ", "A B"),
+                                    {"ABCDEFGHI", "ABCDEFGH"},
+                                    {"        ", ""},
+                                    {"AB\0CDEF ", "AB"}})
+    EXPECT_EQ(trimmedField(field, 8), text);
+  for (const auto& [path, last] :
+       {std::pair("/a/b.SAC", "b.SAC"), {"b", "b"}, {"/a/b//", "b"}, {"/", "/"}, {"", ""}})
+    EXPECT_EQ(lastPathComponent(path), last) << path;
+  for (const auto& [folder, name, path] :
+       {std::tuple("/a", "b", "/a/b"), {"/a/", "/b", "/a/b"}, {"/", "b", "/b"}, {"", "b", "b"}})
+    EXPECT_EQ(joinedPath(folder, name), path);
+}
+
+TEST(LogTest, ASinkGetsTheExactTextAndStandardErrorALineBreakInEveryLocale) {
+  const std::string longText(5000, 'x');
+  const auto speak = [&] {
+    log("%.1f and %d%%\n", 0.5, 5);
+    log("%s", longText.c_str());
+    log("%s", "");
+  };
+  std::setlocale(LC_ALL, "de_DE.UTF-8");  // a decimal comma, where the machine has one
+  EXPECT_EQ(printedBy(speak), "|0.5 and 5%\n" + longText + "\n\n");
+  std::setlocale(LC_ALL, "C");
+  CapturedLog captured;
+  speak();
+  EXPECT_EQ(captured.texts, (std::vector<std::string>{"0.5 and 5%\n", longText, ""}));
+}
+
+TEST(ResourcesTest, TheNamedFolderComesFirstAndThePlacesTriedAreNamedOnce) {
+  const TemporaryFolder folder;
+  CapturedLog log;
+  EXPECT_FALSE(pathForResource("iasp91_none", "txt") || pathForResource("iasp91_none", "txt"));
+  ASSERT_EQ(log.texts.size(), 1u);
+  EXPECT_NE(log.texts[0].find("/share/krosac/data/iasp91_none.txt"), std::string::npos);
+  ::setenv("KROSAC_DATA", folder.path().c_str(), 1);
+  EXPECT_TRUE(pathForResource("iasp91_p", "txt")) << "of the next place";
+  const std::string file = folder.write("iasp91_p.txt", "1\n");
+  EXPECT_EQ(pathForResource("iasp91_p", "txt"), file);
+  ::unsetenv("KROSAC_DATA");
+}
+
+}  // namespace
+}  // namespace krosac
