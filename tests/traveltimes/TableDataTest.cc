@@ -7,7 +7,6 @@
 
 #include "krosac/platform/Resources.h"
 #include "krosac/traveltimes/JBTableObject.h"
-#include "krosac/traveltimes/JBTables.h"
 #include "krosac/traveltimes/LocsatTTTable.h"
 #include "krosac/traveltimes/PsNMOTableObject.h"
 #include "krosac/traveltimes/TTTableObject.h"
@@ -90,15 +89,6 @@ TEST(TableData, IsRebuiltFromTheModel) {
       // Half of the last digit of the files, and that of floats beyond 2048 s.
       EXPECT_NEAR(table[row * 18 + column], times[row].time, 0.0005 + 0.00025) << phase << row;
     }
-  }
-}
-
-TEST(TableData, TimesOfPAndSGrowWithDistanceAndAtTheEpicentreWithDepth) {
-  std::vector<float> p(118 * 14, -1), s(120 * 14, -1);
-  ReadJBTables(p.data(), s.data());
-  for (const auto& table : {p, s}) {
-    for (std::size_t i = 14; i < table.size(); ++i) ASSERT_GT(table[i], table[i - 14]) << i;
-    for (std::size_t i = 1; i < 14; ++i) ASSERT_GT(table[i], table[i - 1]) << i;
   }
 }
 
