@@ -18,8 +18,6 @@ TEST(Misfits, BeginAtTheSecondSampleAndEndWithTheShorterTrace) {
   EXPECT_EQ(L2SacFracMisfit(*a, *b), 9 / 14.0f);
   EXPECT_EQ(L1SacMisfit(*traceOf({}), *b), 0.0f);
   EXPECT_TRUE(std::isnan(L2SacFracMisfit(*b, *traceOf({7}))));
-  // 2^25 and ones, which single precision would lose.
-  EXPECT_EQ(L1SacMisfit(*traceOf({0, 33554432, 1, 1, 1, 1}), *traceOf(Samples(6))), 33554436.0f);
 }
 
 TEST(Misfits, ShiftIsThatOfTheSecondTraceLater) {
@@ -34,7 +32,6 @@ TEST(Misfits, ShiftIsThatOfTheSecondTraceLater) {
               {x, x, -kMost - 1},
               {Samples(5), x, 3},
               {nan, x, kMost},
-              {{}, x, kMost},
               // A shift by all samples leaves no difference. At once, where all pairs of samples
               // would take hours.
               {many, many, kMost, -kMost, 0}};
@@ -44,7 +41,6 @@ TEST(Misfits, ShiftIsThatOfTheSecondTraceLater) {
       float misfit = -1;
       shifted(*traceOf(row.a), *traceOf(row.b), &shift, &misfit);
       EXPECT_EQ(std::pair(shift, misfit), std::pair(row.shift, row.misfit)) << &row - rows;
-      shifted(*traceOf(row.a), *traceOf(row.b), nullptr, &misfit);
     }
   }
 }

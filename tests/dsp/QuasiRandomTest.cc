@@ -34,20 +34,15 @@ TEST(QuasiRandom, IsTheSequenceOfJoeAndKuo) {
   EXPECT_EQ(point, published);
 }
 
-TEST(QuasiRandom, StartsAgainAfterTwoToTheThirtyPoints) {
-  Sequence sequence(3);
-  for (const bool isOrigin : {false, true}) {  // the last point differs by the same step
-    sequence.counter = (1u << 30) - 1;
-    EXPECT_EQ(sequence.next() == Point(3), isOrigin);
-  }
-  EXPECT_EQ(sequence.next(), Point(3, 0.5f));
-}
-
-TEST(QuasiRandom, StatusAndRelease) {
+TEST(QuasiRandom, StartsAgainAfterTwoToTheThirtyPointsAndEndsWithItsRelease) {
   for (const auto& [asked, status, dimensions] :
        {std::tuple{52, 0, 52}, {53, -1, 52}, {INT_MAX, -1, 52}, {INT_MIN, 0, 0}}) {
     Sequence sequence(asked);
     EXPECT_EQ(sequence.status, status);
+    sequence.counter = (1u << 30) - 1;  // the last point and the origin differ by the same step
+    sequence.next();
+    sequence.counter = (1u << 30) - 1;
+    EXPECT_EQ(sequence.next(), Point(dimensions));
     EXPECT_EQ(sequence.next(), Point(dimensions, 0.5f));
     QuasiRandomRelease(&sequence);
     EXPECT_EQ(sequence.status, -9);
