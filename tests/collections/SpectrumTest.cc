@@ -43,17 +43,16 @@ TEST(Spectrum, OfAnImpulseIsFlat) {
 TEST(Spectrum, MeasuresBands) {
   // Amplitudes 1, 2 (Nyquist), 5, 10 at 0, 0.75, 0.25, 0.5 Hz.
   const auto s = spectrumOf({1, -2, 3, 4, -6, 8}, 0.25f);
-  const struct {
-    float f1, f2, power, mean, meanLog;
-  } cases[] = {{0, 99, 130, 18 / 4.0f, 0.5f},
-               {0.3f, 0.6f, 125, 15 / 2.0f, std::log10(50.0f) / 2},
-               {0.1f, 0.2f, 1, 1, 0},
-               {0.75f, 9, 4, 2, std::log10(2.0f)},
-               {-0.5f, 0.3f, 30, (std::sqrt(5.0f) + 5) / 4, -HUGE_VALF}};  // 1 - 2i in bin 0
-  for (const auto& c : cases) {
-    EXPECT_FLOAT_EQ(s->signalPowerFromFreq_To(c.f1, c.f2), 1.5707963f * c.power) << c.f1;
-    EXPECT_FLOAT_EQ(s->meanAmplitudeValueFrom_To(c.f1, c.f2), c.mean) << c.f1;
-    EXPECT_FLOAT_EQ(s->meanLog10AmplitudeValueFrom_To(c.f1, c.f2), c.meanLog) << c.f1;
+  const float cases[][5] = {
+      {0, 99, 130, 18 / 4.0f, 0.5f},
+      {0.3f, 0.6f, 125, 15 / 2.0f, std::log10(50.0f) / 2},
+      {0.1f, 0.2f, 1, 1, 0},
+      {0.75f, 9, 4, 2, std::log10(2.0f)},
+      {-0.5f, 0.3f, 30, (std::sqrt(5.0f) + 5) / 4, -HUGE_VALF}};  // 1 - 2i in bin 0
+  for (const auto& [f1, f2, power, mean, meanLog] : cases) {
+    EXPECT_FLOAT_EQ(s->signalPowerFromFreq_To(f1, f2), 1.5707963f * power) << f1;
+    EXPECT_FLOAT_EQ(s->meanAmplitudeValueFrom_To(f1, f2), mean) << f1;
+    EXPECT_FLOAT_EQ(s->meanLog10AmplitudeValueFrom_To(f1, f2), meanLog) << f1;
   }
   EXPECT_EQ(s->signalPower(), s->signalPowerFromFreq_To(0.0f, 1e30f));
   for (const auto& [f1, f2] : {std::pair{1.0f, 0.9f}, {0.76f, 9.0f}, {0.0f, NAN}, {-1e30f, 1.0f}})
@@ -120,9 +119,7 @@ TEST(Spectrum, IsSafeWithoutItsValues) {
              cut = spectrumOf({3.0f, 1.0f, 3.0f, 4.0f, 9.0f}, 1.0f);
   for (const auto& s : {none, one, cut}) {
     s->setNpts(1 << 30);  // more than there is: what is there counts
-    EXPECT_EQ(s->signalPower() == 0.0f, s != cut);
-    EXPECT_EQ(s->signalPowerFromFreq_To(-1.0f, 1e6f) == 0.0f, s != cut);
-    EXPECT_EQ(!s->amplitudeSpectrum(), s != cut);
+    EXPECT_TRUE((s->signalPower() > 0.0f) == (s == cut) && !s->amplitudeSpectrum() == (s != cut));
     for (const auto operation : {&rfSpectrum::computeExtrema, &rfSpectrum::prewhiten,
                                  &rfSpectrum::multiplyByIOmega, &rfSpectrum::divideByIOmega})
       (s.get()->*operation)();

@@ -38,7 +38,7 @@ TEST(InstrumentResponse, OfTheBuiltInInstrumentsIsTheirClosedFormConjugated) {
       expectResponse(code, omega);
     }
   for (const auto& [code, respond] :
-       {std::pair{1, GetWWLPResponse}, {2, GetWWSPResponse}, {3, GetWAResponse}}) {
+       {std::pair{1, &GetWWLPResponse}, {2, &GetWWSPResponse}, {3, &GetWAResponse}}) {
     respond(&re, &im, 1.0f);
     expectResponse(code, 1.0f);
   }
