@@ -32,6 +32,7 @@ TEST(Misfits, ShiftIsThatOfTheSecondTraceLater) {
               {x, x, -kMost - 1},
               {Samples(5), x, 3},
               {nan, x, kMost},
+              {Samples(1 << 20), many, 1 << 20},
               // A shift by all samples leaves no difference. At once, where all pairs of samples
               // would take hours.
               {many, many, kMost, -kMost, 0}};
