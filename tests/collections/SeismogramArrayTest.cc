@@ -62,11 +62,12 @@ TEST(SeismogramArray, LoadsATreeWhateverLiesInIt) {
   const auto in = [&](const char* name) { return folder.path(name); };
   fs::create_directories(in("data/b/deep"));
   fs::create_directories(in("data/closed"));
-  for (const auto& [name, arc] : {std::pair{"data/b.sac", 40.0f},
-                                  {"data/a.sac", 50.0f},
-                                  {"data/far.sac", 95.0f},
-                                  {"data/b/deep/x", 60.0f},
-                                  {"elsewhere.sac", 70.0f}}) {
+  const std::pair<const char*, float> files[] = {{"data/b.sac", 40},
+                                                 {"data/a.sac", 50},
+                                                 {"data/far.sac", 95},
+                                                 {"data/b/deep/x", 60},
+                                                 {"elsewhere.sac", 70}};
+  for (const auto& [name, arc] : files) {
     const auto s = traceOf({1, 2});
     s->setGcarc(arc);
     s->setPath(in(name));

@@ -7,7 +7,6 @@ namespace {
 
 constexpr float kUndefined = -12345.0f;
 
-// Horizontal components with their azimuths.
 struct Components {
   Ref<S> first, second;
 
@@ -21,23 +20,23 @@ struct Components {
 
 TEST(Rotation, GivesTheMotionAwayFromTheSourceAndAcross) {
   const Samples away = noise(50), across = cutTo(noise(51), 50);
-  for (const auto& [azimuth, otherAzimuth, baz] :
-       {std::tuple{0.0f, 90.0f, 37.0f}, {123.0f, 33.0f, 180.0f}, {350.0f, 80.0f, 359.0f}}) {
-    Components c(Samples(50), Samples(50), azimuth, otherAzimuth, baz);
-    for (S* s : {c.first.get(), c.second.get()}) {
-      const double angle = (s->componentAzimuth() - baz) * kPi / 180;
-      for (int j = 0; j < 50; ++j)
-        s->GetSacSeis()[j] = float(-away[j] * std::cos(angle) - across[j] * std::sin(angle));
-      s->setMSeisHasChanged(s == c.second);
+  for (const auto& [azimuth, baz, radial] :
+       {std::tuple{0.0f, 37.0f, 217.0f}, {123.0f, 180.0f, 360.0f}, {350.0f, 359.0f, 179.0f}}) {
+    const float angle = (azimuth - baz) * 0.017453292f, c = std::cos(angle), s = std::sin(angle);
+    Samples x, y;  // y lies 90 degrees to the right of x, or to the left
+    for (int j = 0; j < 50; ++j) {
+      x.push_back(-away[j] * c - across[j] * s);
+      y.push_back((away[j] * s - across[j] * c) * (azimuth == 123.0f ? -1 : 1));
     }
-    RotateSeismograms(*c.first, *c.second);
-    EXPECT_TRUE(!c.first->mSeisHasChanged() && c.second->mSeisHasChanged()) << "as they were";
-    c.first->setMSeisHasChanged(true);
-    expectSamples(*c.first, Reals(away.begin(), away.end()));
-    expectSamples(*c.second, Reals(across.begin(), across.end()));
-    const float radial = baz > 180 ? baz - 180 : baz + 180;
-    EXPECT_EQ(c.first->componentAzimuth(), radial);
-    EXPECT_EQ(c.second->componentAzimuth(), radial + 90);  // up to 450
+    Components pair(x, y, azimuth, azimuth == 123.0f ? 33.0f : azimuth + 90, baz);
+    pair.second->setMSeisHasChanged(true);
+    RotateSeismograms(*pair.first, *pair.second);
+    EXPECT_TRUE(!pair.first->mSeisHasChanged() && pair.second->mSeisHasChanged()) << "as before";
+    pair.first->setMSeisHasChanged(true);
+    expectSamples(*pair.first, Reals(away.begin(), away.end()));
+    expectSamples(*pair.second, Reals(across.begin(), across.end()));
+    EXPECT_EQ(pair.first->componentAzimuth(), radial);
+    EXPECT_EQ(pair.second->componentAzimuth(), radial + 90);  // up to 450
   }
 }
 

@@ -42,14 +42,12 @@ struct TbwControllerTest : ::testing::Test {
 };
 
 TEST_F(TbwControllerTest, RunsTheProgramsAndReadsTheFileOfTheSignalType) {
-  const std::tuple<std::int32_t, std::string, const char*> kinds[] = {{1, "-P", "B00101Z00.sac"},
-                                                                      {2, "-P", "B00102R00.sac"},
-                                                                      {6, "-S", "B00103T00.sac"},
-                                                                      {3, "-S", nullptr}};
+  const std::pair<std::int32_t, const char*> files[] = {
+      {1, "B00101Z00.sac"}, {2, "B00102R00.sac"}, {6, "B00103T00.sac"}, {3, nullptr}};
   folder.write("work dir/gfs.txt", "old Green's functions, longer than the new\n");
   controller->setEarthModelName("two  blanks");
   controller->setSrcModelName("`touch injected`");
-  for (const auto& [type, flag, file] : kinds) {
+  for (const auto& [type, file] : files) {
     const float samples[] = {1, -2, 3}, begin = 7.0f + static_cast<float>(type);
     std::int32_t status;
     if (file) WriteSAC1((work + "/" + file).c_str(), samples, 3, &status, 0.5f, begin);
@@ -62,7 +60,7 @@ TEST_F(TbwControllerTest, RunsTheProgramsAndReadsTheFileOfTheSignalType) {
               "cleanup.sh of \n"
               "hudson96[-TEL][two][][blanks][-SRC][`touch][injected`][-REC][nearRec.mod]"
               "[-HS][15.000000][-GCARC][60.000000][-NPTS][1024][-DT][0.100000][-O][5.000000][" +
-                  flag +
+                  std::string(type < 3 ? "-P" : "-S") +
                   "] of \nhpulse96[-i][-D] of greens\n"
                   "fmech96[][-S][0.000000][-D][90.000000][-R][0.000000][-M0][1.000000e+22]"
                   "[-A][45.000000][-NPTS][1024][-ROT] of pulses\n\n"

@@ -44,7 +44,6 @@ TEST(Ellipticity, EdgesHoldBeyond) {
   };
   EXPECT_NEAR(fromPole(52.5, 17.5f), (-0.62 - 0.58 - 0.41 - 0.39) / 4, 2e-6);
   EXPECT_NEAR(fromPole(150, 0), -0.55, 2e-6);
-  EXPECT_EQ(fromPole(110, 600), fromPole(150, 600));
   for (const float depth : {700.0f, 1e30f, HUGE_VALF})
     EXPECT_NEAR(fromPole(52.5, depth), (-0.46 - 0.39) / 2, 2e-6) << depth;
   EXPECT_TRUE(std::isnan(fromPole(NAN, 0)) && std::isnan(fromPole(50, NAN)));

@@ -83,10 +83,9 @@ TEST(Locsat, ListsValues) {
   const auto last = table->listValuesForDistanceFrom_To_Step_SrcDepth(10, 11, 0.1f, 5).at(10);
   EXPECT_NEAR(last.gcarc, 11, 1e-5);
   expectAnswer(*table, last.gcarc, 5, last.time, last.slowness, last.depthDerivative);
-  const float cases[][4] = {{10, 11, 0.1f, 11},      {10, 12.9f, 1, 3},      {10, 9, 1, 0},
-                            {10, 12, 0, 0},          {10, 12, -1, 0},        {10, 12, 1e-6f, 0},
-                            {10, 12, kNaN, 0},       {10, 12, kInfinity, 0}, {10, kInfinity, 1, 0},
-                            {0, 999999, 1, 1000000}, {0, 1000000, 1, 0},     {kNaN, 5, 1, 0}};
+  const float cases[][4] = {{10, 11, 0.1f, 11},      {10, 9, 1, 0},     {10, 12, -1, 0},
+                            {10, 12, 1e-6f, 0},      {10, 12, kNaN, 0}, {10, kInfinity, 1, 0},
+                            {0, 999999, 1, 1000000}, {0, 1000000, 1, 0}};
   for (const auto& [from, to, step, rows] : cases)
     EXPECT_EQ(table->listValuesForDistanceFrom_To_Step_SrcDepth(from, to, step, 5).size(), rows)
         << from << " to " << to << " by " << step;
@@ -96,25 +95,20 @@ TEST(Locsat, ControllerFindsTheTableOfAPhase) {
   const auto controller = make<LocsatTTController>();
   ASSERT_TRUE(controller->init());
   std::vector<Ref<LocsatTTTable>> tables;
-  for (const char* phases : {"p", "P, Pn", "P,Pn", "Pn,PKP"}) {
+  for (const char* phases : {"P, Pn", "P,Pn", "Pn,PKP"}) {
     tables.push_back(make<LocsatTTTable>());
     controller->addTableToList(tables.back());
-    EXPECT_FALSE(controller->tableForPhase(phases)) << "tables without phases serve none";
+    EXPECT_FALSE(controller->tableForPhase("PKP")) << "tables without phases serve none";
     tables.back()->setPhases(phases);
   }
   controller->addTableToList(nullptr);
-  EXPECT_EQ(controller->tables().size(), 4u);
-  for (const auto& [name, index] : {std::pair{"p", 0},
-                                    {"P", 1},
-                                    {" Pn", 1},
-                                    {"Pn", 2},
-                                    {"PKP", 3},
-                                    {"", -1},
-                                    {"PK", -1},
-                                    {"P,Pn", -1}})
-    EXPECT_EQ(controller->tableForPhase(name), index < 0 ? nullptr : tables[index].get()) << name;
-  controller->setTables({nullptr, tables[3]});
-  EXPECT_EQ(controller->tableForPhase("Pn"), tables[3]);
+  EXPECT_EQ(controller->tables().size(), 3u);
+  for (const auto& [name, i] : {std::pair{"P", 0}, {" Pn", 0}, {"Pn", 1}, {"PKP", 2}})
+    EXPECT_EQ(controller->tableForPhase(name), tables[i]) << name;
+  for (const char* name : {"", "p", "PK", "P,Pn"})
+    EXPECT_FALSE(controller->tableForPhase(name)) << name;
+  controller->setTables({nullptr, tables[2]});
+  EXPECT_EQ(controller->tableForPhase("Pn"), tables[2]);
 }
 
 }  // namespace

