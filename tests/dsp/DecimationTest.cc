@@ -58,6 +58,11 @@ TEST(Decimation, RefusedFactorsAndEmptyInputs) {
     decimorig(factor, 95, DECIMATEby2, nullptr, n, nullptr, nullptr, &streamed);
     EXPECT_TRUE(length == 0 && streamed == 0) << factor << " " << n;
   }
+  EXPECT_TRUE(decimateSignal(2, -3, nullptr, nullptr, &length) == 0 && length == 0);
+  const float x[] = {1, 2, 3};
+  float y = 0;
+  decim(INT_MAX, 3, x, nullptr, 3, x, &y, &length);
+  EXPECT_TRUE(length == 1 && y == 2 * 1 + 3 * 2);
   EXPECT_EXIT(decimorig(3, 95, DECIMATEby2, nullptr, 10, nullptr, nullptr, &length),
               testing::KilledBySignal(SIGABRT),
               "\\(num_inp % factor_M == 0\\), function decimorig, file adecimateSignal");

@@ -60,17 +60,14 @@ struct Parsed {
 TEST(PoleZeroFile, ReadsWhatFitsInAnyOrderCaseAndLocale) {
   const TemporaryFolder folder;
   std::setlocale(LC_ALL, "de_DE.UTF-8");  // a decimal comma, where the machine has one
-  const Parsed p(folder
-                     .write("poles",
-                            "7 8\n* a remark\n  zeros 3\r\n 1.5 -2e1\n\n* 3 4\n"
-                            "Constant\t7.5e+07\n0x1p-1 .25\nPOLES 1\n1 1\npoles 1\n"
-                            "-0.25 0.5\nno pair\n5\n-314.5 -202")
-                     .c_str());
+  const char text[] =
+      "7 8\n* a remark\n  zeros 1\r\n 1.5 -2e1\n\n* 3 4\nConstant\t7.5e+07\n0x1p-1 .25\n"
+      "POLES 1\n1 1\n2 2\n3 3\npoles 3\n-0.25 0.5\nno pair\n5\n-314.5 -202";
+  const Parsed p(folder.write("poles", text).c_str());
   std::setlocale(LC_ALL, "C");
-  EXPECT_EQ(Floats(&p.zeros[0], &p.zeros[7]), (Floats{1.5, -20, 0.5, 0.25, 0, 0, 99}));
-  EXPECT_EQ(Floats(&p.poles[0], &p.poles[5]), (Floats{-0.25, 0.5, -314.5, -202, 99}))
-      << "more are listed than counted";
-  EXPECT_TRUE(p.nZeros == 3 && p.nPoles == 1 && p.constant == 7.5e+07f);
+  EXPECT_EQ(Floats(&p.zeros[0], &p.zeros[5]), (Floats{1.5, -20, 0.5, 0.25, 99})) << "not just one";
+  EXPECT_EQ(Floats(&p.poles[0], &p.poles[7]), (Floats{-0.25, 0.5, -314.5, -202, 0, 0, 99}));
+  EXPECT_TRUE(p.nZeros == 1 && p.nPoles == 3 && p.constant == 7.5e+07f);
   std::string wild = "ZEROS -1\nPOLES4\nPOLES x\nPOLES 99999999999999999999\n1 " +
                      std::string(100000, '2') + "\n" + std::string("3\0 4\n", 5) + "6 7\n";
   for (int k = 0; k < 100; ++k) wild += std::to_string(k) + " 7\n";

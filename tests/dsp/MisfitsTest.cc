@@ -18,6 +18,8 @@ TEST(Misfits, BeginAtTheSecondSampleAndEndWithTheShorterTrace) {
   EXPECT_EQ(L2SacFracMisfit(*a, *b), 9 / 14.0f);
   EXPECT_EQ(L1SacMisfit(*traceOf({}), *b), 0.0f);
   EXPECT_TRUE(std::isnan(L2SacFracMisfit(*b, *traceOf({7}))));
+  // 2^25 and ones, which single precision would lose.
+  EXPECT_EQ(L1SacMisfit(*traceOf({0, 33554432, 1, 1, 1, 1}), *traceOf(Samples(6))), 33554436.0f);
 }
 
 TEST(Misfits, ShiftIsThatOfTheSecondTraceLater) {
@@ -33,6 +35,7 @@ TEST(Misfits, ShiftIsThatOfTheSecondTraceLater) {
               {Samples(5), x, 3},
               {nan, x, kMost},
               {Samples(1 << 20), many, 1 << 20},
+              {{}, x, kMost},
               // A shift by all samples leaves no difference. At once, where all pairs of samples
               // would take hours.
               {many, many, kMost, -kMost, 0}};
@@ -42,6 +45,7 @@ TEST(Misfits, ShiftIsThatOfTheSecondTraceLater) {
       float misfit = -1;
       shifted(*traceOf(row.a), *traceOf(row.b), &shift, &misfit);
       EXPECT_EQ(std::pair(shift, misfit), std::pair(row.shift, row.misfit)) << &row - rows;
+      shifted(*traceOf(row.a), *traceOf(row.b), nullptr, nullptr);
     }
   }
 }

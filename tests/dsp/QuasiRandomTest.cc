@@ -39,10 +39,10 @@ TEST(QuasiRandom, StartsAgainAfterTwoToTheThirtyPointsAndEndsWithItsRelease) {
        {std::tuple{52, 0, 52}, {53, -1, 52}, {INT_MAX, -1, 52}, {INT_MIN, 0, 0}}) {
     Sequence sequence(asked);
     EXPECT_EQ(sequence.status, status);
-    sequence.counter = (1u << 30) - 1;  // the last point and the origin differ by the same step
-    sequence.next();
-    sequence.counter = (1u << 30) - 1;
-    EXPECT_EQ(sequence.next(), Point(dimensions));
+    for (const bool isOrigin : {dimensions == 0, true}) {
+      sequence.counter = (1u << 30) - 1;  // the last point and the origin differ by the same step
+      EXPECT_EQ(sequence.next() == Point(dimensions), isOrigin);
+    }
     EXPECT_EQ(sequence.next(), Point(dimensions, 0.5f));
     QuasiRandomRelease(&sequence);
     EXPECT_EQ(sequence.status, -9);

@@ -58,6 +58,7 @@ TEST(Rotation, RefusesUnequalLengthsAndUnknownAzimuths) {
     unequal.second->setNpts(count);
     EXPECT_FALSE(rotates(unequal)) << count;
   }
+  RotateSeismograms(*make<S>(), *make<S>());
 }
 
 TEST(Rotation, ByAnglesAddsUp) {

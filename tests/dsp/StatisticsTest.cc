@@ -19,6 +19,9 @@ TEST(Statistics, ExtremaMeanAndSum) {
   Values x = {2, -3, NAN, 7, 1, -2e30f, 2e30f};
   EXPECT_EQ((Values{vmax(&x[0], 5), vmin(&x[0], 5), vmax(&x[5], 1), vmin(&x[6], 1)}),
             (Values{7, -3, -1e30f, 1e30f}));
+  EXPECT_EQ((Values{vmax(nullptr, -4), vmin(nullptr, -4), vmean(nullptr, -4)}),
+            (Values{-1e30f, 1e30f, 0}));
+  EXPECT_EQ(kahanSum(nullptr, 0), 0.0f);
   for (const auto function : {vmax, vmin, vmean}) EXPECT_EQ(function(nullptr, 0), -12345.0f);
   x.assign(10002, 1.0f);
   x[0] = 16777216.0f;  // 2^24 swallows each 1 in single precision

@@ -11,7 +11,7 @@ namespace {
 constexpr double kShortConstant = 4e-7;
 // A few roundings in single precision of angles up to 360 and of terms up to 3, among them the root
 // of a difference of slownesses that is small for rays nearly level.
-constexpr double kAngle = 1e-4, kSingle = 5e-6;
+constexpr double kAngle = 1e-4, kSingle = 4e-6;
 
 // One object that takes all angles through its setters.
 template <typename Check>

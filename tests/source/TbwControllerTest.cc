@@ -90,6 +90,8 @@ TEST_F(TbwControllerTest, GoesOnWhereProgramsFailAndNamesThoseThatAreMissing) {
   ASSERT_GE(log.texts.size(), 2u);
   EXPECT_EQ(log.texts[0], "Could not read " + work + "/hspec96.grn: No such file or directory.");
   EXPECT_EQ(log.texts[1], "Could not run " + programs + "/fmech96: No such file or directory.");
+  controller->setWorkPath(folder.path("nowhere"));
+  EXPECT_FALSE(controller->computeResponse()->GetSacHeader());
 }
 
 }  // namespace

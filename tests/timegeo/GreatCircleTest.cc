@@ -87,6 +87,8 @@ TEST(GreatCircle, EndPointsLieAtDistanceAndAzimuth) {
     ASSERT_NEAR(back.distance, length / radius / kDegree, 4e-5) << lat << ' ' << lon << ' ' << az;
     ASSERT_LE(angleBetween(back.azimuth, az) * std::sin(length / radius), 4e-5);
   }
+  latLonFromDistAz(&endLat, &endLon, 6371, 12.5f, -77, 0, 33);
+  EXPECT_TRUE(endLat == 12.5f && endLon == -77.0f);
   latLonFromDistAz(&endLat, &endLon, 57.29578f, 0, 170, 20, 90);
   EXPECT_NEAR(endLon, 190, 2e-5) << "not wrapped";
   for (float lat = 0; lat <= 90; lat += 0.25f) {
@@ -96,10 +98,12 @@ TEST(GreatCircle, EndPointsLieAtDistanceAndAzimuth) {
 }
 
 TEST(GeometricSpreading, IsLinearBetweenItsNodesAndHoldsBeyond) {
-  const double rows[][2] = {{-20, 84}, {30, 84},      {31.25, 81.75}, {45, 67},   {47.5, 65.25},
-                            {65, 53},  {87.5, 39.75}, {90, 38.5},     {120, 38.5}};
+  const float rows[][2] = {{-20, 84}, {30, 84}, {31.25f, 81.75f}, {87.5f, 39.75f}, {120, 38.5f}};
   for (const auto& [distance, micro] : rows)
-    EXPECT_NEAR(geospread(static_cast<float>(distance)), micro * 1e-6, 5e-12) << distance;
+    EXPECT_NEAR(geospread(distance), micro * 1e-6, 5e-12) << distance;
+  double sum = 0;  // of all nodes, and of the middles where they lie 5 degrees apart
+  for (float distance = 30; distance <= 90; distance += 2.5f) sum += geospread(distance);
+  EXPECT_NEAR(sum, 1440.75e-6, 5e-11);
   EXPECT_TRUE(std::isnan(geospread(NAN)));
 }
 

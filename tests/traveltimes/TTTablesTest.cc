@@ -26,7 +26,7 @@ TEST(TTTables, Interpolates) {
       {10, 8.5f, 800, 385},   {10, 8.5f, 801, 384.875f},  {10, 8.5f, -1, 185.025f},
       {10, 9, 100, 215},      {10, 9.1f, 100, kNone},     {10, 1e30f, 100, kNone},
       {10, kNaN, 100, kNone}, {10, 5, kNaN, kNone},       {1, 0.5f, 0, kNone},
-      {0, 0.5f, 0, 105.025f}, {-1e9f, 0.5f, 0, 105.025f}, {10, 3, 425, 236.25f}};
+      {0, 0.5f, 0, 105.025f}, {-1e9f, 0.5f, 0, 105.025f}, {10, 9, 5, 191.25f}};
   for (const auto& [rows, gcarc, depth, time] : cases) {
     SCOPED_TRACE(testing::Message() << rows << " rows, " << gcarc << ", " << depth);
     const auto found = lookUp(table, int(rows), gcarc, depth);
@@ -34,6 +34,8 @@ TEST(TTTables, Interpolates) {
     EXPECT_NEAR(found.slowness, time == kNone ? kNone : 10 / 111.19f, 1e-6);
     EXPECT_NEAR(found.depthDerivative, time == kNone ? kNone : 0.25f, 1e-6);
   }
+  for (float depth = 5; depth < 800; depth += 10)
+    EXPECT_NEAR(lookUp(table, 10, 3, depth).time, 130 + depth / 4, 1e-4) << depth;
 }
 
 TEST(TTTables, TakeSlownessFromTheDeeperOrFromBothColumns) {
