@@ -30,12 +30,12 @@ Ref<DispersionCurve> read(const std::string& text, const std::string& name = "x.
 
 TEST(DispersionCurve, ReadsHeaderAndPeriods) {
   const auto c = read(kHeader +
-                      "20 21.5 3.1 3.2 -0.2 0.4 5 6\n\n  \t\n"
-                      "  30 19.5 3.3 3.4 0.1 -0.1 7 8\n"
+                      "20 19.5 3.1 3.2 -0.2 0.4 5 6\n\n  \t\n"
+                      "  30 21.5 3.3 3.4 0.1 -0.1 7 8\n"
                       "40 33 3.5 3.6 -1 -2 9 10 11\n");
   EXPECT_EQ(c->nPeriods(), 3);
   EXPECT_THAT(c->fltrPeriod(), ElementsAre(20.0f, 30.0f, 40.0f));
-  EXPECT_THAT(c->instPeriod(), ElementsAre(21.5f, 19.5f, 33.0f));
+  EXPECT_THAT(c->instPeriod(), ElementsAre(19.5f, 21.5f, 33.0f));
   EXPECT_THAT(c->smthVelocity(), ElementsAre(3.1f, 3.3f, 3.5f));
   EXPECT_THAT(c->velocity(), ElementsAre(3.2f, 3.4f, 3.6f));
   EXPECT_THAT(c->uncertainty(), ElementsAre(FloatEq(0.3f), FloatEq(0.1f), 1.5f));
@@ -78,6 +78,7 @@ TEST(DispersionCurve, SurvivesAnyFile) {
     EXPECT_FALSE(c->channelID() || c->elat() != 0.0f) << text.substr(0, 9);
     EXPECT_THAT(c->velocity(), Each(0.0f));
   }
+  EXPECT_FALSE(read("# short\n")->dataSource());
   const auto none = make<DispersionCurve>();
   EXPECT_EQ(none->initWithKESTRAVFile("/missing/x.l.ga"), none);
 }
