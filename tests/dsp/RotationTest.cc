@@ -7,7 +7,6 @@ namespace {
 
 constexpr float kUndefined = -12345.0f;
 
-// Horizontal components with their azimuths.
 struct Components {
   Ref<S> first, second;
 
@@ -20,32 +19,24 @@ struct Components {
 };
 
 TEST(Rotation, GivesTheMotionAwayFromTheSourceAndAcross) {
-  const Samples away = noise(50), across = noise(51);
-  for (const auto& [azimuth, otherAzimuth] :
-       {std::pair{0.0f, 90.0f}, {123.0f, 33.0f}, {350.0f, 80.0f}}) {
-    for (const float baz : {0.0f, 37.0f, 180.0f, 359.0f}) {
-      SCOPED_TRACE(testing::Message() << azimuth << " " << otherAzimuth << " " << baz);
-      Components c(Samples(50), Samples(50), azimuth, otherAzimuth, baz);
-      for (S* s : {c.first.get(), c.second.get()}) {
-        const double angle = (s->componentAzimuth() - baz) * kPi / 180;
-        for (int j = 0; j < 50; ++j)
-          s->GetSacSeis()[j] =
-              static_cast<float>(-away[j] * std::cos(angle) - across[j] * std::sin(angle));
-      }
-      const bool firstHadChanged = baz > 100;
-      c.first->setMSeisHasChanged(firstHadChanged);
-      c.second->setMSeisHasChanged(!firstHadChanged);
-      RotateSeismograms(*c.first, *c.second);
-      EXPECT_EQ(c.first->mSeisHasChanged(), firstHadChanged);
-      EXPECT_EQ(c.second->mSeisHasChanged(), !firstHadChanged);
-      for (const auto& [s, motion] : {std::pair(c.first, away), {c.second, across}}) {
-        s->setMSeisHasChanged(true);
-        expectSamples(*s, Reals(motion.begin(), motion.begin() + 50), 1e-6);
-      }
-      const float radial = baz > 180 ? baz - 180 : baz + 180;
-      EXPECT_EQ(c.first->componentAzimuth(), radial);
-      EXPECT_EQ(c.second->componentAzimuth(), radial + 90);  // up to 450
+  const Samples away = noise(50), across = cutTo(noise(51), 50);
+  for (const auto& [azimuth, baz, radial] :
+       {std::tuple{0.0f, 37.0f, 217.0f}, {123.0f, 180.0f, 360.0f}, {350.0f, 359.0f, 179.0f}}) {
+    const float angle = (azimuth - baz) * 0.017453292f, c = std::cos(angle), s = std::sin(angle);
+    Samples x, y;  // y lies 90 degrees to the right of x, or to the left
+    for (int j = 0; j < 50; ++j) {
+      x.push_back(-away[j] * c - across[j] * s);
+      y.push_back((away[j] * s - across[j] * c) * (azimuth == 123.0f ? -1 : 1));
     }
+    Components pair(x, y, azimuth, azimuth == 123.0f ? 33.0f : azimuth + 90, baz);
+    pair.second->setMSeisHasChanged(true);
+    RotateSeismograms(*pair.first, *pair.second);
+    EXPECT_TRUE(!pair.first->mSeisHasChanged() && pair.second->mSeisHasChanged()) << "as before";
+    pair.first->setMSeisHasChanged(true);
+    expectSamples(*pair.first, Reals(away.begin(), away.end()));
+    expectSamples(*pair.second, Reals(across.begin(), across.end()));
+    EXPECT_EQ(pair.first->componentAzimuth(), radial);
+    EXPECT_EQ(pair.second->componentAzimuth(), radial + 90);  // up to 450
   }
 }
 
@@ -56,40 +47,29 @@ TEST(Rotation, RefusesUnequalLengthsAndUnknownAzimuths) {
     RotateSeismograms(*c.first, *c.second);
     return imageOf(*c.first) + imageOf(*c.second) != before;
   };
-  EXPECT_FALSE(rotates({x, y, 0, 90, 10}) || rotates({x, z, kUndefined, kUndefined, 10}) ||
-               rotates({x, z, 0, 90, kUndefined}));
+  EXPECT_FALSE(rotates({x, z, kUndefined, kUndefined, 10}) || rotates({x, z, 0, 90, kUndefined}));
   // Only azimuths more than 271 degrees apart count as not orthogonal.
-  for (const float apart : {0.0f, 45.0f, 180.0f, 271.0f, 271.5f, 359.0f}) {
-    EXPECT_EQ(rotates({x, z, 0, apart, 10}), apart <= 271) << apart;
+  for (const float apart : {45.0f, 271.0f, 271.5f})
     EXPECT_EQ(rotates({x, z, apart, 0, 10}), apart <= 271) << apart;
-  }
+  // Unequal counts of equal numbers of samples, and equal counts of unequal buffers.
   const Components unequal(x, y, 0, 90, 10);
-  // Then unequal counts of equal numbers of samples, and equal counts of unequal buffers.
-  for (const auto& [count, other] : {std::pair{8, 9}, {9, 8}, {9, 9}}) {
-    unequal.first->setNpts(count);
-    unequal.second->setNpts(other);
-    RotateSeismogramsByAngle(*unequal.first, *unequal.second, 45);
-    EXPECT_FALSE(rotates(unequal));
-    expectUnchanged(*unequal.second, cutTo(y, other));
+  for (const int count : {8, 9}) {
+    unequal.first->setNpts(9);
+    unequal.second->setNpts(count);
+    EXPECT_FALSE(rotates(unequal)) << count;
   }
   RotateSeismograms(*make<S>(), *make<S>());
 }
 
-TEST(Rotation, ByAnAngle) {
-  const Samples x = noise(20), y = cutTo(noise(21), 20);
-  for (const float angle : {0.0f, 90.0f, 660.0f}) {
-    const double c = std::cos(angle * kPi / 180), s = std::sin(angle * kPi / 180);
-    const Components pair(x, y, 0, kUndefined, kUndefined);
+TEST(Rotation, ByAnglesAddsUp) {
+  const Components pair(noise(20), cutTo(noise(21), 20), 0, kUndefined, kUndefined);
+  for (const float angle : {690.0f, 120.0f})  // together a right one
     RotateSeismogramsByAngle(*pair.first, *pair.second, angle);
-    Reals first, second;
-    for (int j = 0; j < 20; ++j) {
-      first.push_back(c * x[j] + s * y[j]);
-      second.push_back(c * y[j] - s * x[j]);
-    }
-    expectSamples(*pair.first, first, angle == 0 ? 0 : 2e-6);
-    expectSamples(*pair.second, second, angle == 0 ? 0 : 2e-6);
-    EXPECT_EQ(pair.first->componentAzimuth(), 0);
-  }
+  Reals first, second;
+  for (int j = 0; j < 20; ++j) first.push_back(noise(21)[j]), second.push_back(-noise(20)[j]);
+  expectSamples(*pair.first, first);
+  expectSamples(*pair.second, second);
+  EXPECT_EQ(pair.first->componentAzimuth(), 0);
 }
 
 }  // namespace

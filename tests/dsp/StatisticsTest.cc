@@ -4,89 +4,80 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <random>
 #include <vector>
+
+#include "krosac/dsp/WeightsInternal.h"
 
 namespace krosac {
 namespace {
 
 using Values = std::vector<float>;
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-constexpr float kBig = std::numeric_limits<float>::max();
-
 TEST(Statistics, ExtremaMeanAndSum) {
-  Values x = {2, -3, kNan, 7, 1, -2e30f, 2e30f};
-  EXPECT_EQ(vmax(&x[0], 5), 7.0f);
-  EXPECT_EQ(vmin(&x[0], 5), -3.0f);
-  EXPECT_EQ(vmax(&x[5], 1), -1e30f);
-  EXPECT_EQ(vmin(&x[6], 1), 1e30f);
+  Values x = {2, -3, NAN, 7, 1, -2e30f, 2e30f};
+  EXPECT_EQ((Values{vmax(&x[0], 5), vmin(&x[0], 5), vmax(&x[5], 1), vmin(&x[6], 1)}),
+            (Values{7, -3, -1e30f, 1e30f}));
+  EXPECT_EQ((Values{vmax(nullptr, -4), vmin(nullptr, -4), vmean(nullptr, -4)}),
+            (Values{-1e30f, 1e30f, 0}));
+  EXPECT_EQ(kahanSum(nullptr, 0), 0.0f);
   for (const auto function : {vmax, vmin, vmean}) EXPECT_EQ(function(nullptr, 0), -12345.0f);
-  EXPECT_EQ(vmax(nullptr, -4), -1e30f);
-  EXPECT_EQ(vmin(nullptr, -4), 1e30f);
-  EXPECT_EQ(vmean(nullptr, -4), 0.0f);
   x.assign(10002, 1.0f);
   x[0] = 16777216.0f;  // 2^24 swallows each 1 in single precision
   EXPECT_EQ(vmean(x.data(), 128), 131072.0f);
   x[0] = 1e17f;  // swallows each 1 in double precision
   x.back() = -1e17f;
   EXPECT_EQ(kahanSum(x.data(), 10002), 10000.0f);
-  for (const int n : {1, 0, -5}) EXPECT_EQ(kahanSum(x.data(), n), 1e17f) << n;
-  EXPECT_EQ(kahanSum(nullptr, 0), 0.0f);
+  EXPECT_EQ(kahanSum(x.data(), -5), 1e17f);
 }
 
-// The array as text, which makes NaN equal NaN and tells -0 from 0.
-std::string asText(const Values& x) {
+// The array as text, in which one NaN is as another and -0 as 0.
+std::string asText(Values x) {
+  for (float& value : x) value = std::isnan(value) ? NAN : value + 0.0f;
   return testing::PrintToString(x);
 }
 
-// Both medians against a copy sorted without NaN.
-void expectMedian(const Values& x) {
-  const int n = static_cast<int>(x.size());
-  Values plain = x, sorted = x, untouched = x;
-  const auto nans = std::partition(plain.begin(), plain.end(), [](float v) { return v == v; });
-  std::sort(plain.begin(), nans);
-  std::fill(nans, plain.end(), kNan);
-  const double twice = double{plain[(n - 1) / 2]} + double{plain[n / 2]};
-  float median1 = 0, median2 = 0;
-  mdian1(sorted.data() - 1, n, &median1);
-  mdian2(untouched.data() - 1, n, &median2);
-  for (const float median : {median1, median2})
-    EXPECT_TRUE(median == static_cast<float>(twice / 2) || (median != median && twice != twice))
-        << median << " " << twice / 2 << " in " << asText(x);
-  EXPECT_EQ(asText(untouched), asText(x));
-  for (int i = 0; i < n; ++i)
-    EXPECT_TRUE(sorted[i] == plain[i] || (std::isnan(sorted[i]) && std::isnan(plain[i])));
-}
-
-TEST(Statistics, Medians) {
+TEST(Statistics, MediansAreThoseOfACopySortedWithNaNLast) {
   std::mt19937 random(3);
   std::normal_distribution<float> normal;
-  const float odd[] = {kBig, -kBig, kInfinity, -kInfinity, kNan, -0.0f, 1.0f, 1.0f};
-  const std::function<float()> kinds[] = {
-      [&] { return normal(random); },
-      [&] { return std::round(normal(random)); },
-      [&] { return std::exp(30.0f * normal(random)); },
-      [&] { return (random() % 2 ? 1e6f : -1.0f) + 1e-3f * normal(random); },
-      [&] { return std::ldexp(random() % 2 ? 1.0f : -1.0f, int(random() % 270) - 145); },
-      [&] { return odd[random() % 8]; },
-      [&] { return random() % 2 ? normal(random) : odd[random() % 8]; }};
-  for (const auto& kind : kinds) {
+  const float infinity = HUGE_VALF, big = std::numeric_limits<float>::max();
+  const float odd[] = {big, -big, infinity, -infinity, NAN, 0.0f, 1.0f, 1.0f};
+  for (int kind = 0; kind < 5; ++kind) {
     for (int n = 1; n <= 80; ++n) {
-      Values x(n);
-      std::generate(x.begin(), x.end(), kind);
-      expectMedian(x);
+      Values x(n), median(2);
+      for (float& value : x)
+        value = kind == 0   ? std::round(normal(random))
+                : kind == 1 ? std::exp(30.0f * normal(random))
+                : kind == 2 ? (random() % 2 ? 1e6f : -1.0f) + 1e-3f * normal(random)
+                : kind == 3 ? std::ldexp(random() % 2 ? 1.0f : -1.0f, int(random() % 270) - 145)
+                            : odd[random() % 8];
+      Values sorted = x, copy = x;
+      std::ranges::sort(sorted, [](float a, float b) { return a < b || (a == a && b != b); });
+      mdian2(copy.data() - 1, n, &median[1]);
+      EXPECT_EQ(asText(copy), asText(x)) << "left alone by the second";
+      mdian1(copy.data() - 1, n, &median[0]);
+      EXPECT_EQ(asText(copy), asText(sorted));
+      const double twice = double{sorted[(n - 1) / 2]} + double{sorted[n / 2]};
+      EXPECT_EQ(asText(median), asText(Values(2, static_cast<float>(twice / 2)))) << asText(x);
     }
   }
-  expectMedian({1, 1, 1, 1, 5, 7, 9});
-  expectMedian({kNan, kNan, kNan, 1});
-  float median1 = 0, median2 = 0;
-  mdian1(nullptr, 0, &median1);
-  mdian2(nullptr, -1, &median2);
-  EXPECT_EQ(median1 + median2, -24690.0f);
+  float first = 0, second = 0;
+  mdian1(nullptr, 0, &first);
+  mdian2(nullptr, -1, &second);
+  EXPECT_TRUE(first == -12345.0f && second == first);
+}
+
+TEST(Statistics, GreatestIsFoundInEveryLane) {
+  for (const std::size_t count : {0, 1, 31, 32, 33, 100}) {
+    for (std::size_t place = 0; place < count; ++place) {
+      Values sizes(count, 1.0f);
+      sizes[(place + 32) % count] = NAN;  // the next in the same lane
+      sizes[place] = 2.0f;
+      EXPECT_EQ(greatestOf(count, [&](std::size_t i) { return sizes[i]; }), 2.0f) << place;
+    }
+    EXPECT_EQ(greatestOf(count, [](std::size_t) { return NAN; }), 0.0f);
+  }
 }
 
 }  // namespace
