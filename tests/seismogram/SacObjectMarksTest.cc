@@ -150,20 +150,17 @@ TEST(SacObjectMeasures, MatchTheirFormulas) {
   EXPECT_FLOAT_EQ(s->centroid(), 0.1f * (-2 + 2 * 1 + 3 * 6 + 4 * -4 + 5 * 6) / 8.0f);
   EXPECT_EQ(traceOf({1, -1})->centroid(), kUndefined) << "a sum of zero";
   // The powers from A to F, or to E, and before A; E is sample 5.
-  const std::tuple<float, float, float> ratios[] = {
-      {-9.76f, kUndefined, std::sqrt(53 / 3.0f / 2.5f)},
-      {-9.99f, -9.8f, NAN},
-      {-9.76f, -9.62f, std::sqrt(37 / 2.0f / 2.5f)},
-      {-9.76f, -9.8f, kUndefined},
-      {-9.5f, kUndefined, kUndefined}};
-  for (const auto& [a, f, ratio] : ratios) {
+  for (const auto& [a, f, ratio] : {std::tuple(-9.76f, kUndefined, std::sqrt(53 / 3.0f / 2.5f)),
+                                    {-9.76f, -9.62f, std::sqrt(37 / 2.0f / 2.5f)},
+                                    {-9.76f, -9.8f, kUndefined},
+                                    {-9.99f, -9.8f, NAN},
+                                    {-9.5f, kUndefined, kUndefined}}) {
     s->setPTime(a);
     s->setTimePickKey_Value(11, f);
     EXPECT_THAT(s->simpleSNR(), testing::NanSensitiveFloatEq(ratio)) << a << " " << f;
   }
-  EXPECT_EQ(
-      (Samples{empty->simpleRMS(), empty->signalPower(), empty->centroid(), empty->simpleSNR()}),
-      Samples(4, kUndefined));
+  for (const auto measure : {&S::simpleRMS, &S::signalPower, &S::centroid, &S::simpleSNR})
+    EXPECT_EQ((*empty.*measure)(), kUndefined);
   CapturedLog log;
   s->FindMaximum();
   s->FindMinimum();

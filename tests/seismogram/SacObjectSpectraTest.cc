@@ -71,6 +71,9 @@ TEST(SacObjectFilters, ShapeThePaddedSpectrum) {
     row.filter(*s);
     const auto factor = [&](std::size_t, double omega) { return row.factor(omega); };
     expectSamples(*s, slowlyFiltered(richNoise(100), kDelta, factor), row.share);
+    const auto empty = traceOf({});
+    row.filter(*empty);
+    expectUnchanged(*empty, {});
   }
 }
 
@@ -134,7 +137,7 @@ TEST(SacObjectAnalyticSignal, GivesTheEnvelopeAndTheFrequencySmoothedInPlace) {
   EXPECT_EQ(samplesIn(*silent), Samples(10, -0.01f));
 }
 
-TEST(SacObjectFilters, PulsesAreAdvancedByOneSampleAndHaveUnitArea) {
+TEST(SacObjectFilters, PulsesAreAdvancedByOneSampleAndHaveUnitAreaOrAreRefused) {
   const std::pair<void (*)(S&), Samples> rows[] = {
       {[](S& s) { s.CosineTimeFunctionFilterDuration(2); }, {0, 1, 2, 1}},  // area not yet 1
       {[](S& s) { s.CosineTimeFunctionFilterDuration(0.75f); }, {0, 1.5f}},
@@ -144,7 +147,6 @@ TEST(SacObjectFilters, PulsesAreAdvancedByOneSampleAndHaveUnitArea) {
       {[](S& s) { s.TrapezoidFilter(1, 1, 0); }, {0, 0.5f, 1, 1}},
       {[](S& s) { s.TrapezoidFilter(0.5f, 0, 0); }, {}}};
   for (const auto& [filter, weights] : rows) {
-    SCOPED_TRACE(weights.size());
     const auto s = traceOf({0, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0}, kDelta);
     filter(*s);
     const double area = std::accumulate(weights.begin(), weights.end(), 0.0);
@@ -152,31 +154,30 @@ TEST(SacObjectFilters, PulsesAreAdvancedByOneSampleAndHaveUnitArea) {
     for (std::size_t k = 0; k < weights.size(); ++k) expected[3 + k] = 3 * weights[k] / area;
     expectSamples(*s, expected, 1e-6);
   }
-}
-
-TEST(SacObjectFilters, RefuseArgumentsThatMakeNoFilter) {
   const auto s = traceOf(richNoise(60), kDelta);
-  for (const float refused : {-1.0f, kNaN, 0.0f, 1e8f}) {
-    if (refused < 1) s->LPBUfilter_NPasses_NPoles(refused, 2, 4);
-    if (refused < 1) s->HPBUfilter_NPasses_NPoles(refused, 2, 4);
-    if (refused != 0) s->TrapezoidFilter(refused, 1, 1);
+  for (const float refused : {-1.0f, kNaN}) {
+    s->LPBUfilter_NPasses_NPoles(refused, 2, 4);
+    s->HPBUfilter_NPasses_NPoles(refused, 2, 4);
+    s->TrapezoidFilter(refused, 1, 1);
     s->CosineTimeFunctionFilterDuration(refused);
   }
-  s->LPBUfilter_NPasses_NPoles(kNaN, 2, 4);
   s->CosineTimeFunctionFilterDuration(0.74f);  // shorter than two samples
+  s->CosineTimeFunctionFilterDuration(1e8f);
+  s->TrapezoidFilter(1, 1e8f, 1);
   expectUnchanged(*s, richNoise(60));
 }
 
 TEST(SacObjectFilters, ButterworthSpectrumAndPrewhiteningAreThePlainOnes) {
   const Samples x = richNoise(64);
-  const auto s = traceOf(x, kDelta), low = traceOf(x, kDelta), high = traceOf(x, kDelta);
-  Samples lowPassed = x, highPassed = x;
-  GRLPBUfilter(lowPassed.data(), 64, 2, 6, kDelta, 0.2f);
-  GRHPBUfilter(highPassed.data(), 64, 2, 6, kDelta, 0.2f);
-  low->LPBUfilter_NPasses_NPoles(0.2f, 2, 6);
-  high->HPBUfilter_NPasses_NPoles(0.2f, 2, 6);
-  expectSamples(*low, Reals(lowPassed.begin(), lowPassed.end()), 0);
-  expectSamples(*high, Reals(highPassed.begin(), highPassed.end()), 0);
+  const auto s = traceOf(x, kDelta);
+  for (const bool isLow : {false, true}) {
+    Samples expected = x;
+    (isLow ? GRLPBUfilter : GRHPBUfilter)(expected.data(), 64, 2, 6, kDelta, 0.2f);
+    const auto filtered = traceOf(x, kDelta);
+    ((*filtered).*(isLow ? &S::LPBUfilter_NPasses_NPoles : &S::HPBUfilter_NPasses_NPoles))(0.2f, 2,
+                                                                                           6);
+    expectSamples(*filtered, Reals(expected.begin(), expected.end()), 0);
+  }
   const auto packed = s->spectrum();
   expectUnchanged(*s, x);
   const Spectrum bins = slowSpectrum(x, 128);
@@ -188,37 +189,6 @@ TEST(SacObjectFilters, ButterworthSpectrumAndPrewhiteningAreThePlainOnes) {
   }
   s->prewhiten();
   for (std::size_t j = 0; j < x.size(); ++j) EXPECT_EQ(samplesIn(*s)[j], x[j] / 32);
-}
-
-// What could do harm comes of the argument, the interval and the counts, so one after the other.
-TEST(SacObjectFilters, ShortTracesAndAbsurdArgumentsDoNoHarm) {
-  for (const float v : {0.0f, -1.0f, 2.0f, 1e-38f, 1e30f, -1e30f, HUGE_VALF, kNaN}) {
-    for (const float delta : {1.0f, 0.0f, 1e-38f, 1e30f, kNaN}) {
-      for (const int n : {0, 1, 2, 3}) {
-        const auto s = traceOf(noise(n), delta, v);
-        s->setNpts(n == 3 ? 1 << 30 : n);  // more than there are
-        s->subtractZeroLagGaussian(v);
-        s->HPBUfilter_NPasses_NPoles(v, -1, 1 << 30);
-        s->GetOptimalShift(*s);
-        s->spectrum();
-        s->RGaussianFilter(v);
-        s->RGaussianFilterSwapOld_New(v, -v);
-        s->SGaussianFilter_Alpha(v, v);
-        s->CosineTaperFilter(v, 1, v, v);
-        s->TstarFilter(v);
-        s->CosineTimeFunctionFilterDuration(v);
-        s->TrapezoidFilter(v, v, v);
-        s->NoiseFilterStartingAtTime(v);
-        s->ConvolveInstrument(v > 0 ? 1 : 2);
-        s->WaterLevelDeconWith_wlevel_tshift_gwidth(*s, v, v, v);
-        s->Envelope();
-        s->InstantaneousPeriod();
-        s->prewhiten();
-        s->correlateWith(*s);
-        EXPECT_EQ(s->myData()->length(), 632u + 4u * static_cast<unsigned>(n));
-      }
-    }
-  }
 }
 
 TEST(SacObjectInstrument, RemovalDividesByTheResponseInABand) {
@@ -262,15 +232,13 @@ TEST(SacObjectInstrument, RemovalDividesByTheResponseInABand) {
   const float none[] = {0, 0, 0, 0}, corners[] = {0.02f, 0.05f, 0.5f, 0.8f};
   s->DeconvolveInstrument_TaperCorners(sensor, none);
   EXPECT_FALSE(std::isfinite(samplesIn(*s)[0]));
-  for (const std::string& path :
-       {folder.path("missing"), folder.path(), folder.write("text", "no response\n1 2\n3 4\n"),
-        folder.write("nan", "POLES 1\nnan 0\nCONSTANT 3\n"), folder.write("inf", "ZEROS 1\n1 inf"),
-        folder.write("huge", "ZEROS 1\n1 1\nCONSTANT 1e99\n")}) {
+  for (const char* text : {"no response\n1 2\n3 4\n", "POLES 1\nnan 0\nCONSTANT 3\n",
+                           "ZEROS 1\n1 inf", "ZEROS 1\n1 1\nCONSTANT 1e99\n"}) {
     const CapturedLog log;
-    printedBy([&] { kept->DeconvolveInstrument_TaperCorners(path, corners); });
+    kept->DeconvolveInstrument_TaperCorners(folder.write("no", text), corners);
     expectUnchanged(*kept, richNoise(50));
-    EXPECT_EQ(log.texts,
-              Texts{"No instrument response in " + path + "; the seismogram is left as it is."});
+    EXPECT_EQ(log.texts, Texts{"No instrument response in " + folder.path("no") +
+                               "; the seismogram is left as it is."});
   }
 }
 
@@ -341,13 +309,11 @@ TEST(SacObjectCorrelation, OptimalShiftHasTheSignOfTheReceiversDelay) {
     const auto [shift, correlation] = receiver->GetOptimalShift(*argument);
     EXPECT_EQ(shift, row.shift * double{kDelta});
     EXPECT_NEAR(correlation, row.correlation, row.tolerance);
-    float energy = 0, argumentsEnergy = 0;
-    for (std::size_t i = 0; i < row.receiver.size(); ++i) {
-      energy += row.receiver[i] * row.receiver[i];
-      argumentsEnergy += row.argument[i] * row.argument[i];
-    }
-    EXPECT_EQ(receiver->userValue(9), energy);
-    EXPECT_EQ(argument->userValue(9), argumentsEnergy);
+    const auto energy = [n = std::ssize(row.receiver)](const Samples& x) {
+      return std::inner_product(x.begin(), x.begin() + n, x.begin(), 0.0f);
+    };
+    EXPECT_EQ(receiver->userValue(9), energy(row.receiver));
+    EXPECT_EQ(argument->userValue(9), energy(row.argument));
     expectUnchanged(*receiver, row.receiver);
   }
   for (const auto& nothing : {traceOf(Samples(9)), traceOf({})}) {  // the first of equal lags
@@ -360,12 +326,11 @@ TEST(SacObjectCorrelation, OptimalShiftHasTheSignOfTheReceiversDelay) {
 TEST(SacObjectDeconvolution, ZeroLagGaussianIsFittedBeforeTimeZero) {
   // With k = 0 all weights are 1, and of ones every sample loses the number of those from 5 s
   // before time 0.
-  const std::tuple<float, float, int, float> rows[] = {
-      {0.125f, -10, 200, 40},
-      {0.03125f, -1, 200, 32},
-      {0.125f, -10, 50, 10},
-      {0.1f, -10, 200, 51}};  // 5 / 0.1f is below 50 in double
-  for (const auto& [delta, b, count, sum] : rows) {
+  for (const auto& [delta, b, count, sum] : {std::tuple(0.125f, -10.0f, 200, 40.0f),
+                                             {0.03125f, -1.0f, 200, 32.0f},
+                                             {0.125f, -10.0f, 50, 10.0f},
+                                             // 5 / 0.1f is below 50 in double
+                                             {0.1f, -10.0f, 200, 51.0f}}) {
     const auto flat = traceOf(Samples(count, 1), delta, b);
     flat->subtractZeroLagGaussian(0);
     expectSamples(*flat, Reals(count, 1 - sum), 0);
