@@ -1,7 +1,6 @@
 // The header, the values derived from it, the reference time, and descriptions.
 #include <gmock/gmock.h>
 
-#include <cmath>
 
 #include "CapturedLog.h"
 #include "seismogram/Traces.h"
@@ -114,6 +113,20 @@ Ref<S> datedTrace() {
   for (int key = 0; key <= 11; ++key)
     s->setTimePickKey_Value(key, key == 5 ? -12345.0f : 100.0f + static_cast<float>(key));
   return s;
+}
+
+TEST(SacObjectHeader, PicksTextsAndOtherFieldsByName) {
+  const auto s = datedTrace();
+  EXPECT_EQ((Samples{s->t0(), s->t1(), s->t2(), s->t3(), s->t4(), s->t5(), s->t6(), s->t7(),
+                     s->t8(), s->t9(), s->a(), s->pTime(), s->f(), s->fini()}),
+            (Samples{100, 101, 102, 103, 104, -12345, 106, 107, 108, 109, 110, 110, 111, 111}));
+  s->setEventName("0123456789ABCDEFGHI");
+  s->setKHoleID(" 10\t");
+  s->setKHoleID(nullptr);  // changes nothing
+  EXPECT_EQ(s->kevnm() + " " + s->khole(), "0123456789ABCDEF 10");
+  s->setComponentIncAngle(7.0f);
+  s->setSrcType(8);
+  EXPECT_EQ(s->GetSacHeader()->CMPINC + static_cast<float>(s->GetSacHeader()->IEVTYP), 15.0f);
 }
 
 TEST(SacObjectReferenceTime, SettingAdjustingAndMoving) {
