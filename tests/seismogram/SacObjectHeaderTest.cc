@@ -1,7 +1,6 @@
 // The header, the values derived from it, the reference time, and descriptions.
 #include <gmock/gmock.h>
 
-
 #include "CapturedLog.h"
 #include "seismogram/Traces.h"
 
