@@ -54,7 +54,7 @@ inline std::uint32_t word(float value) {
 // A native file of 2011 day 70 05:46:23.120: DELTA 0.5, B 10, an E that is wrong and no extrema.
 // The station lies on the equator a quarter of a turn west of the event.
 inline std::string sacImage(const Samples& x, const Words& words = {}) {
-  Words common = {
+  const Words common = {
       {0, word(0.5f)},    {20, word(10)},      {24, word(77)},  {124, word(0)}, {128, word(52.4f)},
       {140, word(38.3f)}, {144, word(142.4f)}, {316, x.size()}, {280, 2011},    {284, 70},
       {288, 5},           {292, 46},           {296, 23},       {300, 120}};

@@ -1,0 +1,271 @@
+// Loading, saving, archiving and copying.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+
+#include "CapturedLog.h"
+#include "TemporaryFolder.h"
+#include "seismogram/Traces.h"
+
+namespace krosac {
+namespace {
+
+const Samples kSamples = {3, -1, 4, -1, 5};
+const std::string kDated =
+    "2011-03-11 05:46:23 +0000, 2011 (070) 05:46:23.120, "
+    "JAPAN - KURIL ISLANDS - KAMCHATKA PENINSULA / Near east coast of eastern Honshu, ";
+
+using Path = const std::string&;
+
+struct Loader {
+  bool (*load)(S&, Path);
+  bool readsFile;     // and so swaps bytes, and computes E and the extrema
+  bool saysImages;    // logs what it sees while it looks for the byte order
+  bool keepsSwapped;  // does not reset swappedBytes first
+  bool dropsOnSuccess, dropsOnFailure;
+} const kLoaders[] = {
+    {[](S& s, Path p) { return s.InitWithNSData_withPath(ByteBuffer::fromFile(p), p); }, false,
+     false, false, true, true},
+    {[](S& s, Path p) { return s.initWithNSData_withPath(ByteBuffer::fromFile(p), p); }, false,
+     false, false, false, false},
+    {[](S& s, Path p) { return s.InitWithPath(p); }, true, true, false, true, false},
+    {[](S& s, Path p) { return s.initWithPath(p); }, true, false, false, false, false},
+    {[](S& s, Path p) { return s.loadFromPath(p); }, true, true, true, false, false},
+    {[](S& s, Path p) { return s.replaceSacObjectDataWithPath(p); }, true, true, false, false,
+     false}};
+const auto &kInitWithData = kLoaders[1], &kReplace = kLoaders[5];
+
+// Loads into a live object with room for five samples and all set that a loader may reset. Its
+// reference must go to the pool just where the loader drops it.
+Ref<S> loaded(const Loader& loader, const std::string& path, bool good) {
+  auto* s = alloc<S>();
+  s->initWithCapacity(5);
+  s->setVerbose(4);
+  s->setSwappedBytes(true);
+  s->setMSeisHasChanged(true);
+  s->setMSeisIsLocked(true);
+  const Ref<S> kept(s);
+  {
+    AutoreleasePool pool;
+    EXPECT_EQ(loader.load(*s, path), good);
+    EXPECT_EQ(s->retainCount(), 2);
+  }
+  EXPECT_EQ(s->retainCount(), (good ? loader.dropsOnSuccess : loader.dropsOnFailure) ? 1 : 2);
+  if (s->retainCount() == 2) s->release();
+  return kept;
+}
+
+TEST(SacObjectLoading, EveryLoaderDoesItsOwnWay) {
+  TemporaryFolder folder;
+  const std::string image = sacImage(kSamples), path = folder.path("a.sac");
+  for (const Loader& loader : kLoaders) {
+    SCOPED_TRACE(&loader - kLoaders);
+    CapturedLog captured;
+    for (const bool swaps : {false, true}) {
+      if (swaps && !loader.readsFile) continue;
+      folder.write("a.sac", swaps ? foreign(image) : image);
+      const auto s = loaded(loader, path, true);
+      EXPECT_EQ(s->myPath(), path);
+      EXPECT_EQ(stateOf(*s), "a.sac, (null), " + kDated +
+                                 (swaps || loader.keepsSwapped ? "swapped 1 " : "swapped 0 ") +
+                                 "changed 0 locked 0 verbose 0 tag 0");
+      EXPECT_EQ(samplesIn(*s), kSamples);
+      EXPECT_EQ((Samples{s->e(), s->smin(), s->smax(), s->smean()}),
+                loader.readsFile ? (Samples{12, -1, 5, 2}) : (Samples{77, -12345, -12345, -12345}));
+      EXPECT_NEAR(s->gcarc(), 90.0f, 1e-4);  // resolution of floats of hundreds
+    }
+    EXPECT_EQ(captured.texts.size(), loader.saysImages ? 2 : 0);
+
+    captured.texts.clear();
+    folder.write("a.sac", sacImage(kSamples, {{0, word(-0.5f)}}));
+    const auto s = loaded(loader, path, false);
+    EXPECT_EQ(s->myPath(), "./");  // set after validation only
+    EXPECT_EQ(s->myData() == nullptr, &loader == &kInitWithData);
+    loaded(loader, "/absent", false);
+    Texts said;
+    if (loader.saysImages)
+      said = {path + " npts:5 delta:-0.500000 Size0:652 Size1:652",
+              path + " npts:83886080 delta:0.000000 Size0:652 Size1:335544952"};
+    if (loader.readsFile) said.push_back("Tried swapping bytes for " + path);
+    const bool hasStop = !loader.readsFile || loader.saysImages;
+    said.push_back(path + " is not a valid SAC file" + (hasStop ? "." : ""));
+    said.push_back(loader.readsFile ? "Problem reading bytes in /absent"
+                                    : "/absent is not a valid SAC file.");
+    EXPECT_EQ(captured.texts, said);
+  }
+}
+
+TEST(SacObjectLoading, FilesOfAnotherSizeThanTheyStateAreRefused) {
+  TemporaryFolder folder;
+  CapturedLog quiet;
+  const std::string image = sacImage(kSamples);
+  // Whether the samples that there is room for can be read all the same.
+  for (const auto& [bytes, suffices] :
+       {std::pair(image.substr(0, 631), false),
+        {image.substr(0, 651), false},
+        {image + '\0', true},
+        {sacImage(kSamples, {{316, 0xFFFFFFFBu}}), false},
+        {sacImage(kSamples, {{316, (1u << 30) + 5}}), true},  // 632 + 4 NPTS wraps to 652
+        {sacImage(kSamples, {{0, word(NAN)}}), false}}) {
+    for (const Loader& loader : kLoaders) {
+      SCOPED_TRACE(testing::Message() << &loader - kLoaders << bytes.size());
+      loaded(loader, folder.write("a.sac", bytes), &loader == &kReplace && suffices);
+    }
+  }
+  // Replacing reads at most what the buffer holds. 65536 swapped is 256, a plausible count too.
+  const std::string many = sacImage({3, -1, 4}) + std::string(4 * 65533, '\0');
+  for (const std::string& bytes :
+       {image, foreign(image), image.substr(0, 644), foreign(many).replace(316, 4, {0, 1, 0, 0})}) {
+    const std::string path = folder.write("a.sac", bytes);
+    const auto s = traceOf(Samples(3));
+    ASSERT_TRUE(s->replaceSacObjectDataWithPath(path));
+    EXPECT_EQ(samplesIn(*s), (Samples{3, -1, 4}));
+    EXPECT_EQ(std::pair(s->e(), s->smax()), std::pair(11.0f, 4.0f));
+    EXPECT_FALSE(traceOf({})->replaceSacObjectDataWithPath(path));
+  }
+}
+
+TEST(SacObjectLoading, FromAnotherSeismogram) {
+  TemporaryFolder folder;
+  const auto other = make<S>(), fresh = make<S>(), labelled = make<S>();
+  // A day beyond the year is carried.
+  const std::string image = foreign(sacImage(kSamples, {{280, 2010}, {284, 365 + 70}}));
+  ASSERT_TRUE(other->initWithPath(folder.write("a.sac", image)));
+  other->setLabelString("its label");
+  other->setTag(9);
+  other->setEndTime(0.0f);
+  other->GetSacSeis()[0] = 100.0f;
+  labelled->setLabelString("old label");
+  labelled->setVerbose(3);
+  labelled->setMSeisHasChanged(true);
+  EXPECT_EQ(fresh->initWithSeisObject(*other), fresh);
+  labelled->initWithSeisObject(*other);
+  const std::string flags = kDated + "swapped 1 changed 0 locked 0 verbose ";
+  EXPECT_EQ(stateOf(*fresh), "a.sac, (null), " + flags + "0 tag 0");
+  EXPECT_EQ(stateOf(*labelled), "a.sac, its label, " + flags + "3 tag 0");
+  EXPECT_EQ(std::pair(fresh->e(), fresh->smax()), std::pair(12.0f, 5.0f));  // the extrema as told
+  EXPECT_EQ(samplesIn(*fresh), samplesIn(*other));
+  EXPECT_FALSE(fresh->initWithSeisObject(*make<S>()));
+  AutoreleasePool pool;
+  EXPECT_EQ(Ref<S>(alloc<S>()->InitWithSeisObject(*other))->retainCount(), 2);
+}
+
+TEST(SacObjectLoading, WithCapacityAndItsValidity) {
+  const auto s = make<S>();
+  ASSERT_EQ(s->initWithCapacity(5), s);
+  const Words set = {{0, word(1)}, {20, word(0)}, {24, word(4)}, {316, 5}};
+  EXPECT_EQ(imageOf(*s), headerImage(set) + std::string(20, '\0'));
+  EXPECT_EQ(s->myPath(), "./");
+  EXPECT_EQ(stateOf(*s),
+            "UntitledSeismogram, (null), undated, untimed, (null), swapped 0 changed 0 locked 0 "
+            "verbose 0 tag 0");
+  for (const float delta : {10000.0f, -1e-9f, NAN, 9999.0f}) {
+    s->setDelta(delta);
+    EXPECT_EQ(s->isSacFile(), delta == 9999.0f) << delta;
+  }
+  EXPECT_FALSE(make<S>()->initWithCapacity(-1));
+}
+
+// Between setMyData and setupPointers the header and samples are still those of the old buffer.
+TEST(SacObjectLoading, BuffersMayBeExchangedAtAnyTime) {
+  TemporaryFolder folder;
+  CapturedLog captured;
+  for (const Ref<ByteBuffer>& next : {Ref<ByteBuffer>(), bufferOf("short")}) {
+    const auto s = traceOf(kSamples);
+    s->setPath(folder.path("a.sac"));
+    s->setMyData(next);
+    EXPECT_EQ(samplesIn(*s), kSamples);
+    EXPECT_TRUE(s->isSacFile() && s->save() && make<S>()->initWithSeisObject(*s));
+    EXPECT_FALSE(s->replaceSacObjectDataWithPath(folder.path("a.sac")));
+    EXPECT_FALSE(s->GetSacHeader() || s->GetSacSeis() || s->isSacFile() || s->save());
+    s->setNpts(7);
+    s->Decimate(2);
+    s->ChopFromStart_END(0.0f, 1.0f);
+    EXPECT_EQ(s->npts(), -12345);
+  }
+}
+
+TEST(SacObjectSaving, WritesWhatIsStatedAndPresentInTheOldByteOrder) {
+  const struct {
+    bool (*save)(S&, const std::string& folder);
+    const char *file, *pathAfter;
+  } savers[] = {
+      {[](S& s, const std::string&) { return s.save(); }, "a.sac", "/a.sac"},
+      {[](S& s, const std::string&) { return s.saveAs("b.sac"); }, "here/b.sac", "/here/b.sac"},
+      {[](S& s, const std::string& at) { return s.saveToPath(at + "/b.sac"); }, "b.sac", "/a.sac"}};
+  const auto before = std::filesystem::current_path();
+  for (const auto& [save, file, pathAfter] : savers) {
+    for (const auto& [npts, present, swapped] :
+         {std::tuple(2, 2, true), {INT32_MAX, 5, true}, {-1, 0, false}}) {
+      SCOPED_TRACE(testing::Message() << file << " swapped " << swapped);
+      TemporaryFolder folder;
+      std::filesystem::create_directory(folder.path("here"));
+      std::filesystem::current_path(folder.path("here"));
+      const auto s = traceOf(kSamples);
+      s->setPath(folder.path("a.sac"));
+      s->setNpts(npts);
+      s->setSwappedBytes(swapped);
+      s->setMSeisHasChanged(true);
+      EXPECT_TRUE(save(*s, folder.path()));
+      // A swapped trace goes to its old path.
+      const std::string image = imageOf(*s).substr(0, 632 + 4 * present);
+      EXPECT_EQ(folder.read(swapped ? "a.sac" : file), swapped ? foreign(image) : image);
+      const std::filesystem::recursive_directory_iterator entries(folder.path());
+      EXPECT_EQ(std::ranges::distance(entries), 2);  // the file and the folder "here"
+      EXPECT_EQ(s->path(), folder.path() + pathAfter);
+      EXPECT_TRUE(s->mSeisHasChanged());
+      s->setPath(folder.path("absent/a.sac"));
+      EXPECT_FALSE(s->save() || s->saveAs("absent/a.sac") || s->saveToPath(*s->path()));
+      EXPECT_EQ(s->path(), folder.path("absent/a.sac"));
+      std::filesystem::current_path(before);
+    }
+  }
+}
+
+TEST(SacObjectSaving, ArchivesAndCopiesHoldAllFieldsAndAreIndependent) {
+  auto s = make<S>();
+  s->initWithNSData_withPath(bufferOf(sacImage(kSamples)), "/a.sac");
+  s->fixEndTime();
+  s->setSwappedBytes(true);
+  s->setMyFileName("name");
+  s->setLabelString("label");
+  s->setTag(-7);
+  s->setVerbose(4);
+  s->setMSeisHasChanged(true);
+  s->setMSeisIsLocked(true);
+  const auto bytes = archive(*s);
+  const std::string archived(bytes->bytes(), bytes->bytes() + bytes->length());
+  for (const char* key :
+       {"SacObject", "myData", "mSeisHasChanged", "mSeisIsLocked", "myPath", "myFileName",
+        "labelString", "myReferenceDate", "mySeisReferenceTime", "tag", "verbose", "swappedBytes"})
+    EXPECT_NE(archived.find(key), std::string::npos) << key;
+  const std::string image = imageOf(*s), state = stateOf(*s);
+  CapturedLog captured;
+  for (const Ref<S>& copy : {unarchive<S>(*bytes), s->copyWithZone()}) {
+    EXPECT_EQ(imageOf(*copy), image);
+    EXPECT_EQ(stateOf(*copy), state);
+    EXPECT_EQ(copy->path(), s->path());
+    copy->FlipPolarity();
+    copy->shiftTimesBy(5.0f);
+    EXPECT_EQ(imageOf(*s), image);
+    EXPECT_EQ(stateOf(*s), state);
+  }
+  s->setEndTime(0.0f);
+  EXPECT_EQ(s->copyWithZone()->e(), 12.0f);  // a copy's end time is computed again
+  EXPECT_EQ(unarchive<S>(*archive(*s))->e(), 0.0f);
+  EXPECT_FALSE(make<S>()->copyWithZone()->myData());
+
+  s->setMyReferenceDate(std::nullopt);
+  s->setMyData(bufferOf("short"));
+  EXPECT_FALSE(unarchive<S>(*archive(*s))->isSacFile());
+  s->setVerbose(5);  // from here on an end is told
+  s = nullptr;
+  EXPECT_EQ(captured.texts,
+            (Texts{"Object: name", "myData retainCount: 1", "myPath retainCount: 1",
+                   "myFileName retainCount: 1", "myReferenceDate retainCount: 0",
+                   "mySeisReferenceTime retainCount: 1", "myFERegionString retainCount: 1"}));
+}
+
+}  // namespace
+}  // namespace krosac
