@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <map>
 #include <type_traits>
 
@@ -25,6 +26,10 @@ class Hash {
       add(text.data(), text.size());
     } else if constexpr (std::is_same_v<T, Ref<ByteBuffer>>) {
       add(value->bytes(), value->length());
+    } else if constexpr (std::is_floating_point_v<T>) {
+      // Processors differ in the sign of what is not a number.
+      const T number = std::isnan(value) ? std::numeric_limits<T>::quiet_NaN() : value;
+      add(&number, sizeof number);
     } else if constexpr (std::is_arithmetic_v<T>) {
       add(&value, sizeof value);
     } else {
