@@ -99,7 +99,7 @@ template <int kPasses, bool kLast>
 void sweep(Groups& groups, Group& group, float* x, std::size_t length) {
   const bool made = group.kept == nullptr;
   RowRotations rotations;
-  Chunk chunk;
+  Quads chunk[kChunk];
   group.finish(0);
   if (made) rotations.start(group);
   for (std::size_t k = 0; k < group.half; k += group.columns()) {

@@ -13,7 +13,8 @@ namespace krosac::KROSAC_KERNELS {
 namespace {
 
 constexpr int kMostPasses = 8 * sizeof(std::size_t);
-constexpr std::size_t kChunk = 64;  // rotations of a row that are kept at a time
+constexpr std::size_t kShort = 64;  // columns of a group that keeps its rotations
+constexpr std::size_t kChunk = 32;  // columns whose rotations others have at a time
 
 inline std::size_t least(std::size_t a, std::size_t b) {
   return a < b ? a : b;
@@ -43,7 +44,8 @@ struct Rotations : Recurrence<Double4> {
   }
 };
 
-// Four steps of four recurrences, a vector a recurrence.
+// Four steps of four recurrences, a vector a recurrence. Quads of a group lie row after row; lane p
+// is the pass that joins 2^p rows and has so many rows of its own, the last one is for real bins.
 struct Quads {
   Double4 re[4], im[4];
 
@@ -69,10 +71,6 @@ struct Quads {
                  taken[3].im, lastOnly);
   }
 };
-
-// Rotations of the rows of a group, the rows one after the other. Lane p is the pass that joins 2^p
-// rows and has so many rows of its own; the last one is for the real bins.
-using Chunk = Quads[kChunk];
 
 // sin(theta) of the passes, by the binary logarithm of the complex values that a pass joins. Half
 // the angle of a pass is the angle of the next one.
@@ -111,7 +109,7 @@ struct Group {
   void begin(std::size_t firstHalf, int firstPass, int count, const Sines& sines, Quads* room) {
     half = firstHalf;
     passes = count;
-    kept = half <= kChunk ? room : nullptr;
+    kept = half <= kShort ? room : nullptr;
     done = 0;
     const std::size_t rows = std::size_t{1} << (passes - 1);
     steps = kept != nullptr ? rows * half : (rows - 1) * half + 1;
@@ -121,7 +119,7 @@ struct Group {
   }
 
   std::size_t length() const { return half << passes; }
-  std::size_t columns() const { return least(half, kChunk); }
+  std::size_t columns() const { return kept != nullptr ? half : kChunk; }
 
   // Four steps of the first run, unless it is over.
   void run() {
@@ -152,7 +150,7 @@ class RowRotations {
     }
   }
 
-  void fill(Chunk& chunk) {
+  void fill(Quads (&chunk)[kChunk]) {
     for (std::size_t i = 0; i < kChunk / 4; ++i) {
       for (int four = 0; four < 2; ++four) {
         const auto quads = [&](int lane) -> Quads& {
@@ -198,7 +196,7 @@ class Groups {
  private:
   Group list_[kMostPasses / 3];
   int count_ = 0;
-  Chunk room_[2];  // the two first groups may be short
+  Quads room_[2][kShort];  // the two first groups may be short
 };
 
 }  // namespace
