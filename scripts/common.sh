@@ -67,3 +67,13 @@ build() {
   quietly cmake --preset "$1"
   quietly cmake --build --preset "$1"
 }
+
+# no_fused_instructions OBJDUMP LIBRARY: ends the script where one fuses a multiplication with an addition.
+no_fused_instructions() {
+  local found
+  found=$("$1" -d "$2" | grep -E '\svfn?m(add|sub)|\sfn?m(add|sub)\s|\sfml[as]\s' || true)
+  [ -n "$found" ] || return 0
+  head -n 5 <<<"$found" >&2
+  echo "The library holds fused multiply-add instructions (above)." >&2
+  exit 1
+}
