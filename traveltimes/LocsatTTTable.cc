@@ -36,6 +36,15 @@ bool readTime(TravelTimeScanner& file, float& time) {
   return scanFloat(line, time) != line;
 }
 
+// The last of all slots whose node is strictly less than the value, also where a file's nodes do
+// not ascend; 0 when none is. The value is not beyond the last slot, which so never counts.
+template <std::size_t slots>
+std::size_t lastBefore(const float (&nodes)[slots], float value) {
+  std::size_t slot = slots - 2;
+  while (slot > 0 && !(nodes[slot] < value)) --slot;
+  return slot;
+}
+
 }  // namespace
 
 Ref<Object> LocsatTTTable::init() {
@@ -79,8 +88,8 @@ SeismicPhaseTimeSlowness LocsatTTTable::GetTTimeSlownessesForGCARC_Depth(float g
   // The last slots count even where the file fills fewer: intended.
   const bool inside = gcarc <= nodes_.gcarcs[kGcarcs - 1] && depth <= nodes_.depths[kDepths - 1];
   if (!inside) return kNothing;
-  const std::size_t i = columnAbove(nodes_.depths, depth);
-  const std::size_t k = columnAbove(nodes_.gcarcs, gcarc);
+  const std::size_t i = lastBefore(nodes_.depths, depth);
+  const std::size_t k = lastBefore(nodes_.gcarcs, gcarc);
   const auto [t00, t01, t10, t11] = Corners::of(nodes_.times, kGcarcs, i, k);
   if (t00 < 0 || t10 < 0 || t01 < 0 || t11 < 0) return kNothing;
 

@@ -55,6 +55,11 @@ TEST(Locsat, Interpolates) {
       tableText(40, 207, [](int i, int k) { return i == 3 && k == 50 ? -1 : linear(i, k); }));
   for (const float gcarc : {49.1f, 50.9f})
     for (const float depth : {10.1f, 19.9f}) expectAnswer(*holed, gcarc, depth, -1);
+  // All slots are searched, also behind a node that is out of order.
+  std::string unordered = tableText(40, 207);
+  for (const std::string start : {"\n0 5 10", "\n0 1 2"})
+    unordered.replace(unordered.find(start + ' '), start.size(), start + "00");
+  expectAnswer(*loaded(unordered), 40.5f, 52, 96.2);
 }
 
 TEST(Locsat, RefusesWhatIsNoTableAndKeepsTheLastOne) {
