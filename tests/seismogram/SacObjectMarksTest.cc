@@ -88,7 +88,7 @@ TEST(SacObjectMarks, SpikesStandWhereTheWavesArrive) {
     const auto add = [&](float t, float amplitude) {
       expected[static_cast<std::size_t>((t + 10.0f) / 0.1f)] += amplitude;
     };
-    const auto addGroup = [&](float delay, float moment) {
+    const auto addGroup = [&, shear = shear, hasA = hasA](float delay, float moment) {
       const float start = (shear ? 20.0f : hasA ? 30.0f : 5.0f) + delay;
       add(start, r[shear ? 6 : 0] * moment / 0.2f);
       add(start + r[shear ? 10 : 8], r[shear ? 7 : 1] * moment / 0.2f);
