@@ -21,8 +21,8 @@ KROSAC_API void ReadTTTablePhase(const char* prefix, const char* phase, float* t
 
 // Time (s) and slowness (s/km) at a distance (degrees, its absolute value counts) and source depth
 // (km), bilinear between the nodes; the slowness is the row difference in the deeper column. The
-// name of the phase is not used. Depths are kept within 0.1 and 799.5 km. Both are -12345.0 from
-// the last row on, where one of the four nodes around the point is negative, and for a NaN. A table
+// name of the phase is not used. Depths are kept within 0.1 and 799.5 km. Both are -12345.0 beyond
+// the last row, where one of the four nodes around the point is negative, and for a NaN. A table
 // without rows is read as it is (0 when new), so the array must hold at least two rows.
 KROSAC_API void GetTTTimeSlowness(const char* phase, const float* table, int32_t rows, float* time,
                                   float* slowness, float gcarc, float depth);
