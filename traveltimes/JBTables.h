@@ -35,8 +35,8 @@ KROSAC_API void GetJBTimes(const float* tp, const float* ts, float* pTime, float
 
 // Time (s) and slowness (s/km) of PcP, ScS, PP or SS from a table of ReadJBTablePhase with its row
 // count; the name of the phase is not used. Depths are kept within 0.1 and 714.9 km. Both are
-// -12345.0 beyond the last row and for a NaN; a table without rows is read as it is (0 when new), so
-// the array must hold at least two rows. There is no test for absent nodes.
+// -12345.0 beyond the last row and for a NaN; a table without rows is read as it is (0 when new),
+// so the array must hold at least two rows. There is no test for absent nodes.
 KROSAC_API void GetJBTimeSlowness(const char* phase, const float* table, int32_t rows, float* time,
                                   float* slowness, float gcarc, float depth);
 
