@@ -40,7 +40,7 @@ class KROSAC_API Archivable : public Object {
 inline constexpr int kDeepestNesting = 64;
 
 // Writes values under keys. An object's encodeWithCoder calls these for its own fields; an absent
-// value is not written.
+// value is not written. Only archive() makes one.
 class KROSAC_API KeyedArchiver {
  public:
   // Write one value under a key that no other value of the same object has. The text of the key is
@@ -67,6 +67,7 @@ class KROSAC_API KeyedArchiver {
  private:
   friend KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
 
+  KeyedArchiver() = default;
   void putEntry(const char* key, unsigned char type);
   void putNumber(std::uint64_t value);
   void putText(std::string_view text);

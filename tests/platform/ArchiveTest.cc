@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <type_traits>
 
 #include "CapturedLog.h"
 
 namespace krosac {
 namespace {
+
+// Outside of archive() it has nothing to write to.
+static_assert(!std::is_default_constructible_v<KeyedArchiver>);
 
 // A value of each type, by the names of its coders.
 // clang-format off
