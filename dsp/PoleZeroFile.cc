@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "krosac/dsp/PoleZeroFileInternal.h"
 #include "krosac/platform/RegularFileInternal.h"
 #include "krosac/platform/Text.h"
 
@@ -48,6 +49,7 @@ struct Response {
   Section poles;
   Section zeros;
   float constant = 1.0f;
+  bool hasKeywords = false;
 };
 
 // The next line without its end. False behind the last one.
@@ -82,10 +84,12 @@ void parse(std::FILE* file, Response& response) {
     if (equalIgnoringCase(word, "POLES") || equalIgnoringCase(word, "ZEROS")) {
       open = equalIgnoringCase(word, "POLES") ? &response.poles : &response.zeros;
       open->start(rest);
+      response.hasKeywords = true;
     } else if (equalIgnoringCase(word, "CONSTANT")) {
       char* afterConstant;
       const float constant = std::strtof(rest, &afterConstant);
       if (afterConstant != rest) response.constant = constant;
+      response.hasKeywords = true;
     } else if (open) {
       open->add(line);
     }
@@ -103,8 +107,8 @@ bool read(const char* path, Response& response) {
 
 }  // namespace
 
-int ParsePoleZeroFile(const char* path, float poles[], float zeros[], float* C, int* nPoles,
-                      int* nZeros) {
+int parsePoleZeroFile(const char* path, float poles[], float zeros[], float* C, int* nPoles,
+                      int* nZeros, bool* hasKeywords) {
   Response response;
   if (!read(path, response)) {
     std::fprintf(stderr, "Problem opening the pole-zero file %s\n", path ? path : "(null)");
@@ -115,7 +119,14 @@ int ParsePoleZeroFile(const char* path, float poles[], float zeros[], float* C, 
   *C = response.constant;
   *nPoles = response.poles.count;
   *nZeros = response.zeros.count;
+  *hasKeywords = response.hasKeywords;
   return 0;
+}
+
+int ParsePoleZeroFile(const char* path, float poles[], float zeros[], float* C, int* nPoles,
+                      int* nZeros) {
+  bool hasKeywords;
+  return parsePoleZeroFile(path, poles, zeros, C, nPoles, nZeros, &hasKeywords);
 }
 
 }  // namespace krosac

@@ -3,7 +3,7 @@
 
 #include "krosac/dsp/InstrumentResponse.h"
 #include "krosac/dsp/InstrumentResponseInternal.h"
-#include "krosac/dsp/PoleZeroFile.h"
+#include "krosac/dsp/PoleZeroFileInternal.h"
 #include "krosac/dsp/WeightsInternal.h"
 #include "krosac/platform/Log.h"
 #include "krosac/seismogram/SacObjectSpectralInternal.h"
@@ -13,19 +13,20 @@ namespace {
 
 constexpr float kTwoPiSingle = 6.2831854820251465f;
 
-// A response that is read from a file: one that states nothing but the flat response, or is not
-// finite, is none.
+// A response that is read from a file: one without any of the keywords, or not finite, is none.
 struct PoleZeroResponse {
   static constexpr int kMostPairs = 32;
   float poles[2 * kMostPairs] = {}, zeros[2 * kMostPairs] = {}, constant = 1.0f;
   int poleCount = 0, zeroCount = 0;
 
   bool read(const std::string& path) {
-    if (ParsePoleZeroFile(path.c_str(), poles, zeros, &constant, &poleCount, &zeroCount) != 0)
+    bool hasKeywords;
+    if (parsePoleZeroFile(path.c_str(), poles, zeros, &constant, &poleCount, &zeroCount,
+                          &hasKeywords) != 0)
       return false;
     const auto isFinite = [](float value) { return std::isfinite(value); };
-    return (poleCount > 0 || zeroCount > 0 || constant != 1.0f) && isFinite(constant) &&
-           std::ranges::all_of(poles, isFinite) && std::ranges::all_of(zeros, isFinite);
+    return hasKeywords && isFinite(constant) && std::ranges::all_of(poles, isFinite) &&
+           std::ranges::all_of(zeros, isFinite);
   }
   PolesAndZeros roots() const { return {zeroCount, zeros, poleCount, poles, constant}; }
 };

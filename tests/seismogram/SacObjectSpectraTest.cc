@@ -199,7 +199,8 @@ TEST(SacObjectInstrument, RemovalDividesByTheResponseInABand) {
                         folder.write("sensor",
                                      "* made\nzeros 3\n0 0\n 0 0\npoles 4\n-0.037 0.037\n-0.037 "
                                      "-0.037\n-314.2 202.3\n-314.2 -202.3\nconstant 1.4e14\n"),
-                    flat = folder.write("flat", "CONSTANT 2\n");
+                    flat = folder.write("flat", "CONSTANT 2\n"),
+                    identity = folder.write("identity", "ZEROS 0\nPOLES 0\nCONSTANT 1\n");
   const double atZero = band(0, -1, 0.05f, 1.1f, 1.2f);
   const struct {
     std::string path;
@@ -209,7 +210,8 @@ TEST(SacObjectInstrument, RemovalDividesByTheResponseInABand) {
               {flat, {-1, -0.5f, 0.5f, 0.8f}, 1, 0},
               {flat, {0.02f, 0.05f, 0.5f, 1.2f}, 0, band(kNyquist, 0.02f, 0.05f, 0.5f, 1.2f)},
               {flat, {-1, 0.05f, 1.1f, 1.2f}, atZero, atZero},  // the first pair is weighted alike
-              {flat, {0.02f, 0.02f, 0.5f, 0.8f}, 1, 1},         // no taper
+              {identity, {-1, -0.5f, 0.5f, 0.8f}, 1, 0},
+              {flat, {0.02f, 0.02f, 0.5f, 0.8f}, 1, 1},  // no taper
               {flat, {0.02f, 0.05f, 0.8f, 0.8f}, 1, 1}};
   for (const auto& row : rows) {
     const auto [f1, f2, f3, f4] = row.corners;
@@ -224,7 +226,8 @@ TEST(SacObjectInstrument, RemovalDividesByTheResponseInABand) {
                        : k == 64            ? row.nyquist
                        : f2 > f1 && f4 > f3 ? band(omega, f1, f2, f3, f4)
                                             : 1;
-      return row.path == flat ? w / 2 : w > 0 ? w / std::conj(response) : 0;
+      if (row.path != sensor) return row.path == flat ? w / 2 : w;
+      return w > 0 ? w / std::conj(response) : 0;
     };
     expectSamples(*s, slowlyFiltered(richNoise(100), kDelta, removal));
   }
