@@ -3,6 +3,7 @@
 #ifndef KROSAC_DSP_SERIESINTERNAL_H
 #define KROSAC_DSP_SERIESINTERNAL_H
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 
@@ -12,18 +13,36 @@ struct Extrema {
   float min = 0.0f, max = 0.0f, mean = 0.0f;
 };
 
-// Three zeros for no samples. The sum of the mean is a Sum, taken in index order.
+// Three zeros for no samples. The sum of the mean is a Sum, taken in index order. The extrema are
+// found in lanes beside it, since a comparison would wait for the last one longer than an addition.
 template <typename Sum>
 Extrema extremaOf(std::span<const float> x) {
   if (x.empty()) return {};
-  float least = x[0], greatest = least;
-  Sum sum = least;
-  for (const float sample : x.subspan(1)) {
-    least = sample < least ? sample : least;
-    greatest = sample > greatest ? sample : greatest;
-    sum += sample;
+  constexpr std::size_t kLanes = 8;
+  float least[kLanes], greatest[kLanes];
+  std::ranges::fill(least, x[0]);
+  std::ranges::fill(greatest, x[0]);
+  const auto include = [&](std::size_t lane, float sample) {
+    least[lane] = sample < least[lane] ? sample : least[lane];
+    greatest[lane] = sample > greatest[lane] ? sample : greatest[lane];
+  };
+  Sum sum = x[0];
+  std::size_t i = 1;
+  for (; i + kLanes <= x.size(); i += kLanes) {
+    for (std::size_t lane = 0; lane < kLanes; ++lane) include(lane, x[i + lane]);
+    for (std::size_t lane = 0; lane < kLanes; ++lane) sum += x[i + lane];
   }
-  return {least, greatest, static_cast<float>(sum / static_cast<Sum>(x.size()))};
+  for (; i < x.size(); ++i) {
+    include(0, x[i]);
+    sum += x[i];
+  }
+  // The first of several zeros gives the sign.
+  const auto signedAsFirst = [x](float value) {
+    return value == 0.0f ? *std::ranges::find(x, value) : value;
+  };
+  return {signedAsFirst(*std::ranges::min_element(least)),
+          signedAsFirst(*std::ranges::max_element(greatest)),
+          static_cast<float>(sum / static_cast<Sum>(x.size()))};
 }
 
 inline float sumOfSquares(std::span<const float> x) {

@@ -1,6 +1,9 @@
 // The header, the values derived from it, the reference time, and descriptions.
 #include <gmock/gmock.h>
 
+#include <limits>
+#include <random>
+
 #include "CapturedLog.h"
 #include "seismogram/Traces.h"
 
@@ -31,6 +34,28 @@ TEST(SacObjectHeader, PicksUserValuesAndLabelsByKey) {
     s->clearTimePicks();
     s->clearUserValues();
     EXPECT_EQ(s->timePickKey(key) + s->userValue(key), 2 * -12345.0f);
+  }
+}
+
+TEST(SacObjectHeader, ExtremaAreThoseOfAWalkToTheBit) {
+  constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+  const Samples kinds[] = {{-0.0f, 0.0f, 1, 2}, {0.0f, -0.0f, -3}, {-2, 5, 0.1f}, {kNaN, 7, -7}};
+  std::mt19937 random(1);
+  for (std::size_t n = 1; n < 200; ++n) {
+    const Samples& values = kinds[n % 4];
+    Samples x(n);
+    for (float& sample : x) sample = values[random() % values.size()];
+    float least = x[0], greatest = x[0], sum = x[0];
+    for (std::size_t i = 1; i < n; ++i) {
+      if (x[i] < least) least = x[i];
+      if (x[i] > greatest) greatest = x[i];
+      sum += x[i];
+    }
+    const auto s = traceOf(x);
+    s->ComputeExtrema();
+    EXPECT_EQ(bytesOf(s->smin()) + bytesOf(s->smax()), bytesOf(least) + bytesOf(greatest)) << n;
+    const float mean = sum / static_cast<float>(n);
+    EXPECT_TRUE(s->smean() == mean || std::isnan(mean)) << n;
   }
 }
 
