@@ -5,7 +5,6 @@
 #include <optional>
 
 #include "krosac/dsp/PackedSpectrumInternal.h"
-#include "krosac/dsp/WeightsInternal.h"
 #include "krosac/platform/TruncIndexInternal.h"
 
 namespace krosac {
@@ -175,9 +174,10 @@ void rfSpectrum::phaseShiftBy(float tau) {
   if (!s) return;
   const double phase = kTwoPi * tau * static_cast<double>(s->size() / 2) * s->df();
   s->nyquist() = static_cast<float>(s->nyquist() * std::cos(phase));
-  s->forEachBin([&](std::size_t k, float& re, float& im) {
+  s->multiplyBins([&](std::size_t k, double& re, double& im) {
     const double theta = s->omega(k) * tau;
-    multiply(re, im, std::cos(theta), std::sin(theta));
+    re = std::cos(theta);
+    im = std::sin(theta);
   });
 }
 

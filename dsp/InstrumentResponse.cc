@@ -10,24 +10,18 @@
 namespace krosac {
 namespace {
 
-struct Instrument {
-  int nZeros;
-  int nPoles;
-  float poles[10];
-  float constant;
-};
-
-// The fifth short-period pole repeats the fourth instead of conjugating it; that is intended.
-constexpr Instrument kInstruments[] = {
-    {3, 4, {-0.257f, 0.3376f, -0.257f, -0.3376f, -0.06283f, 0.0f, -0.06283f, 0.0f}, 0.5985275f},
-    {3,
-     5,
-     {-5.0136609f, 6.4151092f, -5.0136609f, -6.4151092f, -8.298151f, 0.0f, -8.6940765f, -7.196866f,
-      -8.6940765f, -7.196866f},
-     397.54767f},
-    {2, 2, {-6.2831855f, 4.712389f, -6.2831855f, -4.712389f}, 2800.0f}};
-
 constexpr float kZerosAtOrigin[6] = {};
+constexpr float kLongPeriodPoles[] = {-0.257f,   0.3376f, -0.257f,   -0.3376f,
+                                      -0.06283f, 0.0f,    -0.06283f, 0.0f};
+// The fifth short-period pole repeats the fourth instead of conjugating it; that is intended.
+constexpr float kShortPeriodPoles[] = {-5.0136609f, 6.4151092f, -5.0136609f, -6.4151092f,
+                                       -8.298151f,  0.0f,       -8.6940765f, -7.196866f,
+                                       -8.6940765f, -7.196866f};
+constexpr float kWoodAndersonPoles[] = {-6.2831855f, 4.712389f, -6.2831855f, -4.712389f};
+
+constexpr PolesAndZeros kInstruments[] = {{3, kZerosAtOrigin, 4, kLongPeriodPoles, 0.5985275f},
+                                          {3, kZerosAtOrigin, 5, kShortPeriodPoles, 397.54767f},
+                                          {2, kZerosAtOrigin, 2, kWoodAndersonPoles, 2800.0f}};
 
 constexpr std::size_t kBlock = 64;
 
@@ -91,10 +85,7 @@ void respond(int code, std::span<const float> omega, float re[], float im[]) {
     std::fill_n(im, omega.size(), 0.0f);
     return;
   }
-  const Instrument& instrument = kInstruments[code - 1];
-  respond(
-      {instrument.nZeros, kZerosAtOrigin, instrument.nPoles, instrument.poles, instrument.constant},
-      omega, re, im);
+  respond(kInstruments[code - 1], omega, re, im);
 }
 
 void GetInstrumentResponse(int code, float* re, float* im, float omega) {

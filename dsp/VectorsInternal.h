@@ -1,6 +1,6 @@
-// Vectors of four, as the kernels use them. Operations on each lane are those of single numbers, so
-// every kind of processor gives the same bits. A kernel is compiled once for each instruction set,
-// so everything here is its own in each.
+// Vectors of four and eight, as the kernels use them. Operations on each lane are those of single
+// numbers, so every kind of processor gives the same bits. A kernel is compiled once for each
+// instruction set, so everything here is its own in each.
 #ifndef KROSAC_DSP_VECTORSINTERNAL_H
 #define KROSAC_DSP_VECTORSINTERNAL_H
 

@@ -43,7 +43,7 @@ class Responses {
   }
   // The real part at one frequency.
   template <typename Instrument>
-  static float realAt(float omega, const Instrument& instrument) {
+  static float realAt(const Instrument& instrument, float omega) {
     float re, im;
     respond(instrument, {&omega, 1}, &re, &im);
     return re;
@@ -78,8 +78,8 @@ void taperBand(PackedSpectrum& s, float f1, float f2, float f3, float f4) {
 
 void SacObject::ConvolveInstrument(int code) {
   shapeSpectrum([&](PackedSpectrum& s) {
-    s.dc() *= Responses::realAt(0.0f, code);
-    s.nyquist() *= Responses::realAt(s.nyquistFrequency() * kTwoPiSingle, code);
+    s.dc() *= Responses::realAt(code, 0.0f);
+    s.nyquist() *= Responses::realAt(code, s.nyquistFrequency() * kTwoPiSingle);
     s.multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
       const Responses h(code, s, first, re.size());
       for (std::size_t i = 0; i < re.size(); ++i) {
@@ -98,8 +98,8 @@ void SacObject::DeconvolveInstrument_TaperCorners(const std::string& path, const
   }
   shapeSpectrum([&](PackedSpectrum& s) {
     const PolesAndZeros roots = response.roots();
-    s.dc() /= Responses::realAt(0.0f, roots);
-    s.nyquist() /= Responses::realAt(s.nyquistFrequency() * kTwoPiSingle, roots);
+    s.dc() /= Responses::realAt(roots, 0.0f);
+    s.nyquist() /= Responses::realAt(roots, s.nyquistFrequency() * kTwoPiSingle);
     s.multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
       const Responses h(roots, s, first, re.size());
       for (std::size_t i = 0; i < re.size(); ++i) {
