@@ -10,7 +10,7 @@
 #include "Pairs.h"
 #include "dsp/PlainLoops.h"
 #include "krosac/dsp/Fft.h"
-#include "krosac/dsp/KernelsInternal.h"
+#include "krosac/dsp/internal/Kernels.h"
 
 #ifdef KROSAC_HAVE_FFTW
 #include <fftw3.h>

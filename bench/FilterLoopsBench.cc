@@ -8,7 +8,7 @@
 #include "krosac/dsp/Butterworth.h"
 #include "krosac/dsp/Convolution.h"
 #include "krosac/dsp/Decimation.h"
-#include "krosac/dsp/KernelsInternal.h"
+#include "krosac/dsp/internal/Kernels.h"
 
 namespace {
 

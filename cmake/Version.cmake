@@ -1,4 +1,4 @@
-# The release, as platform/Version.h states it, and the ABI number, which is the library's own (docs/versions.md).
+# The release, as krosac/platform/Version.h states it, and the ABI number, which is the library's own (docs/versions.md).
 #
 # The ABI number rises when a program that was linked before would no longer run. That happens only with a release that
 # find_package also refuses to programs which asked for an older one: a new major release, or a new minor one while the
@@ -7,14 +7,14 @@ set(KROSAC_ABI_VERSION 1)
 
 set(KROSAC_RELEASE "")
 foreach(part MAJOR MINOR PATCH)
-  file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/../platform/Version.h line REGEX "^#define KROSAC_VERSION_${part} [0-9]+$")
+  file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/../krosac/platform/Version.h line REGEX "^#define KROSAC_VERSION_${part} [0-9]+$")
   if(NOT line MATCHES "([0-9]+)$")
-    message(FATAL_ERROR "platform/Version.h states no KROSAC_VERSION_${part}")
+    message(FATAL_ERROR "krosac/platform/Version.h states no KROSAC_VERSION_${part}")
   endif()
   list(APPEND KROSAC_RELEASE ${CMAKE_MATCH_1})
 endforeach()
 string(REPLACE ";" "." KROSAC_RELEASE "${KROSAC_RELEASE}")
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/../platform/Version.h)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/../krosac/platform/Version.h)
 
 if(KROSAC_RELEASE MATCHES "^0\\.")
   set(KROSAC_COMPATIBILITY SameMinorVersion)

@@ -11,7 +11,7 @@ import re
 import sys
 
 MARK = "<!-- What follows is written by scripts/docs --update. -->"
-FOLDERS = "platform sacio timegeo dsp traveltimes source seismogram catalog collections".split()
+LIBRARY = pathlib.Path(__file__).resolve().parent.parent / "krosac"
 FIELD = re.compile(r"KROSAC_FIELD\((.+), (\w+), (\w+)\);")
 TABLE = re.compile(r"KROSAC_TT_TABLE\((\w+), \d+\)$")
 OPENING = re.compile(r"^\s*(typedef struct|class|struct) .*\{$")
@@ -19,9 +19,9 @@ GROUP = re.compile(r"---- (.+?)(?: \([^)]*\.cc\))? ----")
 
 
 def public_headers():
-    root = pathlib.Path(__file__).resolve().parent.parent
-    for folder in FOLDERS:
-        yield from sorted(p for p in (root / folder).glob("*.h") if not p.stem.endswith("Internal"))
+    listed = (LIBRARY / "folders.txt").read_text().splitlines()
+    for folder in " ".join(line for line in listed if not line.startswith("#")).split():
+        yield from sorted((LIBRARY / folder).glob("*.h"))
 
 
 class Item:

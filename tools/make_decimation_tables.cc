@@ -1,4 +1,4 @@
-// Makes dsp/DecimationTables.cc: make_decimation_tables <folder of constants> <output file>
+// Makes krosac/dsp/DecimationTables.cc: make_decimation_tables <folder of constants> <output file>
 //
 // Reads decimation_by2.csv to decimation_by5.csv and refuses filters that are not symmetric with
 // unit sum.

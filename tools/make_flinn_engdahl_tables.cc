@@ -1,6 +1,7 @@
-// Makes timegeo/FlinnEngdahlTables.cc from the boundaries and names of the Flinn-Engdahl regions.
+// Makes krosac/timegeo/FlinnEngdahlTables.cc from the boundaries and names of the Flinn-Engdahl
+// regions.
 //
-//   make_flinn_engdahl_tables tools/constants timegeo/FlinnEngdahlTables.cc
+//   make_flinn_engdahl_tables tools/constants krosac/timegeo/FlinnEngdahlTables.cc
 //
 // The facts are those of the 1995 revision (Young and others, 1996), as distributed by the USGS:
 // flinn_engdahl_boundaries.csv, flinn_engdahl_regions.csv and flinn_engdahl_seismic_regions.csv.
@@ -179,7 +180,7 @@ int main(int argc, char** argv) {
 
   TableWriter out(argv[2]);
   out.line("// Made by tools/make_flinn_engdahl_tables from tools/constants; not to be edited.");
-  out.line("#include \"krosac/timegeo/FlinnEngdahlTablesInternal.h\"");
+  out.line("#include \"krosac/timegeo/internal/FlinnEngdahlTables.h\"");
   out.line("");
   out.line("// clang-format off");
   out.line("namespace krosac::flinn_engdahl {");

@@ -1,4 +1,4 @@
-// Makes dsp/SobolTables.cc: make_sobol_tables <folder of constants> <output file>
+// Makes krosac/dsp/SobolTables.cc: make_sobol_tables <folder of constants> <output file>
 //
 // Reads sobol_directions.csv and refuses initial values that would not fill the dyadic intervals:
 // the k-th of a dimension must be odd and below 2^k.
@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
   out << "// Made by tools/make_sobol_tables from tools/constants/sobol_directions.csv: S. Joe "
          "and\n"
          "// F. Y. Kuo, SIAM J. Sci. Comput. 30, 2635-2654, 2008.\n"
-         "#include \"krosac/dsp/SobolTablesInternal.h\"\n\n"
+         "#include \"krosac/dsp/internal/SobolTables.h\"\n\n"
          "namespace krosac {\n\n// clang-format off\n"
          "const SobolPolynomial kSobolPolynomials[kSobolDimensions] = {\n";
   std::size_t dimensions = 0;

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "examples/Progress.h"
 #include "models/Models.h"
 #include "raytracing/Phases.h"
 #include "raytracing/PsDelays.h"
@@ -35,8 +34,6 @@ std::string fixed(double value, int width, int decimals) {
 
 // Times of a phase, row after row of distances, a column for each depth.
 using Rows = std::vector<std::vector<double>>;
-
-constexpr long kFiles = 27;
 
 Rows timesOf(const EarthModel& model, const std::string& phase, const std::vector<double>& degrees,
              const std::vector<double>& depths, Beyond beyond, double absent) {
@@ -71,13 +68,11 @@ class Folder {
       std::cerr << "make_tables: can't write " << path_ << "/" << name << "\n";
       failed_ = true;
     }
-    progress_.step();
   }
   bool failed() const { return failed_; }
 
  private:
   std::string path_;
-  Progress progress_{"Table files", kFiles};
   bool failed_ = false;
 };
 

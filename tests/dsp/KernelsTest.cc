@@ -14,7 +14,7 @@
 #include "krosac/dsp/Convolution.h"
 #include "krosac/dsp/Decimation.h"
 #include "krosac/dsp/Fft.h"
-#include "krosac/dsp/KernelsInternal.h"
+#include "krosac/dsp/internal/Kernels.h"
 
 namespace krosac {
 namespace {

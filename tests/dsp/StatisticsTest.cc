@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "krosac/dsp/WeightsInternal.h"
+#include "krosac/dsp/internal/Weights.h"
 
 namespace krosac {
 namespace {

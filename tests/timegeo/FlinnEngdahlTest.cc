@@ -5,7 +5,7 @@
 #include <climits>
 #include <cmath>
 
-#include "krosac/timegeo/FlinnEngdahlTablesInternal.h"
+#include "krosac/timegeo/internal/FlinnEngdahlTables.h"
 
 namespace krosac {
 namespace {

@@ -1,4 +1,4 @@
-#include "krosac/traveltimes/TravelTimeScannerInternal.h"
+#include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
 #include <clocale>
 #include <random>

@@ -1,0 +1,126 @@
+#include "krosac/collections/SeismogramGroups.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <tuple>
+
+#include "krosac/seismogram/internal/Samples.h"
+
+namespace krosac {
+namespace {
+
+using Traces = std::vector<Ref<SacObject>>;
+
+constexpr int kKeptKey = 9;
+
+struct TimeSpan {
+  float b, e;
+  std::size_t place;
+};
+
+void dropEmpty(Traces& list) {
+  std::erase_if(list, [](const auto& s) { return !s; });
+}
+
+// The time spans whose ends are numbers; the others equal nothing and lie in nothing.
+std::vector<TimeSpan> timeSpans(const Traces& list) {
+  std::vector<TimeSpan> spans;
+  spans.reserve(list.size());
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const float b = list[i]->b(), e = list[i]->e();
+    if (!std::isnan(b) && !std::isnan(e)) spans.push_back({b, e, i});
+  }
+  return spans;
+}
+
+void removeMarked(Traces& list, const std::vector<bool>& isMarked) {
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (!isMarked[i]) std::swap(list[kept++], list[i]);
+  }
+  list.resize(kept);
+}
+
+void sortByBegin(Traces& list) {
+  const auto precedes = [](float x, float y) { return std::isnan(y) ? !std::isnan(x) : x < y; };
+  std::ranges::stable_sort(list, precedes, [](const auto& s) { return s->b(); });
+}
+
+}  // namespace
+
+void saRemoveCollectiveMean(const Traces& list) {
+  double sum = 0.0;
+  std::size_t count = 0;
+  for (const auto& s : list) {
+    if (!s) continue;
+    for (const float sample : samplesOf(*s)) sum += sample;
+    count += samplesOf(*s).size();
+  }
+  if (count == 0) return;
+  const double mean = sum / static_cast<double>(count);
+  for (const auto& s : list) {
+    if (!s) continue;
+    for (float& sample : samplesOf(*s)) sample = static_cast<float>(sample - mean);
+  }
+}
+
+int saSynchSacObjects(Traces& list) {
+  dropEmpty(list);
+  if (list.size() < 2) return 0;
+  Ref<SeisTimeObject> earliest;
+  for (const auto& s : list) {
+    const auto& time = s->mySeisReferenceTime();
+    // No search for the minimum: the comparison goes field by field, as intended.
+    if (time && (!earliest || time->lessThanSeisTime(*earliest))) earliest = time;
+  }
+  const auto common = make<SeisTimeObject>();
+  if (!earliest || !common || !common->initWithTimeObject(*earliest)) return 0;
+  for (const auto& s : list) s->setReferenceTime(*common);
+  return 0;
+}
+
+// The rule walks from the last seismogram to the first and removes each that lies inside one still
+// in the list. Since inside is transitive, that removes what lies inside any other, and leaves the
+// first of equal ones.
+int saRemoveOverlaps(Traces& list) {
+  dropEmpty(list);
+  if (list.size() < 2) return 0;
+  saSynchSacObjects(list);
+  auto spans = timeSpans(list);
+  // Behind this order nothing lies inside a later span.
+  std::ranges::sort(spans, {}, [](const TimeSpan& s) { return std::tuple(s.b, -s.e, s.place); });
+  std::vector<bool> isInside(list.size());
+  const TimeSpan* longest = nullptr;
+  for (const TimeSpan& span : spans) {
+    if (longest && longest->e >= span.e) {
+      isInside[span.place] = true;
+    } else {
+      longest = &span;
+    }
+  }
+  removeMarked(list, isInside);
+  return 0;
+}
+
+// The rule walks from the first seismogram to the last and removes each that has an equal one still
+// in the list, but none with a negative USER9.
+int saMergeSacSeisInArray(Traces& list) {
+  dropEmpty(list);
+  sortByBegin(list);
+  auto spans = timeSpans(list);
+  std::ranges::sort(spans, {}, [](const TimeSpan& s) { return std::tuple(s.b, s.e, s.place); });
+  const auto isKept = [&](const TimeSpan& s) { return list[s.place]->userValue(kKeptKey) < 0.0f; };
+  std::vector<bool> isDuplicate(list.size());
+  for (auto first = spans.begin(); first != spans.end();) {
+    const auto end = std::find_if(
+        first, spans.end(), [&](const TimeSpan& s) { return s.b != first->b || s.e != first->e; });
+    auto removableEnd = std::any_of(first, end, isKept) ? end : end - 1;
+    for (auto s = first; s != removableEnd; ++s) isDuplicate[s->place] = !isKept(*s);
+    first = end;
+  }
+  removeMarked(list, isDuplicate);
+  return 0;
+}
+
+}  // namespace krosac

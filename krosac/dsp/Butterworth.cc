@@ -1,0 +1,118 @@
+#include "krosac/dsp/Butterworth.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+#include "krosac/dsp/internal/Kernels.h"
+
+namespace krosac {
+namespace {
+
+// Sines and tangents are double precision rounded to single, so that they do not depend on how a
+// machine's library computes single-precision ones.
+constexpr int kMaxSections = 10;
+constexpr float kPi = 3.1415927410125732f;
+constexpr float kTwoPi = 6.2831854820251465f;
+
+int sectionCount(const BUFilterDesign* design) {
+  return std::clamp(design->nSections, 0, kMaxSections);
+}
+
+void setCoefficients(float (&coefficients)[3], float c0, float c1, float c2) {
+  coefficients[0] = c0;
+  coefficients[1] = c1;
+  coefficients[2] = c2;
+}
+
+void filter(float* data, int npts, int nPasses, int nPoles, float dt, float fc,
+            void (*placeSections)(BUFilterDesign*)) {
+  BUFilterDesign design;
+  BUroots(&design, nPoles);
+  placeSections(&design);
+  CutOffs(&design, warp(0.5f * fc * dt, 2.0f));
+  BiLin(&design);
+  Apply(&design, data, npts, nPasses);
+}
+
+}  // namespace
+
+void GRLPBUfilter(float* data, int npts, int nPasses, int nPoles, float dt, float fc) {
+  filter(data, npts, nPasses, nPoles, dt, fc, LP);
+}
+
+void GRHPBUfilter(float* data, int npts, int nPasses, int nPoles, float dt, float fc) {
+  filter(data, npts, nPasses, nPoles, dt, fc, LPtoHP);
+}
+
+void BUroots(BUFilterDesign* design, int nPoles) {
+  const bool fits = nPoles >= 2 && nPoles / 2 <= kMaxSections;
+  design->nSections = fits ? nPoles / 2 : 0;
+  // The real pole of an odd count is never placed; that is intended.
+  for (int k = 0; k < design->nSections; ++k) {
+    const float turn = static_cast<float>(2 * k + 1) / static_cast<float>(2 * nPoles);
+    const double theta = kPi * (turn + 0.5f);
+    design->poleRe[k] = static_cast<float>(std::cos(theta));
+    design->poleIm[k] = static_cast<float>(std::sin(theta));
+    design->sectionGain[k] = 1.0f;
+    design->sectionKind[k] = 1;
+  }
+}
+
+void LP(BUFilterDesign* design) {
+  for (int k = 0; k < sectionCount(design); ++k) {
+    const float re = design->poleRe[k];
+    const float m = re * re + design->poleIm[k] * design->poleIm[k];
+    const float gain = k == 0 ? design->sectionGain[0] : 1.0f;
+    setCoefficients(design->num[k], m * gain, 0.0f, 0.0f);
+    setCoefficients(design->den[k], m, -2.0f * re, 1.0f);
+  }
+}
+
+// The low-pass with s replaced by 1/s.
+void LPtoHP(BUFilterDesign* design) {
+  LP(design);
+  for (int k = 0; k < sectionCount(design); ++k) {
+    std::swap(design->num[k][0], design->num[k][2]);
+    std::swap(design->den[k][0], design->den[k][2]);
+  }
+}
+
+float warp(float f, float T) {
+  const float angle = kPi * f * T;
+  return static_cast<float>(std::tan(double{angle})) / (kPi * T);
+}
+
+void CutOffs(BUFilterDesign* design, float f) {
+  const float omega = kTwoPi * f;
+  for (int k = 0; k < sectionCount(design); ++k) {
+    for (float* coefficients : {design->num[k], design->den[k]}) {
+      coefficients[1] /= omega;
+      coefficients[2] /= omega * omega;
+    }
+  }
+}
+
+void BiLin(BUFilterDesign* design) {
+  for (int k = 0; k < sectionCount(design); ++k) {
+    const auto& b = design->num[k];
+    const auto& a = design->den[k];
+    const float d = a[0] + a[1] + a[2];
+    setCoefficients(design->num[k], (b[0] + b[1] + b[2]) / d, 2.0f * (b[0] - b[2]) / d,
+                    (b[0] - b[1] + b[2]) / d);
+    setCoefficients(design->den[k], 1.0f, 2.0f * (a[0] - a[2]) / d, (a[0] - a[1] + a[2]) / d);
+  }
+}
+
+void Apply(const BUFilterDesign* design, float* data, int npts, int nPasses) {
+  if (npts <= 0) return;
+  const auto run = [&](float* first, std::ptrdiff_t step) {
+    KROSAC_KERNEL(cascade)(design->num, design->den, sectionCount(design), first, npts, step);
+  };
+  run(data, 1);
+  // Only exactly two passes add the backward one; that is intended.
+  if (nPasses == 2) run(data + (npts - 1), -1);
+}
+
+}  // namespace krosac

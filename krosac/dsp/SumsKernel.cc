@@ -1,0 +1,101 @@
+// Sums of products for neighbouring outputs side by side, each in the order of its terms.
+#include <cstddef>
+
+#include "krosac/dsp/internal/Kernels.h"
+#include "krosac/dsp/internal/Vectors.h"
+
+namespace krosac::KROSAC_KERNELS {
+namespace {
+
+#ifdef __AVX__
+constexpr std::size_t kVectors = 8;  // as many sums as hide the time that an addition takes
+#else
+constexpr std::size_t kVectors = 4;
+#endif
+constexpr std::size_t kTile = 8 * kVectors;
+
+std::size_t least(std::size_t a, std::size_t b) {
+  return a < b ? a : b;
+}
+
+template <std::size_t kCount>
+struct Sums {
+  Float8 sum[kCount];
+
+  Sums() {
+    for (Float8& s : sum) s = eightTimes(0.0f);
+  }
+  void add(float factor, const float* x) {
+    const Float8 factors = eightTimes(factor);
+#pragma GCC unroll 8
+    for (std::size_t v = 0; v < kCount; ++v) sum[v] = sum[v] + load8(x + 8 * v) * factors;
+  }
+  void put(float* to) const {
+    for (std::size_t v = 0; v < kCount; ++v) store(to + 8 * v, sum[v]);
+  }
+};
+
+// The outputs i..i+8*kCount-1 of a convolution, unscaled, where none is the last.
+template <std::size_t kCount>
+void convolveTile(const float* a, const float* b, float* out, std::size_t i, std::size_t m) {
+  Sums<kCount> sums;
+  const std::size_t whole = least(m, i + 2);
+  for (std::size_t k = 0; k < whole; ++k) sums.add(b[k], a + (i + 1 - k));
+  sums.put(out + i);
+  const std::size_t end = i + 8 * kCount;
+  for (std::size_t k = whole; k < least(m, end + 1); ++k)
+    for (std::size_t j = k - 1; j < end; ++j) out[j] += a[j + 1 - k] * b[k];
+}
+
+template <std::size_t kCount>
+void sumTile(const float* h, std::size_t taps, std::size_t factor, const float* phases,
+             std::size_t phaseLength, float* y) {
+  Sums<kCount> sums;
+  for (std::size_t t = 0, q = 0; t < taps; ++q)
+    for (std::size_t p = 0; p < factor && t < taps; ++p, ++t)
+      sums.add(h[t], phases + p * phaseLength + q);
+  sums.put(y);
+}
+
+}  // namespace
+
+void convolve(const float* a, const float* b, float* out, std::size_t n, std::size_t m,
+              float scale) {
+  if (n == 0) return;
+  std::size_t i = 0;
+  for (; i + kTile < n; i += kTile) convolveTile<kVectors>(a, b, out, i, m);
+  for (; i + 8 < n; i += 8) convolveTile<1>(a, b, out, i, m);
+  for (; i < n; ++i) {
+    float sum = 0.0f;
+    // a[n] is not there.
+    for (std::size_t k = i + 1 < n ? 0 : 1; k < least(m, i + 2); ++k) sum += a[i + 1 - k] * b[k];
+    out[i] = sum;
+  }
+  for (i = 0; i < n; ++i) out[i] *= scale;
+}
+
+void decimate(const float* h, std::size_t taps, std::size_t factor, const float* x,
+              std::size_t outputs, float* y) {
+  // The samples of each phase lie together, so that those of neighbouring outputs do.
+  constexpr std::size_t kRoom = 4096;
+  float phases[kRoom];
+  const std::size_t phaseLength = kTile + (taps + factor - 1) / factor;
+  std::size_t i = 0;
+  if (phaseLength <= kRoom / factor) {
+    for (; i + kTile <= outputs; i += kTile) {
+      const float* from = x + i * factor;
+      const std::size_t length = (kTile - 1) * factor + taps;
+      for (std::size_t p = 0; p < factor; ++p)
+        for (std::size_t j = 0; p + j * factor < length; ++j)
+          phases[p * phaseLength + j] = from[p + j * factor];
+      sumTile<kVectors>(h, taps, factor, phases, phaseLength, y + i);
+    }
+  }
+  for (; i < outputs; ++i) {
+    float sum = 0.0f;
+    for (std::size_t t = 0; t < taps; ++t) sum += h[t] * x[i * factor + t];
+    y[i] = sum;
+  }
+}
+
+}  // namespace krosac::KROSAC_KERNELS

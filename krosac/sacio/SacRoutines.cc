@@ -1,0 +1,247 @@
+#include "krosac/sacio/SacRoutines.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+#include "krosac/sacio/SacFile.h"
+#include "krosac/sacio/internal/HeaderNames.h"
+
+namespace krosac {
+namespace {
+
+template <typename T>
+T valueOr(const T* value, T otherwise) {
+  return value ? *value : otherwise;
+}
+
+template <typename T>
+void give(T* output, T value) {
+  if (output) *output = value;
+}
+
+bool isWhiteSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+char upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// A file name argument. One that is too long has no path, which the plain functions refuse.
+class FileName {
+ public:
+  FileName(const char* text, int length) : text_(text ? text : ""), length_(fslen(text_, length)) {
+    if (fits()) fscpy(path_, text_, length_);
+  }
+  const char* path() const { return fits() ? path_ : nullptr; }
+  int length() const { return length_; }
+  const char* text() const { return text_; }
+
+ private:
+  bool fits() const { return length_ < static_cast<int>(sizeof path_); }
+
+  char path_[512];
+  const char* text_;
+  int length_;
+};
+
+// The name of a field or a value, in upper case wherever it is looked at.
+class Name {
+ public:
+  Name(const char* text, int length)
+      : text_(text, text && length > 0 ? strnlen(text, static_cast<std::size_t>(length)) : 0) {}
+
+  bool is(std::string_view other) const { return std::ranges::equal(text_, other, {}, upper); }
+  void warn(std::FILE* stream, const char* before, const char* after) const {
+    std::fputs(before, stream);
+    for (const char c : text_) std::fputc(upper(c), stream);
+    std::fputs(after, stream);
+  }
+
+ private:
+  std::string_view text_;
+};
+
+// The field of this kind and name in ghdr; null where there is none.
+template <typename T>
+T* find(FieldKind kind, const Name& name) {
+  for (const NamedField& field : kNamedFields) {
+    if (field.kind == kind && name.is(field.name))
+      return reinterpret_cast<T*>(reinterpret_cast<char*>(&ghdr) + field.offset);
+  }
+  return nullptr;
+}
+
+void tellUnread(const char* what, const FileName& file) {
+  std::printf("Problem reading the %s (io_error = %d, name = %.*s)\n", what, -1, file.length(),
+              file.text());
+}
+
+void readGlobalHeader(const FileName& file, const char* what) {
+  SacHeader header;
+  std::int32_t error = -1;
+  ReadSACHeader(file.path(), &header, &error);
+  if (error == 0) {
+    ghdr = header;
+  } else {
+    tellUnread(what, file);
+  }
+}
+
+// Writes the header and, as one item, its NPTS samples. Unlike WriteSACfile it writes the header
+// also where NPTS is negative.
+bool writeFile(const char* path, const SacHeader& header, const float* samples) {
+  const std::int32_t count = std::max(header.NPTS, 0);
+  std::FILE* file = path && (samples || count == 0) ? std::fopen(path, "w") : nullptr;
+  if (!file) return false;
+  const bool good =
+      std::fwrite(&header, sizeof header, 1, file) == 1 && count > 0 &&
+      std::fwrite(samples, static_cast<std::size_t>(count) * sizeof *samples, 1, file) == 1;
+  return std::fclose(file) == 0 && good;
+}
+
+}  // namespace
+
+SacHeader ghdr = {};
+
+void newhdr_() {
+  ghdr = kSacHeaderTemplate;
+}
+
+void inihdr_() {
+  newhdr_();
+}
+
+void rsac1_(const char* path, float* samples, std::int32_t* n, float* b, float* delta,
+            const std::int32_t* max, std::int32_t* error, int pathLength) {
+  const FileName file(path, pathLength);
+  std::int32_t outcome = -1;
+  readGlobalHeader(file, "SAC Header");
+  ReadSAC1(file.path(), samples, n, delta, b, valueOr(max, -1), &outcome);
+  if (outcome == -1) tellUnread("SAC File", file);
+  give(error, outcome);
+}
+
+void rsac2_(const char* path, float* y, std::int32_t* n, float* x, const std::int32_t* max,
+            std::int32_t* error, int pathLength) {
+  const FileName file(path, pathLength);
+  std::int32_t outcome = -1;
+  readGlobalHeader(file, "SAC XY Header");
+  ReadSAC2(file.path(), n, x, y, valueOr(max, -1), &outcome);
+  if (outcome == -1) tellUnread("SAC XY File", file);
+  give(error, outcome);
+}
+
+void wsac0_(const char* path, const float*, const float* y, std::int32_t* error, int pathLength) {
+  const FileName file(path, pathLength);
+  if (ghdr.NVHDR == kSacUndefinedInt) ghdr.NVHDR = kSacHeaderVersion;
+  SacHeader header = ghdr;
+  header.E = static_cast<float>(std::int64_t{header.NPTS} - 1) * header.DELTA + header.B;
+  give(error, writeFile(file.path(), header, y) ? 0 : -1);
+}
+
+void wsac1_(const char* path, const float* samples, const std::int32_t* n, const float* b,
+            const float* delta, std::int32_t* error, int pathLength) {
+  const FileName file(path, pathLength);
+  WriteSAC1(b && delta ? file.path() : nullptr, samples, valueOr(n, -1), error,
+            valueOr(delta, 0.0f), valueOr(b, 0.0f));
+}
+
+void wsac2_(const char* path, const float* y, const std::int32_t* n, const float* x,
+            std::int32_t* error, int pathLength) {
+  const FileName file(path, pathLength);
+  if (file.path()) return WriteSAC2(file.path(), valueOr(n, -1), x, y, error);
+  std::printf("Problem creating file %.*s\n", file.length(), file.text());
+  give(error, -1);
+}
+
+void getfhv_(const char* name, float* value, std::int32_t*, int nameLength) {
+  const Name wanted(name, nameLength);
+  const float* field = find<float>(FieldKind::kFloat, wanted);
+  if (!field) wanted.warn(stdout, "Warning ", " not matched in getfhv\n");
+  give(value, valueOr(field, kSacUndefinedFloat));
+}
+
+void setfhv_(const char* name, const float* value, std::int32_t*, int nameLength) {
+  const Name wanted(name, nameLength);
+  float* field = find<float>(FieldKind::kFloat, wanted);
+  if (!field) return wanted.warn(stdout, "Warning ", " not matched in setfhv\n");
+  if (value) *field = *value;
+}
+
+void getnhv_(const char* name, std::int32_t* value, std::int32_t*, int nameLength) {
+  const Name wanted(name, nameLength);
+  const std::int32_t* field = find<std::int32_t>(FieldKind::kInteger, wanted);
+  if (!field) wanted.warn(stdout, "Warning ", " not matched in getnhv\n");
+  give(value, valueOr(field, kSacUndefinedInt));
+}
+
+void setnhv_(const char* name, const std::int32_t* value, std::int32_t*, int nameLength) {
+  const Name wanted(name, nameLength);
+  std::int32_t* field = find<std::int32_t>(FieldKind::kInteger, wanted);
+  if (!field) return wanted.warn(stdout, "Warning: ", " not found in setnhv\n");
+  if (!value) return;
+  if (field == &ghdr.NPTS) std::printf("NPTS = %d\n", *value);
+  *field = *value;
+}
+
+void getkhv_(const char* name, char* text, std::int32_t*, int nameLength, int textLength) {
+  const Name wanted(name, nameLength);
+  const char* field = find<const char>(FieldKind::kText, wanted);
+  // The words of the float routine, as intended.
+  if (!field) wanted.warn(stderr, "Warning ", " not matched in getfhv\n");
+  if (text)
+    std::copy_n(field ? field : kSacUndefinedText, std::min(textLength, field ? 8 : 6), text);
+}
+
+void setkhv_(const char*, const char*, std::int32_t*, int, int) {
+  std::fputs("Warning setkhv is not implemented yet.\n", stderr);
+}
+
+void setihv_(const char* name, const char* value, std::int32_t*, int nameLength, int valueLength) {
+  const Name wanted(name, nameLength);
+  std::int32_t* field = find<std::int32_t>(FieldKind::kEnumerated, wanted);
+  if (!field) return wanted.warn(stdout, "Warning: ", " not found in setihv\n");
+  if (Name(value, valueLength).is("ITIME")) *field = kSacTimeSeries;
+}
+
+void setlhv_(const char* name, const std::int32_t* value, std::int32_t*, int nameLength) {
+  const Name wanted(name, nameLength);
+  std::int32_t* field = find<std::int32_t>(FieldKind::kLogical, wanted);
+  if (!field) return wanted.warn(stdout, "Warning: ", " not found in setlhv\n");
+  if (value) *field = *value;
+}
+
+int fslen(const char* text, int max) {
+  int length = 0;
+  while (text && length < max && text[length] && !isWhiteSpace(text[length])) ++length;
+  return length;
+}
+
+int fslen_(const char* text, int textLength) {
+  return fslen(text, textLength);
+}
+
+char* fscpy(char* destination, const char* source, int max) {
+  if (!destination) return nullptr;
+  const int length = fslen(source, max);
+  std::copy_n(source, length, destination);
+  destination[length] = '\0';
+  return destination;
+}
+
+int fclearstring_(char* text, int n) {
+  n = std::max(n, 0);
+  if (text) *std::fill_n(text, n, ' ') = '\0';
+  return n;
+}
+
+void printSacIOVersion() {
+  std::printf("Brevlo library version: %s\n", "myVersionNumber");
+}
+
+}  // namespace krosac

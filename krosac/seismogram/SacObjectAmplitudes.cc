@@ -1,0 +1,205 @@
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "krosac/dsp/internal/Series.h"
+#include "krosac/platform/Log.h"
+#include "krosac/platform/internal/TruncIndex.h"
+#include "krosac/seismogram/SacObject.h"
+
+namespace krosac {
+namespace {
+
+constexpr double kHalfPi = 1.5707963267948966;
+
+// The truncated indexes of a time window, in single precision.
+struct Window {
+  std::int32_t first, end;
+  Window(float t1, float t2, float b, float delta)
+      : first(truncIndex((t1 - b) / delta)),
+        end(truncIndex((t2 - t1) / delta + static_cast<float>(first))) {}
+  bool isOff(std::int64_t n) const { return first == kNoIndex || end < 0 || first > n; }
+  std::int64_t start() const { return std::max(first, 0); }
+};
+
+// The offset of a time from B in samples, first truncated to whole seconds as intended, plus some
+// samples.
+std::int32_t wholeSecondIndex(float t, float b, float delta, float moreSamples) {
+  return truncIndex(std::trunc(t - b) / delta + moreSamples);
+}
+
+// A sample at distance d from the start of a linear ramp from 1 down to 0 over m samples, none for
+// m below 1.
+float ramped(float sample, std::int64_t d, std::int32_t m) {
+  return m > 0 && d <= m ? sample * (static_cast<float>(m - d) / static_cast<float>(m)) : 0.0f;
+}
+
+}  // namespace
+
+std::pair<double, double> SacObject::ComputeMinMaxInRange(float t1, float t2) const {
+  const float* const x = samples().data();
+  const std::int64_t n = std::ssize(samples());
+  const Window window(t1, t2, b(), delta());
+  if (window.first == 0 && window.end == n) return {smin(), smax()};
+  // A window that starts right behind the last sample holds none, so it counts as off the trace.
+  if (window.isOff(n) || window.start() >= n) return {0.0, 0.0};
+  float least = x[window.start()], greatest = least;
+  for (std::int64_t i = window.start() + 1; i < std::min<std::int64_t>(window.end, n); ++i) {
+    if (x[i] < least) least = x[i];
+    if (x[i] > greatest) greatest = x[i];
+  }
+  return {least, greatest};
+}
+
+float SacObject::ComputePowerFrom_To(float t1, float t2) const {
+  const float* const x = samples().data();
+  const std::int64_t n = std::ssize(samples());
+  const Window window(t1, t2, b(), delta());
+  if (window.isOff(n)) return 0.0f;
+  const std::int64_t end = std::min<std::int64_t>(window.end, n);
+  float sum = 0.0f;
+  for (std::int64_t i = window.start(); i < end; ++i) sum += x[i] * x[i];
+  return delta() / static_cast<float>(end - window.start()) * sum;
+}
+
+void SacObject::RemoveMean() {
+  if (!h_) return;
+  ComputeExtrema();
+  const float mean = smean();
+  for (float& sample : samples()) sample -= mean;
+  h_->DEPMAX -= mean;
+  h_->DEPMIN -= mean;
+  h_->DEPMEN = 0.0f;
+  mSeisHasChanged_ = true;
+}
+
+void SacObject::SubtractLinearTrend() {
+  subtractLinearTrend<float>(samples(), delta());
+  samplesChanged();
+}
+
+void SacObject::FlipPolarity() {
+  for (float& sample : samples()) sample = -sample;
+  samplesChanged();
+}
+
+void SacObject::ScaleAmplitudes(float factor) {
+  for (float& sample : samples()) sample *= factor;
+  samplesChanged();
+}
+
+template <typename Weight>
+void SacObject::scaleByTime(Weight weight) {
+  const auto x = samples();
+  const float dt = delta();
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const float t = dt * static_cast<float>(i + 1);
+    x[i] = static_cast<float>(x[i] * weight(t));
+  }
+  samplesChanged();
+}
+
+void SacObject::ScaleByLinearTime() {
+  scaleByTime([](float t) { return t; });
+}
+
+void SacObject::ScaleBySquareTime() {
+  scaleByTime([](float t) { return t * t; });
+}
+
+void SacObject::ScaleBySquareRootTime() {
+  scaleByTime([](float t) { return std::sqrt(static_cast<double>(t)); });
+}
+
+void SacObject::ScaleByDistance() {
+  ScaleAmplitudes(distance());
+}
+
+void SacObject::sqrAmplitudes() {
+  for (float& sample : samples()) sample *= sample;
+  samplesChanged();
+}
+
+void SacObject::absAmplitudes() {
+  for (float& sample : samples()) sample = std::fabs(sample);
+  samplesChanged();
+}
+
+void SacObject::ZeroAmplitudes() {
+  std::ranges::fill(samples(), 0.0f);
+  samplesChanged();
+}
+
+void SacObject::binary() {
+  for (float& sample : samples()) {
+    if (sample > 0.0f) sample = 1.0f;
+    if (sample < 0.0f) sample = -1.0f;
+  }
+  samplesChanged();
+}
+
+void SacObject::reverseTime() {
+  const auto x = samples();
+  std::reverse(x.begin(), x.end());
+  mSeisHasChanged_ = true;
+}
+
+void SacObject::Integrate() {
+  integrate(samples(), delta());
+  samplesChanged();
+}
+
+void SacObject::Differentiate() {
+  differentiate(samples(), delta());
+  samplesChanged();
+}
+
+void SacObject::Taper(float p) {
+  const auto x = samples();
+  const float dt = delta(), length = static_cast<float>(x.size()) * dt;
+  const float edge = p * length, fall = length - edge;
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const float t = static_cast<float>(i) * dt;
+    double weight = t <= 0.0f || t >= length ? 0.0 : 1.0;
+    if (0.0f < t && t <= edge) weight = 1.0 - std::cos(t * kHalfPi / edge);
+    if (fall <= t && t < length) weight = std::cos((t - fall) * kHalfPi / edge);
+    x[i] = static_cast<float>(x[i] * weight);
+  }
+  if (verbose_ >= 2) {
+    log("Applied a taper with a fraction:%.2e & duration: %.2e seconds.", static_cast<double>(p),
+        static_cast<double>(length));
+  }
+  samplesChanged();
+}
+
+void SacObject::ZeroAmplitudesAfterTime(float t) {
+  const auto x = samples();
+  const std::int32_t k = wholeSecondIndex(t, b(), delta(), 0.0f);
+  const auto start = static_cast<std::size_t>(std::max(k, 0));
+  if (k == kNoIndex || start > x.size()) return;
+  std::fill(x.begin() + static_cast<std::ptrdiff_t>(start), x.end(), 0.0f);
+  samplesChanged();
+}
+
+void SacObject::ZeroAmplitudesAfterTime_TaperLength(float t, std::int32_t length) {
+  const auto x = samples();
+  const std::int32_t k = wholeSecondIndex(t, b(), delta(), -static_cast<float>(length));
+  const auto start = static_cast<std::size_t>(std::max(k, 0));
+  if (k == kNoIndex || start > x.size()) return;
+  for (std::size_t j = start; j < x.size(); ++j) {
+    x[j] = ramped(x[j], static_cast<std::int64_t>(j - start), length);
+  }
+  samplesChanged();
+}
+
+void SacObject::ZeroAmplitudesBeforeTime_TaperLength(float t, std::int32_t length) {
+  float* const x = samples().data();
+  const std::int64_t n = std::ssize(samples());
+  const std::int64_t k =
+      std::min<std::int64_t>(wholeSecondIndex(t, b(), delta(), static_cast<float>(length)), n);
+  if (k < 0) return;
+  for (std::int64_t j = std::min(k, n - 1); j >= 0; --j) x[j] = ramped(x[j], k - j, length);
+  samplesChanged();
+}
+
+}  // namespace krosac

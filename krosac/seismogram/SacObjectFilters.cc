@@ -1,0 +1,162 @@
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "krosac/dsp/Butterworth.h"
+#include "krosac/dsp/internal/Pulse.h"
+#include "krosac/dsp/internal/Weights.h"
+#include "krosac/platform/internal/TruncIndex.h"
+#include "krosac/seismogram/internal/SacObjectSpectral.h"
+
+namespace krosac {
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+
+}  // namespace
+
+void SacObject::LPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std::int32_t poles) {
+  if (!(corner > 0.0f)) return;
+  const auto x = samples();
+  GRLPBUfilter(x.data(), static_cast<int>(x.size()), passes, poles, delta(), corner);
+  samplesChanged();
+}
+
+void SacObject::HPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std::int32_t poles) {
+  if (!(corner > 0.0f)) return;
+  const auto x = samples();
+  GRHPBUfilter(x.data(), static_cast<int>(x.size()), passes, poles, delta(), corner);
+  samplesChanged();
+}
+
+void SacObject::takeBack(PackedSpectrum& spectrum, double scale) {
+  spectrum.inverse(samples(), scale);
+  samplesChanged();
+}
+
+void SacObject::RGaussianFilter(float a) {
+  const auto window = [a](double omega) { return gaussian(omega, a); };
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.nyquist() = static_cast<float>(s.nyquist() * window(s.nyquistOmega()));
+    s.scaleBins([&](std::size_t k) { return window(s.omega(k)); });
+  });
+}
+
+void SacObject::RGaussianFilterSwapOld_New(float oldA, float newA) {
+  constexpr double kLeastDivisor = 1e-6;
+  const auto exchange = [&](double omega) {
+    const double divisor = gaussian(omega, oldA), factor = gaussian(omega, newA);
+    return divisor > kLeastDivisor ? factor / divisor : factor;
+  };
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.nyquist() = static_cast<float>(s.nyquist() * exchange(s.nyquistOmega()));
+    s.scaleBins([&](std::size_t k) { return exchange(s.omega(k)); });
+  });
+}
+
+void SacObject::SGaussianFilter_Alpha(float f0, float alpha) {
+  const auto w0 = static_cast<float>(kTwoPi * f0);
+  const auto squaredOffset = [w0](double omega) { return (omega - w0) * (omega - w0); };
+  const double squaredAlpha = static_cast<double>(alpha) * alpha;
+  const auto window = [&](double omega) { return std::exp(-squaredAlpha * squaredOffset(omega)); };
+  shapeSpectrum(
+      [&](PackedSpectrum& s) {
+        s.dc() = static_cast<float>(s.dc() * window(0.0));
+        // Here alpha stands to the first power; this is intended.
+        s.nyquist() =
+            static_cast<float>(s.nyquist() * std::exp(-alpha * squaredOffset(s.nyquistOmega())));
+        s.scaleBins([&](std::size_t k) { return window(s.omega(k)); });
+      },
+      std::sqrt(alpha * kPi / (static_cast<double>(w0) * w0)));
+}
+
+void SacObject::CosineTaperFilter(float f1, float f2, float f3, float f4) {
+  shapeSpectrum([&](PackedSpectrum& s) {
+    const auto weight = [&](float f) { return cosineEdges(f, f1, f2, f3, f4); };
+    s.dc() = static_cast<float>(s.dc() * weight(0.0f));
+    s.nyquist() = static_cast<float>(s.nyquist() * weight(s.nyquistFrequency()));
+    s.scaleBins([&](std::size_t k) { return weight(s.frequency(k)); });
+  });
+}
+
+void SacObject::TstarFilter(float tstar) {
+  constexpr float kOneOverPi = 0.31830989f;
+  constexpr double kLargestExponent = 10.0;
+  shapeSpectrum([&](PackedSpectrum& s) {
+    s.nyquist() = 0.0f;
+    s.multiplyBins([&](std::size_t k, double& re, double& im) {
+      const double omega = s.omega(k), exponent = omega * tstar / 2.0;
+      const double amplitude = std::fabs(exponent) <= kLargestExponent ? std::exp(-exponent) : 0.0;
+      const double dispersion = k > 1 ? std::log(omega) * omega * tstar * kOneOverPi : 0.0;
+      const double phase = dispersion - omega * tstar;
+      re = amplitude * std::cos(phase);
+      im = -amplitude * std::sin(phase);
+    });
+  });
+}
+
+void SacObject::CosineTimeFunctionFilterDuration(float duration) {
+  if (!(duration >= 0.0f)) return;
+  const std::int32_t m = truncIndex(duration / delta() + 0.5);
+  if (m >= 2 && convolveWithCosinePulse(samples(), delta(), duration, m)) samplesChanged();
+}
+
+void SacObject::TrapezoidFilter(float rise, float top, float fall) {
+  if (convolveWithTrapezoid(samples(), delta(), rise, top, fall)) samplesChanged();
+}
+
+void SacObject::NoiseFilterStartingAtTime(float t) {
+  const auto x = samples();
+  const std::int32_t index = truncIndex((t - b()) / delta());
+  if (x.empty() || index == kNoIndex) return;
+  const auto k = static_cast<std::size_t>(std::clamp<std::int64_t>(index, 0, std::ssize(x)));
+  auto [signal, noise] = PackedSpectrum::ofTwo(x, x.first(k), paddedLength(x.size()), delta());
+  if (!signal) return;
+
+  const std::span window(noise.values(), k);
+  float sum = 0.0f;
+  for (const float value : window) sum += value;
+  const float mean = sum / static_cast<float>(k), half = static_cast<float>(k / 2);
+  for (std::size_t i = 0; i < k; ++i) {
+    const auto place = static_cast<float>(i);
+    window[i] = (window[i] - mean) * (i < k / 2 ? place / half : 1.0f - (place - half) / half);
+  }
+  noise.forward();
+
+  float greatest = std::max(std::fabs(noise.dc()), std::fabs(noise.nyquist()));
+  noise.forEachBin([&](std::size_t, float& re, float& im) {
+    re = std::sqrt(re * re + im * im);  // from here on the amplitude
+    greatest = std::max(greatest, re);
+  });
+  // Without noise these factors are not a number, and so becomes the trace.
+  const auto factor = [greatest](float amplitude) {
+    return 1.0f - std::fabs(amplitude) / greatest;
+  };
+  signal.forward();
+  signal.dc() *= factor(noise.dc());
+  signal.nyquist() *= factor(noise.nyquist());
+  const float* amplitude = noise.values();
+  signal.forEachBin([&](std::size_t bin, float& re, float& im) {
+    re *= factor(amplitude[2 * bin]);
+    im *= factor(amplitude[2 * bin]);
+  });
+  takeBack(signal);
+}
+
+Ref<ByteBuffer> SacObject::spectrum() const {
+  const auto x = samples();
+  PackedSpectrum spectrum(x, paddedLength(x.size()), delta());
+  if (!spectrum) return nullptr;
+  for (float& value : std::span(spectrum.values(), x.size())) value *= delta();
+  spectrum.forward();
+  return spectrum.buffer();
+}
+
+// The whitened spectrum itself is nowhere used: this only scales, as intended.
+void SacObject::prewhiten() {
+  const auto x = samples();
+  if (x.empty()) return;
+  ScaleAmplitudes(2.0f / (static_cast<float>(paddedLength(x.size())) * delta()));
+}
+
+}  // namespace krosac

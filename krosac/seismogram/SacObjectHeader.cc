@@ -1,0 +1,163 @@
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+
+#include "krosac/dsp/internal/Series.h"
+#include "krosac/seismogram/SacObject.h"
+
+namespace krosac {
+namespace {
+
+using FloatField = float SacHeader::*;
+using TextField = char (SacHeader::*)[8];
+
+constexpr FloatField kPicks[] = {&SacHeader::T0, &SacHeader::T1, &SacHeader::T2, &SacHeader::T3,
+                                 &SacHeader::T4, &SacHeader::T5, &SacHeader::T6, &SacHeader::T7,
+                                 &SacHeader::T8, &SacHeader::T9, &SacHeader::A,  &SacHeader::F};
+constexpr TextField kPickLabels[] = {&SacHeader::KT0, &SacHeader::KT1, &SacHeader::KT2,
+                                     &SacHeader::KT3, &SacHeader::KT4, &SacHeader::KT5,
+                                     &SacHeader::KT6, &SacHeader::KT7, &SacHeader::KT8,
+                                     &SacHeader::KT9, &SacHeader::KA,  &SacHeader::KF};
+constexpr FloatField kUserValues[] = {
+    &SacHeader::USER0, &SacHeader::USER1, &SacHeader::USER2, &SacHeader::USER3, &SacHeader::USER4,
+    &SacHeader::USER5, &SacHeader::USER6, &SacHeader::USER7, &SacHeader::USER8, &SacHeader::USER9};
+constexpr TextField kUserLabels[] = {&SacHeader::KUSER0, &SacHeader::KUSER1, &SacHeader::KUSER2};
+constexpr TextField kWritableUserLabels[] = {&SacHeader::KUSER0, &SacHeader::KUSER1,
+                                             &SacHeader::KUSER2, &SacHeader::KSTNM,
+                                             &SacHeader::KNETWK, &SacHeader::KCMPNM};
+
+// The field of a key, or null for a key outside the table.
+template <typename Field, std::size_t kCount>
+Field fieldOf(const Field (&table)[kCount], int key) {
+  return key >= 0 && static_cast<std::size_t>(key) < kCount ? table[key] : nullptr;
+}
+
+// Label reads keep 7 of the 8 characters; this is intended.
+std::string label(const SacHeader* h, TextField field) {
+  return h && field ? trimmedField(h->*field, 7) : std::string();
+}
+
+int compare(float mine, float others) {
+  return others > mine ? -1 : mine > others ? 1 : 0;
+}
+
+}  // namespace
+
+float SacObject::timePickKey(int key) const {
+  const FloatField pick = fieldOf(kPicks, key);
+  return pick ? field(pick) : kSacUndefinedFloat;
+}
+
+void SacObject::setTimePickKey_Value(int key, float time) {
+  if (const FloatField pick = fieldOf(kPicks, key)) setField(pick, time);
+}
+
+std::string SacObject::pickLabelWithKey(int key) const {
+  return label(h_, fieldOf(kPickLabels, key));
+}
+
+void SacObject::setPickLabelKey_Value(int key, const char* value) {
+  if (const TextField field = fieldOf(kPickLabels, key)) setText(field, value);
+}
+
+void SacObject::clearTimePicks() {
+  for (const FloatField pick : kPicks) setField(pick, kSacUndefinedFloat);
+}
+
+float SacObject::userValue(int key) const {
+  const FloatField value = fieldOf(kUserValues, key);
+  return value ? field(value) : kSacUndefinedFloat;
+}
+
+void SacObject::setUserValueKey_Value(int key, float value) {
+  if (const FloatField field = fieldOf(kUserValues, key)) setField(field, value);
+}
+
+void SacObject::clearUserValues() {
+  for (const FloatField value : kUserValues) setField(value, kSacUndefinedFloat);
+}
+
+std::string SacObject::userValueLabelWithKey(int key) const {
+  return label(h_, fieldOf(kUserLabels, key));
+}
+
+void SacObject::setUserValueLabelKey_Value(int key, const char* value) {
+  if (const TextField field = fieldOf(kWritableUserLabels, key)) setText(field, value);
+}
+
+float SacObject::absMax() const {
+  return std::max(std::fabs(smin()), std::fabs(smax()));
+}
+
+float SacObject::signalDuration() const {
+  return e() - b();
+}
+
+std::int64_t SacObject::nextPowerOfTwoPts() const {
+  return static_cast<std::int64_t>(
+      std::bit_ceil(static_cast<std::uint64_t>(std::max(npts(), 0)) + 1));
+}
+
+float SacObject::gamma() const {
+  constexpr float kDegree = 0.017453292f;
+  return userValue(2) * std::cos((azimuth() - userValue(1)) * kDegree);
+}
+
+double SacObject::epochStartTime() const {
+  const double reference = myReferenceDate_ ? myReferenceDate_->secondsSince1970 : 0.0;
+  return reference + field(&SacHeader::NZMSEC) / 1000.0 + b();
+}
+
+double SacObject::epochEndTime() const {
+  const double reference = myReferenceDate_ ? myReferenceDate_->secondsSince1970 : 0.0;
+  return reference + field(&SacHeader::NZMSEC) / 1000.0 + e();
+}
+
+bool SacObject::kindIs(const char* kind) const {
+  return h_ && std::strncmp(h_->KUSER0, kind, std::strlen(kind)) == 0;
+}
+
+bool SacObject::isP() const {
+  return kindIs("P");
+}
+bool SacObject::isSH() const {
+  return kindIs("SH");
+}
+bool SacObject::isR1() const {
+  return kindIs("R1");
+}
+bool SacObject::isG1() const {
+  return kindIs("G1");
+}
+
+void SacObject::fixEndTime() {
+  setEndTime(static_cast<float>(std::int64_t{npts()} - 1) * delta() + b());
+}
+
+void SacObject::ComputeExtrema() {
+  if (!h_) return;
+  const Extrema extrema = extremaOf<float>(samples());
+  h_->DEPMIN = extrema.min;
+  h_->DEPMAX = extrema.max;
+  h_->DEPMEN = extrema.mean;
+  mSeisHasChanged_ = true;
+}
+
+int SacObject::compareGCarcs(const SacObject& other) const {
+  return compare(gcarc(), other.gcarc());
+}
+
+int SacObject::compareDistances(const SacObject& other) const {
+  return compare(distance(), other.distance());
+}
+
+int SacObject::compareBackAzimuths(const SacObject& other) const {
+  return compare(backazimuth(), other.backazimuth());
+}
+
+int SacObject::compareAzimuths(const SacObject& other) const {
+  return compare(azimuth(), other.azimuth());
+}
+
+}  // namespace krosac

@@ -1,0 +1,137 @@
+#include <cmath>
+
+#include "krosac/platform/internal/TruncIndex.h"
+#include "krosac/seismogram/SacObject.h"
+#include "krosac/timegeo/Calendar.h"
+
+namespace krosac {
+namespace {
+
+constexpr double kSecondsPerDay = 86400.0;
+constexpr double kSecondsPerYear = 3.1536e7;  // 365 days; intended
+
+Ref<SeisTimeObject> timeOf(const Date& date) {
+  const Date::Components c = date.components();
+  auto time = make<SeisTimeObject>();
+  time->initWithValues_month_date_hour_minute_second_millisecond(c.year, c.month, c.day, c.hour,
+                                                                 c.minute, c.second, 0.0);
+  return time;
+}
+
+constexpr float SacHeader::*kMarks[] = {
+    &SacHeader::O,  &SacHeader::A,  &SacHeader::T0, &SacHeader::T1, &SacHeader::T2, &SacHeader::T3,
+    &SacHeader::T4, &SacHeader::T5, &SacHeader::T6, &SacHeader::T7, &SacHeader::T8, &SacHeader::T9};
+
+}  // namespace
+
+// Writes a time into the reference time's header fields.
+void SacObject::storeReferenceFields(const SeisTimeObject& time, std::int32_t dayOfYear) {
+  if (!h_) return;
+  h_->NZYEAR = time.mYr();
+  h_->NZJDAY = dayOfYear;
+  h_->NZHOUR = time.mHr();
+  h_->NZMIN = time.mMn();
+  h_->NZSEC = time.mSec();
+  h_->NZMSEC = truncIndex(time.mMsec());
+}
+
+void SacObject::setReferenceTimeWithNSCalendarDate(const Date& date) {
+  replaceReferenceTimeWith(timeOf(date));
+}
+
+void SacObject::setReferenceTimeWithNSDate(const Date& date) {
+  setReferenceTimeWithNSCalendarDate(date);
+}
+
+void SacObject::replaceReferenceTimeWith(const Ref<SeisTimeObject>& time) {
+  mySeisReferenceTime_ = time;
+  if (time) storeReferenceFields(*time, krosac::doy(time->mYr(), time->mMonth(), time->mDate()));
+}
+
+void SacObject::adjustReferenceTimeToNSCalendarDate(const Date& date) {
+  setReferenceTime(*timeOf(date));
+}
+
+void SacObject::adjustReferenceTimeToNSDate(const Date& date) {
+  adjustReferenceTimeToNSCalendarDate(date);
+}
+
+void SacObject::setReferenceTime(const SeisTimeObject& time) {
+  double shift = 0.0;
+  if (mySeisReferenceTime_) {
+    const auto difference = mySeisReferenceTime_->copyWithZone();
+    difference->subtractSeisTimeObject(time);
+    shift = difference->mYr() * kSecondsPerYear + difference->mDay() * kSecondsPerDay +
+            difference->mHr() * 3600.0 + difference->mMn() * 60.0 + difference->mSec() +
+            difference->mMsec() / 1000.0;
+    mySeisReferenceTime_->setValue(time);
+  }
+  storeReferenceFields(time, time.mDay());
+  mSeisHasChanged_ = true;
+
+  const auto move = [&](float SacHeader::*member) {
+    setField(member, static_cast<float>(field(member) + shift));
+  };
+  move(&SacHeader::B);
+  move(&SacHeader::E);
+  for (const auto mark : kMarks) {
+    // T0 is not moved; this is intended.
+    if (mark != &SacHeader::T0 && field(mark) != kSacUndefinedFloat) move(mark);
+  }
+  if (f() != kSacUndefinedFloat) move(&SacHeader::F);
+}
+
+void SacObject::setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(
+    std::int32_t year, std::int32_t month, std::int32_t day, std::int32_t hour,
+    std::int32_t minutes, float seconds) {
+  if (!mySeisReferenceTime_) return;
+  const double whole = std::floor(static_cast<double>(seconds));
+  auto origin = make<SeisTimeObject>();
+  origin->initWithValues_month_date_hour_minute_second_millisecond(
+      year, month, day, hour, minutes, truncIndex(whole), (seconds - whole) * 1000.0);
+  setoriginTimeOffset(origin->differenceInSecondsFrom(*mySeisReferenceTime_));
+}
+
+// Moves the reference time later by t seconds and the times relative to it earlier.
+void SacObject::moveReference(float t, bool movesFini) {
+  if (mySeisReferenceTime_) {
+    mySeisReferenceTime_->addSeconds(t);
+    storeReferenceFields(*mySeisReferenceTime_, mySeisReferenceTime_->mDay());
+  }
+  const auto move = [&](float SacHeader::*member) { setField(member, field(member) - t); };
+  move(&SacHeader::B);
+  move(&SacHeader::E);
+  for (const auto mark : kMarks) {
+    if (field(mark) != kSacUndefinedFloat) move(mark);
+  }
+  if (movesFini && f() != kSacUndefinedFloat) move(&SacHeader::F);
+}
+
+void SacObject::ZeroThisTime(float t) {
+  moveReference(t, false);
+}
+
+void SacObject::shiftTimesBy(float t) {
+  moveReference(t, true);
+}
+
+void SacObject::ZeroStartTime() {
+  ZeroThisTime(b());
+}
+
+void SacObject::ZeroOriginTime() {
+  if (o() != kSacUndefinedFloat) ZeroThisTime(o());
+}
+
+void SacObject::ZeroPTime() {
+  if (pTime() != kSacUndefinedFloat) ZeroThisTime(pTime());
+}
+
+void SacObject::ReduceByVelocity(float v) {
+  if (distance() == kSacUndefinedFloat) return;
+  const float origin = o() == kSacUndefinedFloat ? 0.0f : o();
+  // The origin time is subtracted, not added; this is intended.
+  ZeroThisTime(distance() / v - origin);
+}
+
+}  // namespace krosac

@@ -1,0 +1,131 @@
+#include "krosac/seismogram/TbwController.h"
+
+#include <utility>
+#include <vector>
+
+#include "krosac/platform/Log.h"
+#include "krosac/platform/Process.h"
+
+namespace krosac {
+namespace {
+
+// Split at every single blank: a leading blank and a pair of them make an empty argument, which is
+// intended.
+std::vector<std::string> splitAtBlanks(const std::string& text) {
+  std::vector<std::string> parts;
+  std::size_t begin = 0;
+  for (std::size_t blank; (blank = text.find(' ', begin)) != std::string::npos; begin = blank + 1)
+    parts.push_back(text.substr(begin, blank - begin));
+  parts.push_back(text.substr(begin));
+  return parts;
+}
+
+std::string number(const char* option, float value) {
+  return formatText(" %s %f", option, static_cast<double>(value));
+}
+
+std::string number(const char* option, std::int32_t value) {
+  return formatText(" %s %d", option, value);
+}
+
+// Gives what the program wrote, where that is captured.
+std::string run(const ProcessCommand& command) {
+  ProcessResult result = runProcess(command);
+  if (!result.error.empty()) log("%s", result.error.c_str());
+  return std::move(result.output);
+}
+
+// Null for a signal type that no file is read for.
+const char* resultName(std::int32_t signalType) {
+  switch (signalType) {
+    case 1:
+      return "B00101Z00.sac";
+    case 2:
+      return "B00102R00.sac";
+    case 6:
+      return "B00103T00.sac";
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
+Ref<Object> tbwController::init() {
+  if (!Object::init()) return nullptr;
+  depth_ = 15.0f;
+  gcarc_ = 60.0f;
+  azimuth_ = 45.0f;
+  strike_ = 0.0f;
+  dip_ = 90.0f;
+  rake_ = 0.0f;
+  npts_ = 1024;
+  delta_ = 0.1f;
+  delay_ = 5.0f;
+  moment_ = 1e22f;
+  verbose_ = 0;
+  signalType_ = 1;
+  tshift_ = 0.8f;
+  srcModelName_ = "nearSrc.mod";
+  recModelName_ = "nearRec.mod";
+  earthModelName_ = "AK135sph.mod";
+  exPath_ = "/norvik/bin";
+  workPath_ = "/norvik/EarthModels/Hudson";
+  return Ref<Object>(this);
+}
+
+Ref<SacObject> tbwController::computeResponse() {
+  const auto inWork = [this](const char* name) { return joinedPath(workPath_, name); };
+  const auto program = [this](const char* name) { return joinedPath(exPath_, name); };
+  const bool tells = verbose_ > 0;
+
+  run({.program = inWork("cleanup.sh"), .directory = workPath_});
+
+  const bool wantsP = signalType_ == 1 || signalType_ == 2;
+  const std::string greens = "-TEL " + earthModelName_ + " -SRC " + srcModelName_ + " -REC " +
+                             recModelName_ + number("-HS", depth_) + number("-GCARC", gcarc_) +
+                             number("-NPTS", npts_) + number("-DT", delta_) + number("-O", delay_) +
+                             (wantsP ? " -P" : " -S");
+  if (tells) log("hudson96 %s", greens.c_str());
+  const std::string said = run({.program = program("hudson96"),
+                                .arguments = splitAtBlanks(greens),
+                                .directory = workPath_,
+                                .capturesOutput = true});
+  if (tells) log("%s", said.c_str());
+
+  if (tells) log("Computing the impulse responses.");
+  run({.program = program("hpulse96"),
+       .arguments = splitAtBlanks("-i -D"),
+       .directory = workPath_,
+       .inputFile = inWork("hspec96.grn"),
+       .outputFile = inWork("gfs.txt")});
+
+  if (tells) log("Computing the dislocation response.");
+  const std::string mechanism = number("-S", strike_) + number("-D", dip_) + number("-R", rake_) +
+                                formatText(" -M0 %e", static_cast<double>(moment_)) +
+                                number("-A", azimuth_) + number("-NPTS", npts_) + " -ROT";
+  if (tells) log("fmech96 %s", mechanism.c_str());
+  run({.program = program("fmech96"),
+       .arguments = splitAtBlanks(mechanism),
+       .directory = workPath_,
+       .inputFile = inWork("gfs.txt"),
+       .outputFile = inWork("resp.txt")});
+
+  // No shell redirects here: the program gets these three words as they are, which is intended.
+  run({.program = program("f96tosac"),
+       .arguments = splitAtBlanks("f96tosac < resp.txt"),
+       .directory = workPath_});
+
+  AutoreleasePool pool;
+  auto result = make<SacObject>();
+  if (const char* name = resultName(signalType_)) {
+    if (result && !result->InitWithPath(inWork(name))) result = make<SacObject>();
+    tshift_ = 0.0f;
+  }
+  if (!result) return nullptr;
+  result->setBeginTime(result->b() + tshift_);
+  if (tells) log("%s", result->description().c_str());
+  return result;
+}
+
+}  // namespace krosac

@@ -1,0 +1,25 @@
+// The rate of seismic moment release over time.
+#ifndef KROSAC_SERIES_MOMENTRATEFTN_H
+#define KROSAC_SERIES_MOMENTRATEFTN_H
+
+#include "krosac/platform/Export.h"
+#include "krosac/series/uniformSampleTimeSeries.h"
+
+namespace krosac {
+
+class KROSAC_API momentRateFtn : public uniformSampleTimeSeries {
+ public:
+  // As the parent's, with the kind "Moment Rate Function".
+  Ref<Object> init() override;
+  // A copy as of the parent, of this class.
+  Ref<momentRateFtn> copyWithZone() const;
+
+ protected:
+  ~momentRateFtn() override = default;
+
+  Ref<timeSeries> clone() const override;
+};
+
+}  // namespace krosac
+
+#endif

@@ -1,0 +1,75 @@
+#include "krosac/traveltimes/PsNMOTableObject.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "krosac/traveltimes/internal/PsNMOTables.h"
+
+namespace krosac {
+namespace {
+
+constexpr float kNoValue = -12345.0f;
+
+// The four curves around a point: a and b at the upper source depth, c and d at the lower one, a
+// and c at the shorter distance.
+struct Bracket {
+  const PsNMO *a, *b, *c, *d;
+
+  // False outside the grid. On its far edges it gives the last bracket.
+  bool find(const PsNMO* curves, float srcdepth, float gcarc) {
+    const std::int32_t depth = psNMOCurveIndexClosestButShallowerThan(srcdepth);
+    const std::int32_t distance = psNMOCurveIndexClosestButLessThan(gcarc);
+    if (depth < 0 || distance < 0) return false;
+    a = curves + std::min(depth, kPsNMODepths - 2) * kPsNMODistances +
+        std::min(distance, kPsNMODistances - 2);
+    b = a + 1;
+    c = a + kPsNMODistances;
+    d = c + 1;
+    return true;
+  }
+
+  float bilinear(float (*read)(float, PsNMO), float value, float srcdepth, float gcarc,
+                 float depthStep) const {
+    const float bWeight = (gcarc - a->gcarc) / (b->gcarc - a->gcarc);
+    const float aWeight = (b->gcarc - gcarc) / (b->gcarc - a->gcarc);
+    const float shallow = read(value, *a) * aWeight + read(value, *b) * bWeight;
+    const float deep = read(value, *c) * aWeight + read(value, *d) * bWeight;
+    return (c->srcdepth - srcdepth) / depthStep * shallow +
+           (srcdepth - a->srcdepth) / depthStep * deep;
+  }
+};
+
+}  // namespace
+
+Ref<Object> PsNMOTableObject::init() {
+  std::int32_t count = 0;
+  ReadPsDelayTable("PsNMO", nmos_, &count);
+  return Object::init();
+}
+
+PsNMO PsNMOTableObject::FetchNMOForSrcDepth_Gcarc(float srcdepth, float gcarc) const {
+  const std::int32_t index = psNMOCurveIndexClosestTo(srcdepth, gcarc);
+  if (index < 0) return {kNoValue, kNoValue, kNoValue, kNoValue, {}, {}, {}};
+  return nmos_[index];
+}
+
+float PsNMOTableObject::bilinearDepthFromTime_SrcDepth_Gcarc(float time, float srcdepth,
+                                                             float gcarc) const {
+  if (time == 0.0f) return 0.0f;
+  Bracket bracket;
+  if (!(time > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kNoValue;
+  // Both curves are of the same source depth, so that the divisor is 0: intended.
+  const float depthStep = bracket.b->srcdepth - bracket.a->srcdepth;
+  return bracket.bilinear(depthFromTime, time, srcdepth, gcarc, depthStep);
+}
+
+float PsNMOTableObject::bilinearTimeFromDepth_SrcDepth_Gcarc(float depth, float srcdepth,
+                                                             float gcarc) const {
+  if (depth == 0.0f) return 0.0f;
+  Bracket bracket;
+  if (!(depth > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kNoValue;
+  const float depthStep = bracket.c->srcdepth - bracket.a->srcdepth;
+  return bracket.bilinear(timeFromDepth, depth, srcdepth, gcarc, depthStep);
+}
+
+}  // namespace krosac
