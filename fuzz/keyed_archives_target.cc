@@ -2,6 +2,8 @@
 // lacks the checksum, which is put behind it, so that mutations reach what lies behind the check.
 #include "Harness.h"
 
+#include "krosac/platform/internal/Crc32.h"
+
 namespace {
 
 using namespace fuzz;
@@ -23,13 +25,9 @@ void decode(KeyedUnarchiver& unarchiver, Arguments& a,
 }  // namespace
 
 void runInput(std::string_view input) {
-  std::uint32_t crc = ~0u;
-  for (const char byte : input) {
-    crc ^= static_cast<unsigned char>(byte);
-    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320u : 0u);
-  }
+  const std::uint32_t crc = crc32(input);
   std::string bytes(input);
-  for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<char>(~crc >> 8 * i));
+  for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<char>(crc >> 8 * i));
   const auto archive = ByteBuffer::copyOf(bytes.data(), bytes.size());
   Arguments a(input);
   // An entry of a list takes one byte in the archive and a text of 32 in memory, in an array that

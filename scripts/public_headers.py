@@ -192,7 +192,7 @@ def for_doxygen(path):
             if item.comment:
                 block(item.comment)
             # A macro is shown as what a caller sees of it.
-            print(f"#define {item.text}" if item.kind == "macro" else re.sub("KROSAC_API |KROSAC_SAC_CONSTANT ", "", item.text))
+            print(f"#define {item.text}" if item.kind == "macro" else re.sub("KROSAC_API |KROSAC_CONSTANT ", "", item.text))
 
 
 # ---- For the page of names ----

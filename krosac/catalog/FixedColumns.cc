@@ -3,14 +3,11 @@
 #include <cstdlib>
 
 #include "krosac/catalog/internal/FixedColumns.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
 namespace {
-
-bool isWhiteSpace(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 std::string_view behindWhiteSpace(std::string_view text) {
   return {std::find_if_not(text.begin(), text.end(), isWhiteSpace), text.end()};

@@ -1,6 +1,7 @@
 #include "krosac/catalog/kroHypocenter.h"
 
 #include "krosac/catalog/internal/CodedFields.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/timegeo/FlinnEngdahl.h"
 
 namespace krosac {

@@ -1,6 +1,7 @@
 #include "krosac/catalog/internal/FixedColumns.h"
 #include "krosac/catalog/kroHypocenter.h"
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

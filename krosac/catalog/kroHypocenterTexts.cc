@@ -1,5 +1,6 @@
 #include "krosac/catalog/internal/FixedColumns.h"
 #include "krosac/catalog/kroHypocenter.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

@@ -5,6 +5,7 @@
 
 #include "krosac/catalog/internal/CodedFields.h"
 #include "krosac/catalog/internal/FixedColumns.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

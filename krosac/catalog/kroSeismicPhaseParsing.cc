@@ -2,6 +2,7 @@
 
 #include "krosac/catalog/internal/FixedColumns.h"
 #include "krosac/catalog/kroSeismicPhase.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "krosac/platform/internal/Text.h"
+
 namespace krosac {
 namespace {
 

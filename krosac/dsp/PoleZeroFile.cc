@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "krosac/dsp/internal/PoleZeroFile.h"
-#include "krosac/platform/Text.h"
 #include "krosac/platform/internal/RegularFile.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

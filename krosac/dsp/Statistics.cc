@@ -7,10 +7,10 @@
 #include <limits>
 #include <numeric>
 
+#include "krosac/platform/Numbers.h"
+
 namespace krosac {
 namespace {
-
-constexpr float kUndefined = -12345.0f;
 
 bool nanLastLess(float a, float b) {
   return a < b || (std::isnan(b) && !std::isnan(a));
@@ -63,21 +63,21 @@ Split splitAt(float a, double eps, const float* x, int n) {
 }  // namespace
 
 float vmax(const float* x, int n) {
-  if (n == 0) return kUndefined;
+  if (n == 0) return kSacUndefinedFloat;
   float largest = -1e30f;
   for (int i = 0; i < n; ++i) largest = x[i] > largest ? x[i] : largest;
   return largest;
 }
 
 float vmin(const float* x, int n) {
-  if (n == 0) return kUndefined;
+  if (n == 0) return kSacUndefinedFloat;
   float smallest = 1e30f;
   for (int i = 0; i < n; ++i) smallest = x[i] < smallest ? x[i] : smallest;
   return smallest;
 }
 
 float vmean(const float* x, int n) {
-  if (n == 0) return kUndefined;
+  if (n == 0) return kSacUndefinedFloat;
   float sum = 0.0f;
   for (int i = 0; i < n; ++i) sum += x[i];
   return sum / static_cast<float>(n);
@@ -106,11 +106,11 @@ void sort(int n, float* x) {
 
 void mdian1(float* x, int n, float* median) {
   sort(n, x);
-  *median = n < 1 ? kUndefined : middle(x[(n + 1) / 2], x[n / 2 + 1]);
+  *median = n < 1 ? kSacUndefinedFloat : middle(x[(n + 1) / 2], x[n / 2 + 1]);
 }
 
 void mdian2(const float* x, int n, float* median) {
-  *median = kUndefined;
+  *median = kSacUndefinedFloat;
   if (n < 1) return;
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
   constexpr int kGuidedPasses = 20;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Crc32.h"
 
 // The format, where a number is a little-endian base-128 varint and a text is a number of bytes and
 // these bytes:
@@ -54,24 +55,6 @@ constexpr std::size_t fixedWidth(unsigned char type) {
     default:
       return 0;
   }
-}
-
-constexpr std::array<std::uint32_t, 256> makeCrcTable() {
-  std::array<std::uint32_t, 256> table{};
-  for (std::uint32_t i = 0; i < 256; ++i) {
-    std::uint32_t remainder = i;
-    for (int bit = 0; bit < 8; ++bit)
-      remainder = remainder >> 1 ^ (remainder & 1 ? 0xEDB88320u : 0u);
-    table[i] = remainder;
-  }
-  return table;
-}
-
-std::uint32_t crc32(std::string_view bytes) {
-  static constexpr auto table = makeCrcTable();
-  std::uint32_t crc = 0xFFFFFFFFu;
-  for (const char c : bytes) crc = crc >> 8 ^ table[(crc ^ static_cast<unsigned char>(c)) & 0xFF];
-  return ~crc;
 }
 
 template <typename T>

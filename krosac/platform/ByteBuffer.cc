@@ -13,8 +13,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "krosac/platform/Text.h"
 #include "krosac/platform/internal/RegularFile.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "krosac/platform/Text.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

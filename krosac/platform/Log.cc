@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "krosac/platform/Text.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

@@ -1,4 +1,4 @@
-#include "krosac/platform/Process.h"
+#include "krosac/platform/internal/Process.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <system_error>
 #include <utility>
+
+#include "krosac/platform/internal/Text.h"
 
 extern char** environ;
 

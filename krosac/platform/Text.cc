@@ -1,4 +1,4 @@
-#include "krosac/platform/Text.h"
+#include "krosac/platform/internal/Text.h"
 
 #include <locale.h>
 
@@ -8,10 +8,6 @@
 
 namespace krosac {
 namespace {
-
-bool isSpace(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 locale_t cLocale() {
   static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
@@ -54,8 +50,8 @@ std::string formatTextV(const char* format, va_list arguments) {
 
 std::string trimmedField(const char* field, std::size_t width) {
   std::size_t end = strnlen(field, width), begin = 0;
-  while (end > begin && isSpace(field[end - 1])) --end;
-  while (begin < end && isSpace(field[begin])) ++begin;
+  while (end > begin && isWhiteSpace(field[end - 1])) --end;
+  while (begin < end && isWhiteSpace(field[begin])) ++begin;
   return std::string(field + begin, end - begin);
 }
 

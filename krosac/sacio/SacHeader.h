@@ -10,12 +10,7 @@
 #include <stdint.h>
 
 #include "krosac/platform/Export.h"
-
-#ifdef __cplusplus
-#define KROSAC_SAC_CONSTANT constexpr
-#else
-#define KROSAC_SAC_CONSTANT static const
-#endif
+#include "krosac/platform/Numbers.h"
 
 KROSAC_C_BEGIN
 
@@ -166,19 +161,14 @@ static_assert(offsetof(SacHeader, NZYEAR) == 280, "70 floats");
 static_assert(offsetof(SacHeader, KSTNM) == 440, "40 integers");
 
 // The size of the header and so the place of the first sample in a file, in bytes.
-KROSAC_SAC_CONSTANT size_t kSacHeaderBytes = sizeof(SacHeader);
-
-// What a field without a value holds. The text is a field of 8; KEVNM has it and 8 more blanks.
-KROSAC_SAC_CONSTANT float kSacUndefinedFloat = -12345.0f;
-KROSAC_SAC_CONSTANT int32_t kSacUndefinedInt = -12345;
-KROSAC_SAC_CONSTANT char kSacUndefinedText[] = "-12345  ";
+KROSAC_CONSTANT size_t kSacHeaderBytes = sizeof(SacHeader);
 
 // Values that the library writes.
-KROSAC_SAC_CONSTANT int32_t kSacHeaderVersion = 6;     // NVHDR
-KROSAC_SAC_CONSTANT int32_t kSacTimeSeries = 1;        // IFTYPE: evenly sampled ("ITIME")
-KROSAC_SAC_CONSTANT int32_t kSacXY = 4;                // IFTYPE: x-y data, unevenly sampled
-KROSAC_SAC_CONSTANT int32_t kSacUnknownDependent = 5;  // IDEP: unknown kind
-KROSAC_SAC_CONSTANT int32_t kSacReferenceIsBegin = 9;  // IZTYPE: the reference time is that of B
+KROSAC_CONSTANT int32_t kSacHeaderVersion = 6;     // NVHDR
+KROSAC_CONSTANT int32_t kSacTimeSeries = 1;        // IFTYPE: evenly sampled ("ITIME")
+KROSAC_CONSTANT int32_t kSacXY = 4;                // IFTYPE: x-y data, unevenly sampled
+KROSAC_CONSTANT int32_t kSacUnknownDependent = 5;  // IDEP: unknown kind
+KROSAC_CONSTANT int32_t kSacReferenceIsBegin = 9;  // IZTYPE: the reference time is that of B
 
 // What new headers are copied from: every field undefined but IFTYPE (kSacTimeSeries), IDEP
 // (kSacUnknownDependent), LEVEN, LOVROK and LCALDA (1). NVHDR stays undefined, as intended: whoever
@@ -186,7 +176,5 @@ KROSAC_SAC_CONSTANT int32_t kSacReferenceIsBegin = 9;  // IZTYPE: the reference 
 extern KROSAC_API const SacHeader kSacHeaderTemplate;
 
 KROSAC_C_END
-
-#undef KROSAC_SAC_CONSTANT
 
 #endif

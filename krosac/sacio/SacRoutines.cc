@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/SacFile.h"
 #include "krosac/sacio/internal/HeaderNames.h"
 
@@ -21,10 +22,6 @@ T valueOr(const T* value, T otherwise) {
 template <typename T>
 void give(T* output, T value) {
   if (output) *output = value;
-}
-
-bool isWhiteSpace(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 char upper(char c) {

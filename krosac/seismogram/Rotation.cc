@@ -11,7 +11,7 @@
 namespace krosac {
 namespace {
 
-constexpr float kDegree = 0.017453292f;
+constexpr auto kDegree = static_cast<float>(kRadiansPerDegree);
 
 struct Direction {
   explicit Direction(float degrees)

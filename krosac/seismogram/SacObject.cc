@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 

@@ -570,12 +570,13 @@ class KROSAC_API SacObject : public Archivable {
   }
   template <std::size_t kWidth>
   std::string text(char (SacHeader::*member)[kWidth]) const {
-    return trimmedField(h_ ? h_->*member : kSacUndefinedText, h_ ? kWidth : 8);
+    return textOf(h_ ? h_->*member : kSacUndefinedText, h_ ? kWidth : 8);
   }
   template <std::size_t kWidth>
   void setText(char (SacHeader::*member)[kWidth], const char* value) {
     if (h_ && value) fillField(h_->*member, kWidth, value);
   }
+  static std::string textOf(const char* field, std::size_t width);
   static void fillField(char* field, std::size_t width, const char* value);
 
   // The buffer that h_ and seis_ point into.

@@ -1,6 +1,8 @@
 #include <cstring>
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/Numbers.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/seismogram/SacObject.h"
 
 namespace krosac {
@@ -8,10 +10,6 @@ namespace {
 
 constexpr const char* kStars = "\n***************************************************";
 constexpr const char* kDashes = "\n---------------------------------------------------";
-
-bool isDefined(float value) {
-  return value != kSacUndefinedFloat;
-}
 
 // One line with a value, if it is defined.
 void addLine(std::string& out, const char* format, float value) {

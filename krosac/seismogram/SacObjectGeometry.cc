@@ -1,17 +1,10 @@
+#include "krosac/platform/Numbers.h"
 #include "krosac/seismogram/SacObject.h"
 #include "krosac/timegeo/FlinnEngdahl.h"
 #include "krosac/timegeo/GreatCircle.h"
 
 namespace krosac {
-namespace {
-
-constexpr double kKilometresPerDegree = 111.19;
-
-bool isDefined(float value) {
-  return value != kSacUndefinedFloat;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 bool SacObject::computeDistAzBAz() {
   if (!h_ || !isDefined(h_->EVLA) || !isDefined(h_->EVLO) || !isDefined(h_->STLA) ||

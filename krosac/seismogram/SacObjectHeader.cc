@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "krosac/dsp/internal/Series.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/seismogram/SacObject.h"
 
 namespace krosac {
@@ -100,7 +101,7 @@ std::int64_t SacObject::nextPowerOfTwoPts() const {
 }
 
 float SacObject::gamma() const {
-  constexpr float kDegree = 0.017453292f;
+  constexpr auto kDegree = static_cast<float>(kRadiansPerDegree);
   return userValue(2) * std::cos((azimuth() - userValue(1)) * kDegree);
 }
 

@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/ByteOrder.h"
 #include "krosac/seismogram/SacObject.h"
 #include "krosac/timegeo/Calendar.h"

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/Numbers.h"
 #include "krosac/platform/internal/TruncIndex.h"
 #include "krosac/seismogram/SacObject.h"
 #include "krosac/source/BodyWaveResponse.h"
@@ -12,16 +13,11 @@
 namespace krosac {
 namespace {
 
-constexpr float kKilometresPerDegree = 111.19f;
 constexpr float kFarthestMark = 100.0f;          // degrees
 constexpr float kDeepestInKilometres = 1000.0f;  // a greater depth is in metres
 constexpr float kUnmarkedArrival = 5.0f;         // s
 constexpr std::size_t kTableOfP = 118 * 14, kTableOfS = 120 * 14;
 constexpr int kSKey = 0, kPKey = 10, kPSlownessKey = 2, kSSlownessKey = 3;
-
-bool isDefined(float value) {
-  return value != kSacUndefinedFloat;
-}
 
 // The parts of the block of GetBWResponse: what goes in at a place is overwritten by what comes out
 // there.
@@ -45,7 +41,7 @@ void SacObject::markFromTables(const char* method, bool withSlowness) {
   ts.fill(kUnread);
   ReadJBTables(tp.data(), ts.data());
 
-  const float arc = distance() / kKilometresPerDegree;
+  const float arc = distance() / static_cast<float>(kKilometresPerDegree);
   if (arc > kFarthestMark) return;
   const float depth = evdp() > kDeepestInKilometres ? evdp() / 1000.0f : evdp();
   float pTime = 0.0f, sTime = 0.0f, pSlowness = 0.0f, sSlowness = 0.0f;

@@ -2,6 +2,7 @@
 
 #include <climits>
 
+#include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/ByteOrder.h"
 #include "krosac/seismogram/SacObject.h"
 

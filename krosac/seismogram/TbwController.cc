@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "krosac/platform/Log.h"
-#include "krosac/platform/Process.h"
+#include "krosac/platform/internal/Process.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

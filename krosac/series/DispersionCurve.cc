@@ -5,14 +5,14 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "krosac/platform/Numbers.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/timegeo/GreatCircle.h"
 
 namespace krosac {
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 constexpr std::size_t kLongestLine = 4095;
-constexpr double kKilometresPerDegree = 111.19;
 
 // Takes fields off a line from left to right, as scanf does: once one does not scan, it and all
 // behind it are left as they are.
@@ -28,8 +28,8 @@ class FieldScanner {
     return *this;
   }
   FieldScanner& word(OptionalText& text) {
-    const char* start = std::find_if_not(at_, end_, isWhite);
-    const char* behind = std::find_if(start, end_, isWhite);
+    const char* start = std::find_if_not(at_, end_, isWhiteSpace);
+    const char* behind = std::find_if(start, end_, isWhiteSpace);
     isGood_ = isGood_ && start != behind;
     if (isGood_) text = std::string(start, behind);
     if (isGood_) at_ = behind;
@@ -46,8 +46,6 @@ class FieldScanner {
   }
 
  private:
-  static bool isWhite(char c) { return kWhiteSpace.find(c) != std::string_view::npos; }
-
   template <typename T, typename Convert>
   FieldScanner& convert(T& value, Convert toNumber) {
     char* behind = nullptr;
@@ -90,7 +88,9 @@ class DispersionCurve::Lines {
     const std::size_t length = std::min(rest_.find('\n'), rest_.size());
     if (length == 0) return false;
     line_ = rest_.substr(0, std::min(length, kLongestLine));
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(kWhiteSpace, length), rest_.size()));
+    const auto next = std::find_if_not(rest_.begin() + static_cast<std::ptrdiff_t>(length),
+                                       rest_.end(), isWhiteSpace);
+    rest_ = {next, rest_.end()};
     return true;
   }
   const std::string& line() const { return line_; }

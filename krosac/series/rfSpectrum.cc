@@ -5,13 +5,13 @@
 #include <optional>
 
 #include "krosac/dsp/internal/PackedSpectrum.h"
+#include "krosac/platform/Numbers.h"
 #include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
 namespace {
 
 constexpr double kPi = 3.141592653589793;
-constexpr float kNoValue = -12345.0f;
 
 // The values that are both stated and in the buffer; none where there are fewer than two.
 std::optional<PackedBins> binsOf(const kroSpectrum& s) {
@@ -86,7 +86,7 @@ float overBand(const kroSpectrum& spectrum, float f1, float f2, MeasureBand meas
   const auto s = binsOf(spectrum);
   if (!s || s->df() == 0.0f) return 0.0f;
   const auto band = bandBetween(*s, f1, f2);
-  return band ? measureBand(*s, *band) : kNoValue;
+  return band ? measureBand(*s, *band) : kSacUndefinedFloat;
 }
 
 }  // namespace

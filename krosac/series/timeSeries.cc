@@ -1,5 +1,7 @@
 #include "krosac/series/timeSeries.h"
 
+#include "krosac/platform/internal/Text.h"
+
 namespace krosac {
 
 Ref<Object> timeSeries::init() {

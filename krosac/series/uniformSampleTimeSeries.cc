@@ -8,14 +8,11 @@
 #include "krosac/dsp/internal/Pulse.h"
 #include "krosac/dsp/internal/Series.h"
 #include "krosac/dsp/internal/Weights.h"
+#include "krosac/platform/Numbers.h"
 #include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
-namespace {
-
-constexpr float kNoValue = -12345.0f;
-
-}  // namespace
+namespace {}  // namespace
 
 // ---- Making and fields ----
 
@@ -139,12 +136,12 @@ void uniformSampleTimeSeries::taper(float fraction) {
 
 float uniformSampleTimeSeries::simpleRMS() const {
   const auto x = samples();
-  return x.empty() ? kNoValue : std::sqrt(sumOfSquares(x) / static_cast<float>(x.size()));
+  return x.empty() ? kSacUndefinedFloat : std::sqrt(sumOfSquares(x) / static_cast<float>(x.size()));
 }
 
 float uniformSampleTimeSeries::signalPower() const {
   const auto x = samples();
-  return x.empty() ? kNoValue : delta_ * sumOfSquares(x);
+  return x.empty() ? kSacUndefinedFloat : delta_ * sumOfSquares(x);
 }
 
 float uniformSampleTimeSeries::area() const {
@@ -160,7 +157,7 @@ float uniformSampleTimeSeries::centroid() const {
     sum += x[i];
     moment += static_cast<float>(i) * delta_ * x[i];
   }
-  return sum == 0.0 ? kNoValue : static_cast<float>(moment / sum);
+  return sum == 0.0 ? kSacUndefinedFloat : static_cast<float>(moment / sum);
 }
 
 bool uniformSampleTimeSeries::covers(float t) const {
@@ -173,13 +170,13 @@ float uniformSampleTimeSeries::lookupValueAtRelativeTime(float t) const {
   const auto x = samples();
   // The time is first truncated to whole seconds; this is intended.
   const std::int64_t k = truncIndex(std::trunc(t) / delta_);
-  if (!covers(t) || k == kNoIndex) return kNoValue;
+  if (!covers(t) || k == kNoIndex) return kSacUndefinedFloat;
   return x[static_cast<std::size_t>(std::min(k, std::ssize(x) - 1))];
 }
 
 float uniformSampleTimeSeries::interpolateValueAtRelativeTime(float t) const {
   const auto x = samples();
-  if (!covers(t)) return kNoValue;
+  if (!covers(t)) return kSacUndefinedFloat;
   if (t == 0.0f) return x[0];
   // The last sample, whose time may be infinite, before a place is looked for.
   if (t == delta_ * static_cast<float>(x.size() - 1)) return x.back();

@@ -2,13 +2,13 @@
 
 #include <cmath>
 
+#include "krosac/platform/Numbers.h"
 #include "krosac/source/internal/RadiationTerms.h"
 #include "krosac/timegeo/GreatCircle.h"
 
 namespace krosac {
 namespace {
 
-constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kDefaultVelocity = 6.2;
 constexpr double kDefaultDensity = 2.67;
 constexpr double kFourPi = 12.5663708;

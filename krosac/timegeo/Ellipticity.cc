@@ -4,12 +4,13 @@
 #include <cmath>
 #include <limits>
 
+#include "krosac/platform/Numbers.h"
 #include "krosac/timegeo/GreatCircle.h"
 
 namespace krosac {
 namespace {
 
-constexpr float kDegreesToRadians = 0.017453292f;
+constexpr auto kDegree = static_cast<float>(kRadiansPerDegree);
 constexpr double kHalfSqrt3 = 0.8660253882408142;
 constexpr int kLastRow = 7;
 constexpr int kLastNode = 20;
@@ -31,8 +32,8 @@ float ellipCorrection(float sourceLatitude, float sourceLongitude, float sourceD
     return std::numeric_limits<float>::quiet_NaN();
   }
   distance = std::min(distance, kLastNode * kNodeSpacing);
-  const float theta = (90.0f - sourceLatitude) * kDegreesToRadians;
-  const float zeta = azimuth * kDegreesToRadians;
+  const float theta = (90.0f - sourceLatitude) * kDegree;
+  const float zeta = azimuth * kDegree;
 
   const int i = static_cast<int>(std::floor(distance / kNodeSpacing));
   const float fD = (distance - kNodeSpacing * static_cast<float>(i)) / kNodeSpacing;

@@ -4,11 +4,12 @@
 #include <cmath>
 #include <limits>
 
+#include "krosac/platform/Numbers.h"
+
 namespace krosac {
 namespace {
 
-constexpr double kDegreesToRadians = 0.017453292519943295;
-constexpr double kRadiansToDegrees = 57.29577951308232;
+constexpr double kDegreesPerRadian = 57.29577951308232;
 constexpr double kLatitudeFactor = 0.9966102;
 
 struct DirectionCosines {
@@ -18,7 +19,7 @@ struct DirectionCosines {
 
 DirectionCosines directionCosines(float latitude, float longitude) {
   double out[4], reducedLongitude;
-  dbpt(out, &reducedLongitude, latitude, longitude, kDegreesToRadians);
+  dbpt(out, &reducedLongitude, latitude, longitude, kRadiansPerDegree);
   return {out[0], out[1], out[2], out[3]};
 }
 
@@ -69,26 +70,26 @@ void delta_az(const float* lat1, const float* lon1, const float* lat2, const flo
   const double x = p1.cosLat * p2.sinLat - p1.sinLat * p2.cosLat * cosDlon;
 
   const auto radians = static_cast<float>(std::atan2(y, x));
-  auto degrees = static_cast<float>(radians / kDegreesToRadians);
+  auto degrees = static_cast<float>(radians / kRadiansPerDegree);
   if (degrees < 0.0f) degrees += 360.0f;
   if (distance)
-    *distance = static_cast<float>(std::acos(clampedToUnit(cosDistance)) / kDegreesToRadians);
+    *distance = static_cast<float>(std::acos(clampedToUnit(cosDistance)) / kRadiansPerDegree);
   if (azimuth) *azimuth = degrees;
 }
 
 void latLonFromDistAz(float* latitude, float* longitude, float radius, float startLatitude,
                       float startLongitude, float distance, float azimuth) {
   const double d = static_cast<double>(distance) / static_cast<double>(radius);
-  const double a = azimuth * kDegreesToRadians;
-  const double p = startLatitude * kDegreesToRadians;
+  const double a = azimuth * kRadiansPerDegree;
+  const double p = startLatitude * kRadiansPerDegree;
 
   const double sine = std::cos(a) * std::cos(p) * std::sin(d) + std::sin(p) * std::cos(d);
   const double x = std::cos(p) * std::cos(d) - std::sin(p) * std::sin(d) * std::cos(a);
   const double y = std::sin(a) * std::sin(d);
-  const double offset = x == 0.0 && y == 0.0 ? 0.0 : std::atan2(y, x) * kRadiansToDegrees;
+  const double offset = x == 0.0 && y == 0.0 ? 0.0 : std::atan2(y, x) * kDegreesPerRadian;
 
   const auto radians = static_cast<float>(std::asin(clampedToUnit(sine)));
-  if (latitude) *latitude = static_cast<float>(radians * kRadiansToDegrees);
+  if (latitude) *latitude = static_cast<float>(radians * kDegreesPerRadian);
   if (longitude) *longitude = static_cast<float>(startLongitude + offset);
 }
 

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <limits>
 
-#include "krosac/platform/Text.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/timegeo/Calendar.h"
 
 namespace krosac {

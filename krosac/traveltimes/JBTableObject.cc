@@ -17,7 +17,7 @@ Ref<Object> JBTableObject::init() {
 SeismicPhase JBTableObject::GetJBPhase_GCARC_Depth(std::string_view phase, float gcarc,
                                                    float depth) const {
   const PhaseKey key(phase);
-  SeismicPhase p{kNoTime, kNoTime}, s = p, found = p;
+  SeismicPhase p{kSacUndefinedFloat, kSacUndefinedFloat}, s = p, found = p;
   const auto fromTable = [&](const float* table, std::int32_t rows) {
     GetJBTimeSlowness(nullptr, table, rows, &found.time, &found.slowness, gcarc, depth);
     return found;

@@ -23,7 +23,7 @@ bool readBlock(TravelTimeScanner& file, float* table, std::size_t elements) {
 // Time and slowness in the bracket of row and row + 1, column and column + 1.
 SeismicPhase interpolate(const Corners& t, float depthWeight, float distanceWeight) {
   return {t.bilinear(1.0f - depthWeight, depthWeight, distanceWeight),
-          static_cast<float>((t.farLower - t.nearLower) / kKmPerDegree)};
+          static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree)};
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ void ReadJBTablePhase(const char* phase, float* table, std::int32_t* rows) {
 
 void GetJBTimes(const float* tp, const float* ts, float* pTime, float* sTime, float* pSlowness,
                 float* sSlowness, float gcarc, float depth) {
-  SeismicPhase p{kNoTime, kNoTime}, s = p;
+  SeismicPhase p{kSacUndefinedFloat, kSacUndefinedFloat}, s = p;
   if (std::isfinite(gcarc) && gcarc < 108.0f && !std::isnan(depth)) {
     if (depth <= 0.0f) depth = 0.1f;
     if (depth > 761.0f) depth = 761.0f;
@@ -90,7 +90,7 @@ void GetJBTimeSlowness(const char*, const float* table, std::int32_t rows, float
   if (depth > 715.0f) depth = 714.9f;
   if (gcarc == 0.0f) gcarc = 0.0001f;
   if (gcarc == 180.0f) gcarc = 179.9999f;
-  SeismicPhase found{kNoTime, kNoTime};
+  SeismicPhase found{kSacUndefinedFloat, kSacUndefinedFloat};
   const std::int32_t row = rowBefore(gcarc, rows);
   if (row + 1 != rows && std::isfinite(gcarc) && !std::isnan(depth)) {
     const std::size_t column = columnAbove(kPhaseDepths, depth);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 
+#include "krosac/platform/internal/Text.h"
 #include "krosac/traveltimes/internal/PhaseTable.h"
 #include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
@@ -103,7 +104,7 @@ SeismicPhaseTimeSlowness LocsatTTTable::GetTTimeSlownessesForGCARC_Depth(float g
   const double perDegree = ((d01 - d00) * fz + (d11 - d10) * (1 - fz)) / (gB - gA);
   const double perKm = ((d01 - d11) * fg + (d00 - d10) * (1 - fg)) / (zA - zB);
   return {static_cast<float>(time),
-          static_cast<float>(static_cast<float>(perDegree) / kKmPerDegree),
+          static_cast<float>(static_cast<float>(perDegree) / kKilometresPerDegree),
           static_cast<float>(perKm)};
 }
 

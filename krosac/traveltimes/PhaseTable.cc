@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "krosac/platform/internal/Text.h"
 #include "krosac/traveltimes/internal/PhaseTable.h"
 #include "krosac/traveltimes/internal/TravelTimeScanner.h"
 

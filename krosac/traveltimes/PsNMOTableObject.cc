@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "krosac/platform/Numbers.h"
 #include "krosac/traveltimes/internal/PsNMOTables.h"
 
 namespace krosac {
 namespace {
-
-constexpr float kNoValue = -12345.0f;
 
 // The four curves around a point: a and b at the upper source depth, c and d at the lower one, a
 // and c at the shorter distance.
@@ -49,7 +48,9 @@ Ref<Object> PsNMOTableObject::init() {
 
 PsNMO PsNMOTableObject::FetchNMOForSrcDepth_Gcarc(float srcdepth, float gcarc) const {
   const std::int32_t index = psNMOCurveIndexClosestTo(srcdepth, gcarc);
-  if (index < 0) return {kNoValue, kNoValue, kNoValue, kNoValue, {}, {}, {}};
+  if (index < 0)
+    return {
+        kSacUndefinedFloat, kSacUndefinedFloat, kSacUndefinedFloat, kSacUndefinedFloat, {}, {}, {}};
   return nmos_[index];
 }
 
@@ -57,7 +58,7 @@ float PsNMOTableObject::bilinearDepthFromTime_SrcDepth_Gcarc(float time, float s
                                                              float gcarc) const {
   if (time == 0.0f) return 0.0f;
   Bracket bracket;
-  if (!(time > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kNoValue;
+  if (!(time > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kSacUndefinedFloat;
   // Both curves are of the same source depth, so that the divisor is 0: intended.
   const float depthStep = bracket.b->srcdepth - bracket.a->srcdepth;
   return bracket.bilinear(depthFromTime, time, srcdepth, gcarc, depthStep);
@@ -67,7 +68,7 @@ float PsNMOTableObject::bilinearTimeFromDepth_SrcDepth_Gcarc(float depth, float 
                                                              float gcarc) const {
   if (depth == 0.0f) return 0.0f;
   Bracket bracket;
-  if (!(depth > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kNoValue;
+  if (!(depth > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kSacUndefinedFloat;
   const float depthStep = bracket.c->srcdepth - bracket.a->srcdepth;
   return bracket.bilinear(timeFromDepth, depth, srcdepth, gcarc, depthStep);
 }

@@ -53,7 +53,7 @@ TTTableObject::Table TTTableObject::tableOf(std::string_view phase) const {
 
 SeismicPhase TTTableObject::GetTTPhase_GCARC_Depth(std::string_view phase, float gcarc,
                                                    float depth) const {
-  SeismicPhase found{kNoTime, kNoTime};
+  SeismicPhase found{kSacUndefinedFloat, kSacUndefinedFloat};
   if (const auto [values, rows] = tableOf(phase); values) {
     GetTTTimeSlowness(nullptr, values, rows, &found.time, &found.slowness, gcarc, depth);
   }
@@ -62,7 +62,7 @@ SeismicPhase TTTableObject::GetTTPhase_GCARC_Depth(std::string_view phase, float
 
 SeismicPhaseTimeSlowness TTTableObject::GetTTimeSlownessesForPhase_GCARC_Depth(
     std::string_view phase, float gcarc, float depth) const {
-  SeismicPhaseTimeSlowness found{kNoTime, kNoTime, kNoTime};
+  SeismicPhaseTimeSlowness found{kSacUndefinedFloat, kSacUndefinedFloat, kSacUndefinedFloat};
   if (const auto [values, rows] = tableOf(phase); values) {
     GetTTTimeSlownesses(nullptr, values, rows, &found.time, &found.slowness, &found.depthDerivative,
                         gcarc, depth);

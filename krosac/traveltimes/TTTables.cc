@@ -48,24 +48,24 @@ void ReadTTTablePhase(const char* prefix, const char* phase, float* table, std::
 
 void GetTTTimeSlowness(const char*, const float* table, std::int32_t rows, float* time,
                        float* slowness, float gcarc, float depth) {
-  *time = *slowness = kNoTime;
+  *time = *slowness = kSacUndefinedFloat;
   if (const auto bracket = bracketOf(table, rows, gcarc, depth)) {
     const Corners& t = bracket->t;
     *time = bracket->time;
-    *slowness = static_cast<float>((t.farLower - t.nearLower) / kKmPerDegree);
+    *slowness = static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree);
   }
 }
 
 void GetTTTimeSlownesses(const char*, const float* table, std::int32_t rows, float* time,
                          float* slowness, float* depthDerivative, float gcarc, float depth) {
-  *time = *slowness = *depthDerivative = kNoTime;
+  *time = *slowness = *depthDerivative = kSacUndefinedFloat;
   if (const auto bracket = bracketOf(table, rows, gcarc, depth)) {
     const Corners& t = bracket->t;
     const double across = (t.farUpper - t.nearUpper) + (t.farLower - t.nearLower);
     const double nearUpper = t.nearUpper, farUpper = t.farUpper;
     const double upward = (nearUpper - t.nearLower) + (farUpper - t.farLower);
     *time = bracket->time;
-    *slowness = static_cast<float>(across * 0.5 / kKmPerDegree);
+    *slowness = static_cast<float>(across * 0.5 / kKilometresPerDegree);
     *depthDerivative =
         static_cast<float>(upward * 0.5 / (bracket->upperDepth - bracket->lowerDepth));
   }

@@ -8,6 +8,7 @@
 #include "CapturedLog.h"
 #include "krosac/catalog/kroHypocenter.h"
 #include "krosac/catalog/kroSeismicOrigin.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

@@ -1,4 +1,4 @@
-#include "krosac/platform/Process.h"
+#include "krosac/platform/internal/Process.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>

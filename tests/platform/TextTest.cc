@@ -1,5 +1,5 @@
 // Dates, texts, the log, and the search for data files, of which the log tells.
-#include "krosac/platform/Text.h"
+#include "krosac/platform/internal/Text.h"
 
 #include <clocale>
 #include <cmath>

@@ -10,6 +10,7 @@
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
 #include "krosac/krosac.h"
+#include "krosac/platform/internal/Crc32.h"
 #include "robustness/ReferenceBits.h"
 #include "seismogram/Traces.h"
 
@@ -212,12 +213,7 @@ class Node : public Archivable {
 
 // The bytes of an archive with its checksum made good again.
 Ref<ByteBuffer> withChecksum(Bytes bytes) {
-  std::uint32_t crc = 0xFFFFFFFFu;
-  for (const char c : bytes) {
-    crc ^= static_cast<unsigned char>(c);
-    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320u : 0u);
-  }
-  return bufferOf(bytes + bytesOf(~crc));
+  return bufferOf(bytes + bytesOf(crc32(bytes)));
 }
 
 // Each byte of an archive in turn becomes a number that, where it counts something, counts too

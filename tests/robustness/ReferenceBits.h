@@ -12,6 +12,8 @@
 
 #include "TemporaryFolder.h"
 #include "krosac/krosac.h"
+#include "krosac/platform/internal/Process.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac::reference {
 

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "CapturedLog.h"
+#include "krosac/platform/internal/Text.h"
 #include "seismogram/Traces.h"
 
 namespace krosac {

@@ -6,6 +6,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/source/BodyWaveResponse.h"
 #include "krosac/traveltimes/JBTableObject.h"
 #include "seismogram/Traces.h"

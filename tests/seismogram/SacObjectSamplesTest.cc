@@ -7,6 +7,7 @@
 #include "CapturedLog.h"
 #include "SpectralTraces.h"
 #include "krosac/dsp/Decimation.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {

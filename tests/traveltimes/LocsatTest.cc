@@ -1,3 +1,4 @@
+#include "krosac/platform/internal/Text.h"
 #include "krosac/traveltimes/LocsatTTController.h"
 #include "krosac/traveltimes/LocsatTTTable.h"
 #include "traveltimes/TableFolder.h"

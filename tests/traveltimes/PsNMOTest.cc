@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "krosac/platform/Text.h"
+#include "krosac/platform/internal/Text.h"
 #include "krosac/traveltimes/PsNMOTableObject.h"
 #include "traveltimes/TableFolder.h"
 

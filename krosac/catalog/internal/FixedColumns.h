@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "krosac/platform/Date.h"
-#include "krosac/platform/Text.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 

@@ -7,10 +7,9 @@
 #include <cstdint>
 #include <string_view>
 
-namespace krosac {
+#include "krosac/platform/Numbers.h"
 
-inline constexpr float kNoTime = -12345.0f;
-inline constexpr double kKmPerDegree = 111.19;
+namespace krosac {
 
 // A phase file has at most this many rows that are read.
 inline constexpr std::int32_t kMostRows = 360;

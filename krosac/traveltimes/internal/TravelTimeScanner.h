@@ -14,22 +14,10 @@
 #include <string_view>
 
 #include "krosac/platform/Resources.h"
-#include "krosac/platform/Text.h"
 #include "krosac/platform/internal/RegularFile.h"
+#include "krosac/platform/internal/Text.h"
 
 namespace krosac {
-
-inline bool isWhiteSpace(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-inline bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-inline char lowerCase(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 // The number at the start of a NUL-terminated text, by the grammar and rounding of strtof in the C
 // locale. Gives the end of the number; `text`, and no value, where there is none.

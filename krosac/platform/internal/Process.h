@@ -1,6 +1,6 @@
 // Programs run as child processes.
-#ifndef KROSAC_PLATFORM_PROCESS_H
-#define KROSAC_PLATFORM_PROCESS_H
+#ifndef KROSAC_PLATFORM_INTERNAL_PROCESS_H
+#define KROSAC_PLATFORM_INTERNAL_PROCESS_H
 
 #include <optional>
 #include <string>

@@ -1,0 +1,51 @@
+#include "krosac/platform/LastReason.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Reason.h"
+#include "krosac/platform/internal/Text.h"
+
+namespace krosac {
+namespace {
+
+thread_local char reason[1024] = "";
+
+}  // namespace
+
+extern "C" const char* lastReason(void) {
+  return reason;
+}
+
+void clearReason() noexcept {
+  reason[0] = '\0';
+}
+
+void setReason(const char* format, ...) noexcept {
+  const int systemError = errno;
+  {
+    CLocaleScope cLocaleHere;
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(reason, sizeof reason, format, arguments);
+    va_end(arguments);
+  }
+  if (std::getenv("KROSAC_DEBUG")) {
+    try {
+      log("%s", reason);
+    } catch (const std::bad_alloc&) {  // the reason itself is kept
+    }
+  }
+  errno = systemError;
+}
+
+void setSystemReason(const char* path) noexcept {
+  setReason("%s: %s", path, std::strerror(errno));
+}
+
+}  // namespace krosac
