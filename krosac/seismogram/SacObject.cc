@@ -54,6 +54,10 @@ void SacObject::samplesChanged() {
   mSeisHasChanged_ = true;
 }
 
+std::string SacObject::textOf(const char* field, std::size_t width) {
+  return trimmedField(field, width);
+}
+
 void SacObject::fillField(char* field, std::size_t width, const char* value) {
   const std::size_t length = strnlen(value, width);
   std::memcpy(field, value, length);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 
+#include "krosac/platform/internal/Text.h"
 #include "krosac/seismogram/SacObject.h"
 #include "sacio/SacImage.h"
 
