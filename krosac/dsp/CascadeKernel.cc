@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "krosac/dsp/internal/Kernels.h"
-#include "krosac/dsp/internal/Vectors.h"
+#include "krosac/dsp/internal/simd/Vectors.h"
 
 namespace krosac::KROSAC_KERNELS {
 namespace {

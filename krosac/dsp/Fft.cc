@@ -12,9 +12,9 @@ namespace krosac {
 namespace {
 
 // exp(i*k*theta) for k = 0, 1, 2, ... by a recurrence that stays accurate for small angles.
-class Rotation {
+class Twiddle {
  public:
-  explicit Rotation(double theta) : wpi_(std::sin(theta)) {
+  explicit Twiddle(double theta) : wpi_(std::sin(theta)) {
     const double s = std::sin(0.5 * theta);
     wpr_ = -2.0 * s * s;
   }
@@ -62,7 +62,7 @@ void four1(float* data, unsigned long nn, int isign) {
   reverseBits(data, nn);
   for (unsigned long mmax = 2; mmax < n; mmax *= 2) {
     const unsigned long istep = 2 * mmax;
-    Rotation w(isign * (6.28318530717959 / static_cast<double>(mmax)));
+    Twiddle w(isign * (6.28318530717959 / static_cast<double>(mmax)));
     for (unsigned long m = 1; m < mmax; m += 2, w.advance()) {
       for (unsigned long i = m; i <= n; i += istep) {
         const unsigned long j = i + mmax;
@@ -87,7 +87,7 @@ void realft(float* data, unsigned long n, int isign) {
   const double theta = 3.141592653589793 / static_cast<double>(n / 2);
   if (forward) four1(data, n / 2, 1);
 
-  Rotation w(forward ? theta : -theta);
+  Twiddle w(forward ? theta : -theta);
   for (unsigned long i = 2; i <= n / 4; ++i) {
     w.advance();
     const unsigned long i1 = 2 * i - 1;

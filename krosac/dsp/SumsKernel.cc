@@ -2,7 +2,7 @@
 #include <cstddef>
 
 #include "krosac/dsp/internal/Kernels.h"
-#include "krosac/dsp/internal/Vectors.h"
+#include "krosac/dsp/internal/simd/Vectors.h"
 
 namespace krosac::KROSAC_KERNELS {
 namespace {
@@ -14,19 +14,15 @@ constexpr std::size_t kVectors = 4;
 #endif
 constexpr std::size_t kTile = 8 * kVectors;
 
-std::size_t least(std::size_t a, std::size_t b) {
-  return a < b ? a : b;
-}
-
 template <std::size_t kCount>
 struct Sums {
   Float8 sum[kCount];
 
   Sums() {
-    for (Float8& s : sum) s = eightTimes(0.0f);
+    for (Float8& s : sum) s = broadcast8(0.0f);
   }
   void add(float factor, const float* x) {
-    const Float8 factors = eightTimes(factor);
+    const Float8 factors = broadcast8(factor);
 #pragma GCC unroll 8
     for (std::size_t v = 0; v < kCount; ++v) sum[v] = sum[v] + load8(x + 8 * v) * factors;
   }
@@ -39,11 +35,11 @@ struct Sums {
 template <std::size_t kCount>
 void convolveTile(const float* a, const float* b, float* out, std::size_t i, std::size_t m) {
   Sums<kCount> sums;
-  const std::size_t whole = least(m, i + 2);
+  const std::size_t whole = minimum(m, i + 2);
   for (std::size_t k = 0; k < whole; ++k) sums.add(b[k], a + (i + 1 - k));
   sums.put(out + i);
   const std::size_t end = i + 8 * kCount;
-  for (std::size_t k = whole; k < least(m, end + 1); ++k)
+  for (std::size_t k = whole; k < minimum(m, end + 1); ++k)
     for (std::size_t j = k - 1; j < end; ++j) out[j] += a[j + 1 - k] * b[k];
 }
 
@@ -68,7 +64,7 @@ void convolve(const float* a, const float* b, float* out, std::size_t n, std::si
   for (; i < n; ++i) {
     float sum = 0.0f;
     // a[n] is not there.
-    for (std::size_t k = i + 1 < n ? 0 : 1; k < least(m, i + 2); ++k) sum += a[i + 1 - k] * b[k];
+    for (std::size_t k = i + 1 < n ? 0 : 1; k < minimum(m, i + 2); ++k) sum += a[i + 1 - k] * b[k];
     out[i] = sum;
   }
   for (i = 0; i < n; ++i) out[i] *= scale;

@@ -8,7 +8,7 @@
 namespace krosac::plain {
 
 // exp(i k theta) for k = 0, 1, ... by a recurrence.
-struct Rotation {
+struct Twiddle {
   double theta, re = 1.0, im = 0.0;
   void advance() {
     const double half = std::sin(0.5 * theta), wpr = -2.0 * half * half, wpi = std::sin(theta);
@@ -27,7 +27,7 @@ inline void four1(float* data, unsigned long nn, int isign) {
     j += m;
   }
   for (unsigned long mmax = 2; mmax < n; mmax *= 2) {
-    Rotation w{isign * (6.28318530717959 / static_cast<double>(mmax))};
+    Twiddle w{isign * (6.28318530717959 / static_cast<double>(mmax))};
     for (unsigned long m = 1; m < mmax; m += 2, w.advance()) {
       for (unsigned long i = m; i <= n; i += 2 * mmax) {
         const unsigned long j = i + mmax;
@@ -45,7 +45,7 @@ inline void four1(float* data, unsigned long nn, int isign) {
 inline void realft(float* data, unsigned long n, int isign) {
   const float sign = isign == 1 ? 1.0f : -1.0f, c2 = -0.5f * sign, scale = isign == 1 ? 1.0f : 0.5f;
   if (isign == 1) four1(data, n / 2, 1);
-  Rotation w{sign * 3.141592653589793 / static_cast<double>(n / 2)};
+  Twiddle w{sign * 3.141592653589793 / static_cast<double>(n / 2)};
   for (unsigned long i = 2; i <= n / 4; ++i) {
     w.advance();
     const unsigned long i1 = 2 * i - 1, i2 = i1 + 1, i3 = n + 3 - i2, i4 = i3 + 1;
