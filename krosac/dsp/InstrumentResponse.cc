@@ -5,33 +5,33 @@
 #include <cstddef>
 #include <iterator>
 
-#include "krosac/dsp/internal/InstrumentResponse.h"
+#include "krosac/dsp/internal/PolesAndZeros.h"
 
 namespace krosac {
 namespace {
 
-constexpr float kZerosAtOrigin[6] = {};
-constexpr float kLongPeriodPoles[] = {-0.257f,   0.3376f, -0.257f,   -0.3376f,
-                                      -0.06283f, 0.0f,    -0.06283f, 0.0f};
-// The fifth short-period pole repeats the fourth instead of conjugating it; that is intended.
-constexpr float kShortPeriodPoles[] = {-5.0136609f, 6.4151092f, -5.0136609f, -6.4151092f,
-                                       -8.298151f,  0.0f,       -8.6940765f, -7.196866f,
-                                       -8.6940765f, -7.196866f};
-constexpr float kWoodAndersonPoles[] = {-6.2831855f, 4.712389f, -6.2831855f, -4.712389f};
-
-constexpr PolesAndZeros kInstruments[] = {{3, kZerosAtOrigin, 4, kLongPeriodPoles, 0.5985275f},
-                                          {3, kZerosAtOrigin, 5, kShortPeriodPoles, 397.54767f},
-                                          {2, kZerosAtOrigin, 2, kWoodAndersonPoles, 2800.0f}};
+constexpr PolesAndZeros kInstruments[] = {
+    {.zeros = {.count = 3},
+     .poles = {4, {-0.257f, 0.3376f, -0.257f, -0.3376f, -0.06283f, 0.0f, -0.06283f, 0.0f}},
+     .constant = 0.5985275f},
+    // The fifth short-period pole repeats the fourth in place of its conjugate; that is intended.
+    {.zeros = {.count = 3},
+     .poles = {5,
+               {-5.0136609f, 6.4151092f, -5.0136609f, -6.4151092f, -8.298151f, 0.0f, -8.6940765f,
+                -7.196866f, -8.6940765f, -7.196866f}},
+     .constant = 397.54767f},
+    {.zeros = {.count = 2},
+     .poles = {2, {-6.2831855f, 4.712389f, -6.2831855f, -4.712389f}},
+     .constant = 2800.0f}};
 
 constexpr std::size_t kBlock = 64;
 
-// Complex arithmetic is written out, since compilers differ in how they multiply and divide complex
-// numbers.
-struct Block {
+// The product of i*omega - root over the roots, at up to kBlock frequencies. Complex arithmetic is
+// written out, because compilers differ in how they multiply and divide complex numbers.
+struct Product {
   double re[kBlock], im[kBlock];
 
-  // The product of i*omega - root over the roots, at up to kBlock frequencies.
-  Block(int count, const float* roots, std::span<const double> omega) {
+  Product(int count, const float* roots, std::span<const double> omega) {
     std::fill_n(re, omega.size(), 1.0);
     std::fill_n(im, omega.size(), 0.0);
     for (std::ptrdiff_t k = 0; k < count; ++k) {
@@ -45,20 +45,17 @@ struct Block {
   }
 };
 
-}  // namespace
-
-void respond(const PolesAndZeros& instrument, std::span<const float> omega, float re[],
-             float im[]) {
-  const auto& [nZeros, zeros, nPoles, poles, constant] = instrument;
+void evaluate(int nZeros, const float* zeros, int nPoles, const float* poles, float constant,
+              std::span<const float> omega, float re[], float im[]) {
   while (!omega.empty()) {
     const std::size_t count = std::min(omega.size(), kBlock);
     double frequencies[kBlock];
     std::copy_n(omega.begin(), count, frequencies);
-    const Block above(nZeros, zeros, {frequencies, count});
-    const Block below(nPoles, poles, {frequencies, count});
+    const Product above(nZeros, zeros, {frequencies, count});
+    const Product below(nPoles, poles, {frequencies, count});
     for (std::size_t i = 0; i < count; ++i) {
-      // (a + ib) / (c + id) as Smith (1962) has it, whose parts stay in range where those of the
-      // square of c + id would not. It wants |d| <= |c|; else both are first multiplied by -i.
+      // (a + ib) / (c + id) by the method of Smith (1962), which does not overflow where |c + id|^2
+      // would. It requires |d| <= |c|; otherwise both numbers are first multiplied by -i.
       const double a = constant * above.re[i], b = constant * above.im[i];
       const double c = below.re[i], d = below.im[i];
       const bool steep = std::fabs(c) < std::fabs(d);
@@ -74,9 +71,17 @@ void respond(const PolesAndZeros& instrument, std::span<const float> omega, floa
   }
 }
 
+}  // namespace
+
+void respond(const PolesAndZeros& instrument, std::span<const float> omega, float re[],
+             float im[]) {
+  const auto& [zeros, poles, constant] = instrument;
+  evaluate(zeros.count, zeros.pairs, poles.count, poles.pairs, constant, omega, re, im);
+}
+
 void ComputeInstRespnse(int nZeros, const float zeros[], int nPoles, const float poles[], float* re,
                         float* im, float omega, float C) {
-  respond({nZeros, zeros, nPoles, poles, C}, {&omega, 1}, re, im);
+  evaluate(nZeros, zeros, nPoles, poles, C, {&omega, 1}, re, im);
 }
 
 void respond(int code, std::span<const float> omega, float re[], float im[]) {

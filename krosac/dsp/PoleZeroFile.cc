@@ -6,53 +6,43 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "krosac/dsp/internal/PoleZeroFile.h"
+#include "krosac/dsp/internal/PolesAndZeros.h"
 #include "krosac/platform/internal/RegularFile.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {
 
-constexpr int kMaxEntries = 32;
 constexpr std::size_t kLineBytes = 256;
 constexpr std::string_view kBlanks = " \t\v\f\r";
 
-struct Section {
-  float values[2 * kMaxEntries] = {};
-  int listed = 0;
-  int count = 0;
+using Roots = PolesAndZeros::Roots;
 
-  void start(const char* countText) {
-    std::fill(std::begin(values), std::end(values), 0.0f);
-    listed = 0;
-    char* end;
-    const long number = std::strtol(countText, &end, 10);
-    if (end != countText) count = static_cast<int>(std::clamp(number, 0L, long{kMaxEntries}));
-  }
+// Starts a section with the count on its keyword line, or with the former count if there is none.
+void start(Roots& roots, const char* countText) {
+  char* end;
+  const long number = std::strtol(countText, &end, 10);
+  const long count = end == countText ? roots.count : number;
+  roots = {.count = static_cast<int>(std::clamp(count, 0L, long{PolesAndZeros::kMaxRoots}))};
+}
 
-  void add(const char* line) {
-    if (listed == kMaxEntries) return;
-    char* afterReal;
-    char* afterImaginary;
-    const float real = std::strtof(line, &afterReal);
-    const float imaginary = std::strtof(afterReal, &afterImaginary);
-    if (afterReal == line || afterImaginary == afterReal) return;
-    values[2 * listed] = real;
-    values[2 * listed + 1] = imaginary;
-    ++listed;
-  }
+void addPair(Roots& roots, const char* line) {
+  if (roots.listed == PolesAndZeros::kMaxRoots) return;
+  char* afterReal;
+  char* afterImaginary;
+  const float real = std::strtof(line, &afterReal);
+  const float imaginary = std::strtof(afterReal, &afterImaginary);
+  if (afterReal == line || afterImaginary == afterReal) return;
+  roots.pairs[2 * roots.listed] = real;
+  roots.pairs[2 * roots.listed + 1] = imaginary;
+  ++roots.listed;
+}
 
-  void copyTo(float* array) const { std::copy_n(values, 2 * std::max(listed, count), array); }
-};
+void copyTo(float* array, const Roots& roots) {
+  std::copy_n(roots.pairs, 2 * std::max(roots.listed, roots.count), array);
+}
 
-struct Response {
-  Section poles;
-  Section zeros;
-  float constant = 1.0f;
-  bool hasKeywords = false;
-};
-
-// The next line without its end. False behind the last one.
+// Reads the next line without its line feed. Returns false at the end of the file.
 bool readLine(std::FILE* file, char (&line)[kLineBytes + 1]) {
   std::size_t length = 0;
   int c;
@@ -72,9 +62,9 @@ bool equalIgnoringCase(std::string_view word, std::string_view keyword) {
                     [](char a, char b) { return upperCase(a) == b; });
 }
 
-void parse(std::FILE* file, Response& response) {
+void parse(std::FILE* file, PolesAndZeros& response, bool& hasKeywords) {
   const CLocaleScope cLocale;
-  Section* open = nullptr;
+  Roots* open = nullptr;
   for (char line[kLineBytes + 1]; readLine(file, line);) {
     const std::string_view text = line;
     const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
@@ -83,23 +73,23 @@ void parse(std::FILE* file, Response& response) {
     const char* rest = line + end;
     if (equalIgnoringCase(word, "POLES") || equalIgnoringCase(word, "ZEROS")) {
       open = equalIgnoringCase(word, "POLES") ? &response.poles : &response.zeros;
-      open->start(rest);
-      response.hasKeywords = true;
+      start(*open, rest);
+      hasKeywords = true;
     } else if (equalIgnoringCase(word, "CONSTANT")) {
       char* afterConstant;
       const float constant = std::strtof(rest, &afterConstant);
       if (afterConstant != rest) response.constant = constant;
-      response.hasKeywords = true;
+      hasKeywords = true;
     } else if (open) {
-      open->add(line);
+      addPair(*open, line);
     }
   }
 }
 
-bool read(const char* path, Response& response) {
+bool read(const char* path, PolesAndZeros& response, bool& hasKeywords) {
   std::FILE* file = openRegularStream(path);
   if (!file) return false;
-  parse(file, response);
+  parse(file, response, hasKeywords);
   const bool complete = !std::ferror(file);
   std::fclose(file);
   return complete;
@@ -107,26 +97,25 @@ bool read(const char* path, Response& response) {
 
 }  // namespace
 
-int parsePoleZeroFile(const char* path, float poles[], float zeros[], float* C, int* nPoles,
-                      int* nZeros, bool* hasKeywords) {
-  Response response;
-  if (!read(path, response)) {
-    std::fprintf(stderr, "Problem opening the pole-zero file %s\n", path ? path : "(null)");
-    return -1;
-  }
-  response.poles.copyTo(poles);
-  response.zeros.copyTo(zeros);
-  *C = response.constant;
-  *nPoles = response.poles.count;
-  *nZeros = response.zeros.count;
-  *hasKeywords = response.hasKeywords;
-  return 0;
+bool readPoleZeroFile(const char* path, PolesAndZeros& response, bool& hasKeywords) {
+  response = {};
+  hasKeywords = false;
+  if (read(path, response, hasKeywords)) return true;
+  std::fprintf(stderr, "Problem opening the pole-zero file %s\n", path ? path : "(null)");
+  return false;
 }
 
 int ParsePoleZeroFile(const char* path, float poles[], float zeros[], float* C, int* nPoles,
                       int* nZeros) {
+  PolesAndZeros response;
   bool hasKeywords;
-  return parsePoleZeroFile(path, poles, zeros, C, nPoles, nZeros, &hasKeywords);
+  if (!readPoleZeroFile(path, response, hasKeywords)) return -1;
+  copyTo(poles, response.poles);
+  copyTo(zeros, response.zeros);
+  *C = response.constant;
+  *nPoles = response.poles.count;
+  *nZeros = response.zeros.count;
+  return 0;
 }
 
 }  // namespace krosac

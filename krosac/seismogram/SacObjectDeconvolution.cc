@@ -3,7 +3,6 @@
 #include <limits>
 
 #include "krosac/dsp/internal/PackedSpectrum.h"
-#include "krosac/dsp/internal/Weights.h"
 #include "krosac/platform/internal/TruncIndex.h"
 #include "krosac/seismogram/SacObject.h"
 

@@ -3,8 +3,7 @@
 #include <span>
 
 #include "krosac/dsp/Butterworth.h"
-#include "krosac/dsp/internal/Pulse.h"
-#include "krosac/dsp/internal/Weights.h"
+#include "krosac/dsp/internal/Series.h"
 #include "krosac/platform/internal/TruncIndex.h"
 #include "krosac/seismogram/internal/SacObjectSpectral.h"
 

@@ -1,10 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "krosac/dsp/InstrumentResponse.h"
-#include "krosac/dsp/internal/InstrumentResponse.h"
-#include "krosac/dsp/internal/PoleZeroFile.h"
-#include "krosac/dsp/internal/Weights.h"
+#include "krosac/dsp/internal/PolesAndZeros.h"
 #include "krosac/platform/Log.h"
 #include "krosac/seismogram/internal/SacObjectSpectral.h"
 
@@ -13,23 +10,16 @@ namespace {
 
 constexpr float kTwoPiSingle = 6.2831854820251465f;
 
-// A response that is read from a file: one without any of the keywords, or not finite, is none.
-struct PoleZeroResponse {
-  static constexpr int kMostPairs = 32;
-  float poles[2 * kMostPairs] = {}, zeros[2 * kMostPairs] = {}, constant = 1.0f;
-  int poleCount = 0, zeroCount = 0;
-
-  bool read(const std::string& path) {
-    bool hasKeywords;
-    if (parsePoleZeroFile(path.c_str(), poles, zeros, &constant, &poleCount, &zeroCount,
-                          &hasKeywords) != 0)
-      return false;
-    const auto isFinite = [](float value) { return std::isfinite(value); };
-    return hasKeywords && isFinite(constant) && std::ranges::all_of(poles, isFinite) &&
-           std::ranges::all_of(zeros, isFinite);
-  }
-  PolesAndZeros roots() const { return {zeroCount, zeros, poleCount, poles, constant}; }
-};
+// Reads a response. A file without any of the keywords, or with a value that is not finite, has
+// none.
+bool readResponse(const std::string& path, PolesAndZeros& response) {
+  bool hasKeywords;
+  if (!readPoleZeroFile(path.c_str(), response, hasKeywords)) return false;
+  const auto isFinite = [](float value) { return std::isfinite(value); };
+  return hasKeywords && isFinite(response.constant) &&
+         std::ranges::all_of(response.poles.pairs, isFinite) &&
+         std::ranges::all_of(response.zeros.pairs, isFinite);
+}
 
 // The responses of an instrument, given by its code or its roots, at the bins of a block.
 class Responses {
@@ -91,17 +81,16 @@ void SacObject::ConvolveInstrument(int code) {
 }
 
 void SacObject::DeconvolveInstrument_TaperCorners(const std::string& path, const float corners[4]) {
-  PoleZeroResponse response;
-  if (!response.read(path)) {
+  PolesAndZeros response;
+  if (!readResponse(path, response)) {
     log("No instrument response in %s; the seismogram is left as it is.", path.c_str());
     return;
   }
   shapeSpectrum([&](PackedSpectrum& s) {
-    const PolesAndZeros roots = response.roots();
-    s.dc() /= Responses::realAt(roots, 0.0f);
-    s.nyquist() /= Responses::realAt(roots, s.nyquistFrequency() * kTwoPiSingle);
+    s.dc() /= Responses::realAt(response, 0.0f);
+    s.nyquist() /= Responses::realAt(response, s.nyquistFrequency() * kTwoPiSingle);
     s.multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
-      const Responses h(roots, s, first, re.size());
+      const Responses h(response, s, first, re.size());
       for (std::size_t i = 0; i < re.size(); ++i) {
         const double squared =
             static_cast<double>(h.re[i]) * h.re[i] + static_cast<double>(h.im[i]) * h.im[i];

@@ -5,9 +5,7 @@
 #include <cmath>
 
 #include "krosac/dsp/Butterworth.h"
-#include "krosac/dsp/internal/Pulse.h"
 #include "krosac/dsp/internal/Series.h"
-#include "krosac/dsp/internal/Weights.h"
 #include "krosac/platform/Numbers.h"
 #include "krosac/platform/internal/TruncIndex.h"
 

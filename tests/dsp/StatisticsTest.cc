@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "krosac/dsp/internal/Weights.h"
+#include "krosac/dsp/internal/PackedSpectrum.h"
 
 namespace krosac {
 namespace {

@@ -1,29 +1,51 @@
-// The spectrum of a real trace as realft packs it, for the operations that shape it.
+// The spectrum of a real trace as realft packs it, and what the operations that shape it share.
 #ifndef KROSAC_DSP_INTERNAL_PACKEDSPECTRUM_H
 #define KROSAC_DSP_INTERNAL_PACKEDSPECTRUM_H
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <utility>
 
 #include "krosac/dsp/Fft.h"
-#include "krosac/dsp/internal/Weights.h"
 #include "krosac/platform/ByteBuffer.h"
 
 namespace krosac {
 
 inline constexpr double kTwoPi = 6.283185307179586;
+inline constexpr double kHalfPi = 1.5707963267948966;
 
-// The least power of two greater than a number of samples: 2^k samples are padded to 2^(k+1).
+// The smallest power of two greater than a number of samples: 2^k samples are padded to 2^(k+1).
 inline std::size_t paddedLength(std::size_t samples) {
   return std::bit_ceil(samples + 1);
 }
 
-// A view of n values in the packed layout: the value at zero frequency, at the Nyquist frequency,
-// and the complex bins k = 1 .. n/2 - 1 at k df.
+// The Gaussian low-pass of width a at an angular frequency, both in rad/s.
+inline double gaussian(double omega, double a) {
+  return std::exp(-omega * omega / (4.0 * a * a));
+}
+
+// The largest of size(0) .. size(count - 1), which are not negative, ignoring NaN; 0 if there is
+// none. The search runs in independent lanes, which a compiler can keep in vectors.
+template <typename Size>
+float greatestOf(std::size_t count, Size size) {
+  constexpr std::size_t kLanes = 32;
+  float greatest[kLanes] = {};
+  const auto include = [&](std::size_t lane, float value) {
+    greatest[lane] = greatest[lane] < value ? value : greatest[lane];
+  };
+  const std::size_t whole = count - count % kLanes;
+  for (std::size_t i = 0; i < whole; i += kLanes)
+    for (std::size_t lane = 0; lane < kLanes; ++lane) include(lane, size(i + lane));
+  for (std::size_t i = whole; i < count; ++i) include(i - whole, size(i));
+  return *std::ranges::max_element(greatest);
+}
+
+// A view of n values in the packed layout: the value at zero frequency, the value at the Nyquist
+// frequency, and the complex bins k = 1 .. n/2 - 1 at k df.
 class PackedBins {
  public:
   PackedBins(float* values, std::size_t n, float df) : values_(values), n_(n), df_(df) {}
@@ -37,8 +59,9 @@ class PackedBins {
   void forEachBin(Bin bin) const {
     for (std::size_t k = 1; k < n_ / 2; ++k) bin(k, values_[2 * k], values_[2 * k + 1]);
   }
-  // Multiplies bin k by the real factor(k) in double precision; the other two values stay. The
-  // factors of a block come first, so that compilers can multiply in vectors.
+  // Multiplies bin k by the real factor(k) in double precision. The values at zero and Nyquist
+  // frequency do not change. The factors of a block are computed first, so that the compiler can
+  // vectorise the multiplications.
   template <typename Factor>
   void scaleBins(Factor factor) const {
     forEachBlock([&](std::size_t first, std::size_t count) {
@@ -50,7 +73,7 @@ class PackedBins {
         values[j] = static_cast<float>(values[j] * factors[j]);
     });
   }
-  // The same with complex factors, given by fill(first, re, im) for the bins from the first on.
+  // The same with complex factors: fill(first, re, im) computes those of the bins from `first` on.
   template <typename Fill>
   void multiplyBlocks(Fill fill) const {
     forEachBlock([&](std::size_t first, std::size_t count) {
@@ -61,7 +84,7 @@ class PackedBins {
         multiply(values[2 * i], values[2 * i + 1], re[i], im[i]);
     });
   }
-  // The same by a function that sets the factor of one bin: factor(k, re, im).
+  // The same with a function that sets the factor of one bin: factor(k, re, im).
   template <typename Factor>
   void multiplyBins(Factor factor) const {
     multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
@@ -83,7 +106,14 @@ class PackedBins {
       block(first, std::min(kBlock, n_ / 2 - first));
   }
 
-  // Bins are fewer than 2^31, and signed numbers are the ones that processors convert at once.
+  // (re + i im) times (a + i b), in double precision.
+  static void multiply(float& re, float& im, double a, double b) {
+    const double product = re * a - im * b;
+    im = static_cast<float>(re * b + im * a);
+    re = static_cast<float>(product);
+  }
+
+  // There are fewer than 2^31 bins, and processors convert signed integers in one instruction.
   static float asFloat(std::size_t k) { return static_cast<float>(static_cast<std::int32_t>(k)); }
 
   float* values_;
@@ -91,18 +121,18 @@ class PackedBins {
   float df_;
 };
 
-// A trace padded with zeros to n values, a power of two, and its transform. The forward transform
-// has the positive exponent.
+// A trace padded with zeros to n values, a power of two, and its transform in the same memory. The
+// forward transform has a positive exponent.
 class PackedSpectrum : public PackedBins {
  public:
-  // Holds nothing where there is no memory.
+  // Converts to false if there is no memory.
   PackedSpectrum(std::size_t n, float delta)
       : PackedSpectrum(ByteBuffer::zeroed(n * sizeof(float)), 0, n, delta) {}
   PackedSpectrum(std::span<const float> samples, std::size_t n, float delta)
       : PackedSpectrum(n, delta) {
     take(samples);
   }
-  // Two in one piece of memory: systems take less time for one than for two.
+  // Two spectra in one piece of memory, which a system maps faster than two pieces.
   static std::pair<PackedSpectrum, PackedSpectrum> ofTwo(std::span<const float> first,
                                                          std::span<const float> second,
                                                          std::size_t n, float delta) {
@@ -117,14 +147,15 @@ class PackedSpectrum : public PackedBins {
   const Ref<ByteBuffer>& buffer() const { return work_; }
 
   void forward() { realft(values() - 1, size(), 1); }
-  // Inverse after forward gives the samples, times the scale: as many as asked for.
+  // The inverse transform, normalised so that it undoes forward(), times the scale. Writes as many
+  // samples as the span holds.
   void inverse(std::span<float> samples, double scale = 1.0) {
     realft(values() - 1, size(), -1);
     const double factor = scale * 2.0 / static_cast<double>(size());
     const float* value = values();
     for (float& sample : samples) sample = static_cast<float>(*value++ * factor);
   }
-  // All of them, in the place of the spectrum.
+  // The same for all n samples, in place of the spectrum.
   std::span<float> inverse() {
     const std::span all(values(), size());
     inverse(all);
