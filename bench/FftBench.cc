@@ -1,6 +1,6 @@
-// The forward transform of real samples in place by turns with others: ours, ours without AVX2, the
-// plain loop, and FFTW and KissFFT where they are found. All are given the same fresh samples
-// before each run, and that copy is timed with all.
+// The forward transform of real samples in place, alternating with a peer: ours, ours without AVX2,
+// the plain loop, and FFTW and KissFFT if they are installed. Each run starts from a fresh copy of
+// the same samples, and the copy is timed too.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -23,15 +23,15 @@ namespace {
 
 using krosac::bench::Work;
 
-// Short transforms are run many times in a turn, so that it lasts longer than the clock's step and
-// than a processor takes to get used to it.
-constexpr std::size_t kSamplesInATurn = 1 << 17;
+// Short transforms run many times in a row, to exceed the resolution of the clock and the time that
+// caches and branch prediction need to settle.
+constexpr std::size_t kSamplesInARow = 1 << 17;
 
 template <typename Transform>
 class Transforms : public Work {
  public:
   explicit Transforms(std::size_t n)
-      : samples_(n), transform_(n), times_(std::max<std::size_t>(1, kSamplesInATurn / n)) {
+      : samples_(n), transform_(n), times_(std::max<std::size_t>(1, kSamplesInARow / n)) {
     std::mt19937 random(1);
     std::uniform_real_distribution<float> uniform(-1.0f, 1.0f);
     for (float& value : samples_) value = uniform(random);
@@ -50,7 +50,7 @@ class Transforms : public Work {
   std::size_t times_;
 };
 
-// Those of this library and its tests, over one array.
+// The transforms of this library and of its tests, in place in one array.
 template <auto kTransform>
 class InPlace {
  public:
@@ -108,29 +108,32 @@ class Kissfft {
 #endif
 
 template <typename Ours, typename Peer>
-void byTurns(benchmark::State& state) {
+void alternating(benchmark::State& state) {
   const auto n = static_cast<std::size_t>(state.range(0));
   Transforms<Ours> ours(n);
   Transforms<Peer> peer(n);
-  krosac::bench::timeByTurns(state, CLOCK_THREAD_CPUTIME_ID, ours, peer);
+  krosac::bench::timeAlternating(state, CLOCK_THREAD_CPUTIME_ID, ours, peer);
 }
 
 constexpr int kShortest = 1 << 8, kLongest = 1 << 22, kLongestOfSlowPeers = 1 << 18;
 
 #ifdef KROSAC_HAVE_FFTW
-BENCHMARK(byTurns<Realft, Fftw>)->RangeMultiplier(4)->Range(kShortest, kLongest)->UseManualTime();
+BENCHMARK(alternating<Realft, Fftw>)
+    ->RangeMultiplier(4)
+    ->Range(kShortest, kLongest)
+    ->UseManualTime();
 #endif
 #ifdef KROSAC_HAVE_KISSFFT
-BENCHMARK(byTurns<Realft, Kissfft>)
+BENCHMARK(alternating<Realft, Kissfft>)
     ->RangeMultiplier(4)
     ->Range(kShortest, kLongestOfSlowPeers)
     ->UseManualTime();
 #endif
-BENCHMARK(byTurns<Plain, Realft>)
+BENCHMARK(alternating<Plain, Realft>)
     ->RangeMultiplier(4)
     ->Range(kShortest, kLongestOfSlowPeers)
     ->UseManualTime();
-BENCHMARK(byTurns<Plain, Baseline>)
+BENCHMARK(alternating<Plain, Baseline>)
     ->RangeMultiplier(4)
     ->Range(kShortest, kLongestOfSlowPeers)
     ->UseManualTime();

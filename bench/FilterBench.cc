@@ -1,6 +1,6 @@
-// Every operation of a seismogram that transforms it, on 2^16 samples, by turns with what it cannot
-// do without: its transforms, in place, of the 2^17 values that the trace is padded to, and its
-// calls of the mathematical library.
+// Every spectral operation of a seismogram on 2^16 samples, alternating with the minimum that it
+// needs: its transforms, in place, of the 2^17 values of the padded trace, and its calls of the
+// mathematical library.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -53,7 +53,7 @@ const std::string& poleZeroFile() {
   return file.path;
 }
 
-// The sum of a function of the angular frequency over some of the bins.
+// The sum of a function of the angular frequency over a range of bins.
 template <typename Function>
 double overBins(Function function, std::size_t first = 1, std::size_t last = kBins) {
   double sum = 0.0;
@@ -76,7 +76,7 @@ double singleRoots() {
 double roots() {
   return overBins([](double omega) { return std::sqrt(omega); });
 }
-// A band of 0.01 to 8 Hz with edges up to 0.02 and from 4 Hz on.
+// A band from 0.01 to 8 Hz whose edges end at 0.02 Hz and start at 4 Hz.
 double cosinesOfEdges() {
   const auto edge = [](double omega) { return std::cos(omega * 0.04); };
   const auto bin = [](double f) { return static_cast<std::size_t>(f * kPadded * kDelta); };
@@ -90,7 +90,7 @@ const struct Operation {
   const char* name;
   void (*run)(SacObject& s, SacObject& other);
   decltype(&krosac::realft) transform;
-  std::size_t forward, inverse;  // how many of them
+  std::size_t forward, inverse;  // how many transforms
   double (*calls)();
 } kOperations[] = {
     {"RGaussianFilter", [](SacObject& s, SacObject&) { s.RGaussianFilter(5); },  //
@@ -141,7 +141,7 @@ const struct Operation {
      krosac::realft, 1, 1, cosinesOfEdges},
 };
 
-// Runs once before it is timed, so that it does not find the other's data in the caches.
+// Work that runs once before it is timed, so that the caches hold its data and not the peer's.
 class Warm : public Work {
  public:
   void prepare() final {
@@ -199,12 +199,12 @@ class Peer : public Warm {
 
 const bool kRegistered = [] {
   for (const Operation& operation : kOperations) {
-    const auto byTurns = [&operation](benchmark::State& state) {
+    const auto alternating = [&operation](benchmark::State& state) {
       Ours ours(operation);
       Peer peer(operation);
-      krosac::bench::timeByTurns(state, CLOCK_THREAD_CPUTIME_ID, ours, peer);
+      krosac::bench::timeAlternating(state, CLOCK_THREAD_CPUTIME_ID, ours, peer);
     };
-    benchmark::RegisterBenchmark(operation.name, byTurns)
+    benchmark::RegisterBenchmark(operation.name, alternating)
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);
   }

@@ -1,4 +1,4 @@
-// Two works timed by turns in one benchmark, so that a disturbance meets both.
+// Two works timed alternately in one benchmark, so that a disturbance affects both.
 #ifndef KROSAC_BENCH_PAIRS_H
 #define KROSAC_BENCH_PAIRS_H
 
@@ -10,7 +10,7 @@
 
 namespace krosac::bench {
 
-// Something to time; only run() counts.
+// Something to time; only run() is timed.
 class Work {
  public:
   virtual ~Work() = default;
@@ -31,9 +31,10 @@ inline double secondsToRun(Work& work, clockid_t clock) {
   return now() - start;
 }
 
-// The time of the benchmark is ours; the counters hold the median seconds of the peer and the
-// median ratio of a turn, ours over the peer's. For a benchmark that says UseManualTime.
-inline void timeByTurns(benchmark::State& state, clockid_t clock, Work& ours, Work& peer) {
+// Times ours and the peer alternately. Sets the time of the benchmark, which needs UseManualTime,
+// to ours, and the counters to the median seconds of the peer and the median ratio of ours to the
+// peer.
+inline void timeAlternating(benchmark::State& state, clockid_t clock, Work& ours, Work& peer) {
   std::vector<double> peers, ratios;
   for (auto _ : state) {
     const double own = secondsToRun(ours, clock);
@@ -41,7 +42,7 @@ inline void timeByTurns(benchmark::State& state, clockid_t clock, Work& ours, Wo
     peers.push_back(secondsToRun(peer, clock));
     ratios.push_back(own / peers.back());
   }
-  // Of an even number the lower middle one, so that one bad turn of two does not count.
+  // The lower median of an even number, so that one disturbed run of two is ignored.
   const auto median = [](std::vector<double>& values) {
     const auto middle = values.begin() + (std::ssize(values) - 1) / 2;
     std::nth_element(values.begin(), middle, values.end());

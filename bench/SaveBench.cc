@@ -1,6 +1,6 @@
-// Saving a seismogram atomically by turns with write(2), fsync and rename of as many bytes. Waiting
-// for the disk counts, so the time is that of the clock; it varies several times over from one turn
-// to the next, and only the median of many turns is steady.
+// Saving a seismogram atomically, alternating with write(2), fsync and rename of the same number of
+// bytes. The time includes waiting for the disk and varies several-fold between runs; only the
+// median of many runs is stable.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -17,7 +17,7 @@ namespace {
 
 using krosac::bench::Work;
 
-// A path of its own for each kind, removed at the end.
+// A temporary path for each kind of file, which is removed at the end.
 class Target {
  public:
   explicit Target(const char* kind)
@@ -71,11 +71,11 @@ class WriteSyncRename : public Work {
 void save(benchmark::State& state) {
   Save ours(state.range(0));
   WriteSyncRename peer(state.range(0));
-  krosac::bench::timeByTurns(state, CLOCK_MONOTONIC, ours, peer);
+  krosac::bench::timeAlternating(state, CLOCK_MONOTONIC, ours, peer);
   if (!ours.good || !peer.good) state.SkipWithError("not saved");
 }
 
-// Medians of three medians.
+// The median of three medians.
 BENCHMARK(save)->Arg(100000)->Iterations(201)->Repetitions(3)->UseManualTime();
 BENCHMARK(save)->Arg(10000000)->Iterations(15)->Repetitions(3)->UseManualTime();
 

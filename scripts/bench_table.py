@@ -14,7 +14,7 @@ def machine():
 
 
 def medians(path):
-    """Seconds, items a second and ratio by benchmark; waiting counts only where a benchmark says so."""
+    """Seconds, items a second and ratio of each benchmark; processor time unless a benchmark asks for real time."""
     found = {}
     for run in json.loads(path.read_text())["benchmarks"]:
         if run.get("aggregate_name") != "median" or run.get("error_occurred"):
@@ -27,11 +27,11 @@ def medians(path):
 def values(runs, ours, peer, sense, sizes):
     for size in sizes or [""]:
         name, other = ours.replace("{}", size), peer.replace("{}", size)
-        by_turns = other == "by turns"
-        if name not in runs or (other and not by_turns and other not in runs):
+        alternating = other == "alternating"
+        if name not in runs or (other and not alternating and other not in runs):
             continue
         seconds, rate, ratio = runs[name]
-        if by_turns:
+        if alternating:
             yield ratio
         elif not other:
             yield rate if sense == ">=" else seconds

@@ -1,4 +1,4 @@
-// What a spectral operation makes of a trace, by a slow transform in double precision.
+// The expected results of spectral operations, by a slow transform in double precision.
 #ifndef KROSAC_TESTS_SPECTRALTRACES_H
 #define KROSAC_TESTS_SPECTRALTRACES_H
 
@@ -19,7 +19,7 @@ using Spectrum = std::vector<Complex>;
 
 inline constexpr double kPi = std::numbers::pi;
 
-// Noise whose values at zero and Nyquist frequency are as strong as the others.
+// Noise whose values at zero and Nyquist frequency are as large as the other bins.
 inline Samples richNoise(int n) {
   Samples x = noise(n);
   for (std::size_t j = 0; j < x.size(); j += 2) x[j] += 0.6f;
@@ -40,13 +40,13 @@ inline Spectrum slowTransform(const Spectrum& x, int sign) {
   return bins;
 }
 
-// The bins of the samples padded with zeros, or cut, to n.
+// The bins of the samples, padded with zeros or cut to n.
 inline Spectrum slowSpectrum(const Samples& x, std::size_t n) {
   const Samples padded = cutTo(x, n);
   return slowTransform(Spectrum(padded.begin(), padded.end()), 1);
 }
 
-// The real samples of the lower half of these bins.
+// The real samples whose spectrum has these bins in its lower half.
 inline Reals slowInverse(Spectrum bins) {
   const std::size_t n = bins.size();
   for (const std::size_t end : {std::size_t{0}, n / 2}) bins[end] = bins[end].real() / 2;
@@ -67,8 +67,8 @@ Reals slowlyFiltered(const Samples& x, double delta, Factor factor) {
   return slowInverse(bins);
 }
 
-// The trace has changed: its samples are the first of these to single precision (a share of the
-// greatest leaves room for the roundings of a transform), and its extrema are theirs.
+// Expects a changed trace whose samples are the first of these, within a share of the largest to
+// allow for the roundings of a transform, and whose header has the new extrema.
 inline void expectSamples(const S& s, const Reals& expected, double share = 2e-6) {
   const Samples x = samplesIn(s);
   double greatest = 0;

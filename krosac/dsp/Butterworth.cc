@@ -10,9 +10,9 @@
 namespace krosac {
 namespace {
 
-// Sines and tangents are double precision rounded to single, so that they do not depend on how a
-// machine's library computes single-precision ones.
 constexpr int kMaxSections = 10;
+// Sines and tangents are computed in double precision and rounded to single, because
+// single-precision versions differ between mathematics libraries.
 constexpr float kPi = 3.1415927410125732f;
 constexpr float kTwoPi = 6.2831854820251465f;
 
@@ -49,10 +49,10 @@ void GRHPBUfilter(float* data, int npts, int nPasses, int nPoles, float dt, floa
 void BUroots(BUFilterDesign* design, int nPoles) {
   const bool fits = nPoles >= 2 && nPoles / 2 <= kMaxSections;
   design->nSections = fits ? nPoles / 2 : 0;
-  // The real pole of an odd count is never placed; that is intended.
+  // The real pole of an odd order is never placed; that is intended.
   for (int k = 0; k < design->nSections; ++k) {
-    const float turn = static_cast<float>(2 * k + 1) / static_cast<float>(2 * nPoles);
-    const double theta = kPi * (turn + 0.5f);
+    const float fraction = static_cast<float>(2 * k + 1) / static_cast<float>(2 * nPoles);
+    const double theta = kPi * (fraction + 0.5f);
     design->poleRe[k] = static_cast<float>(std::cos(theta));
     design->poleIm[k] = static_cast<float>(std::sin(theta));
     design->sectionGain[k] = 1.0f;
@@ -70,7 +70,7 @@ void LP(BUFilterDesign* design) {
   }
 }
 
-// The low-pass with s replaced by 1/s.
+// Substitutes 1/s for s in the low-pass.
 void LPtoHP(BUFilterDesign* design) {
   LP(design);
   for (int k = 0; k < sectionCount(design); ++k) {
@@ -111,7 +111,7 @@ void Apply(const BUFilterDesign* design, float* data, int npts, int nPasses) {
     KROSAC_KERNEL(cascade)(design->num, design->den, sectionCount(design), first, npts, step);
   };
   run(data, 1);
-  // Only exactly two passes add the backward one; that is intended.
+  // Only exactly two passes include the backward one; that is intended.
   if (nPasses == 2) run(data + (npts - 1), -1);
 }
 

@@ -1,5 +1,5 @@
-// Up to four sections of a recursive filter side by side. A section waits for its own last output,
-// so the next one runs beside it, two samples behind.
+// Recursive filters. Each output of a section depends on the output before it, so up to four
+// sections run in the lanes of a vector, each two samples behind the previous section.
 #include <cstddef>
 
 #include "krosac/dsp/internal/Kernels.h"
@@ -25,7 +25,7 @@ void cascade(const float (*num)[3], const float (*den)[3], float* data, std::ptr
   constexpr std::ptrdiff_t kBehind = 2 * (kSections - 1);
   constexpr Mask4 kLanes = {0, 1, 2, 3};
   Float4 x1{}, x2{}, y1{}, y2{};
-  // Until its first sample comes, a section keeps its memories at zero.
+  // A section keeps its memories at zero until its first sample arrives.
   const auto run = [&](std::ptrdiff_t begin, std::ptrdiff_t end, bool first) {
     for (std::ptrdiff_t n = begin; n < end; ++n) {
       const float in = n < npts ? data[n * step] : 0.0f;

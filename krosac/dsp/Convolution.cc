@@ -7,7 +7,7 @@
 namespace krosac {
 
 void TDconvolve(const float* a, const float* b, float* out, unsigned int n, int m, float scale) {
-  // The output leads by one sample (a[i+1] meets b[0]); that is intended.
+  // The output is advanced by one sample (a[i+1] is multiplied by b[0]); that is intended.
   KROSAC_KERNEL(convolve)(a, b, out, n, static_cast<std::size_t>(std::max(m, 0)), scale);
 }
 

@@ -22,8 +22,8 @@ constexpr Filter kFilters[] = {{DECIMATEby2, std::size(DECIMATEby2)},
                                {DECIMATEby4, std::size(DECIMATEby4)},
                                {DECIMATEby5, std::size(DECIMATEby5)}};
 
-// One output from the samples x[start...] that lie in 0..n-1.
-float output(const Filter& f, const float* x, std::int64_t n, std::int64_t start) {
+// Returns the sum of h[t]*x[start+t], ignoring samples outside x[0..n-1].
+float outputAt(const Filter& f, const float* x, std::int64_t n, std::int64_t start) {
   const std::int64_t last = std::min(f.taps, n - start);
   float sum = 0.0f;
   for (std::int64_t t = std::max<std::int64_t>(0, -start); t < last; ++t) {
@@ -38,21 +38,21 @@ std::int32_t decimate(const Filter& f, std::int64_t factor, const float* x, std:
   if (n < 1 || factor < 1) return 0;
   const std::int64_t centre = (f.taps - 1) / 2;
   const std::int64_t length = (n - 1) / factor + 1;
-  // The outputs first..last-1 need no sample outside the signal.
+  // The outputs first..last-1 need only samples inside the signal.
   const std::int64_t first = std::min((centre + factor - 1) / factor, length);
   const std::int64_t room = n + centre - f.taps;
   const std::int64_t last = room < 0 ? first : std::clamp(room / factor + 1, first, length);
-  for (std::int64_t i = 0; i < first; ++i) y[i] = output(f, x, n, i * factor - centre);
+  for (std::int64_t i = 0; i < first; ++i) y[i] = outputAt(f, x, n, i * factor - centre);
   if (first < last) {
     KROSAC_KERNEL(decimate)
     (f.h, static_cast<std::size_t>(f.taps), static_cast<std::size_t>(factor),
      x + (first * factor - centre), static_cast<std::size_t>(last - first), y + first);
   }
-  for (std::int64_t i = last; i < length; ++i) y[i] = output(f, x, n, i * factor - centre);
+  for (std::int64_t i = last; i < length; ++i) y[i] = outputAt(f, x, n, i * factor - centre);
   return static_cast<std::int32_t>(length);
 }
 
-// Stops in every kind of build, as the assertion of C does in a debugging one.
+// Stops the process in every build, as assert() does in a debug build.
 void requireWholeBlocks(std::int32_t n, std::int32_t factor) {
   if (n % factor == 0) return;
   std::fputs(
@@ -66,7 +66,7 @@ void requireWholeBlocks(std::int32_t n, std::int32_t factor) {
 std::int32_t decimateSignal(std::int32_t factor, std::int32_t n, const float* in, float* out,
                             std::int32_t* outLength) {
   if (factor < 1 || factor > 5) return 1;
-  // Factor 1 leaves even the length unwritten; that is intended.
+  // Factor 1 does not even write the length; that is intended.
   if (factor == 1) return 0;
   *outLength = decimate(kFilters[factor - 2], factor, in, n - n % factor, out);
   return 0;
@@ -84,13 +84,13 @@ void decimorig(std::int32_t factor, std::int32_t taps, const float* h, float* de
   requireWholeBlocks(n, factor);
   const std::int32_t length = std::max(n / factor, 0);
   taps = std::max(taps, 0);
-  // Where a block is longer than the delay line, its oldest samples pass by.
+  // If a block is longer than the delay line, its oldest samples are not needed.
   const std::int32_t kept = std::min(factor, taps);
   for (std::int32_t i = 0; i < length; ++i) {
     in += factor;
     std::copy_backward(delay, delay + (taps - kept), delay + taps);
     std::reverse_copy(in - kept, in, delay);
-    out[i] = output({h, taps}, delay, taps, 0);
+    out[i] = outputAt({h, taps}, delay, taps, 0);
   }
   *outLength = length;
 }

@@ -6,12 +6,13 @@
 
 #include "krosac/dsp/internal/Kernels.h"
 
-// These loops are the rule, and what short arrays go through; the kernels do the same for long
-// ones.
+// These loops define the results and serve short arrays. The kernels compute the same for long
+// ones; see docs/fft.md.
 namespace krosac {
 namespace {
 
-// exp(i*k*theta) for k = 0, 1, 2, ... by a recurrence that stays accurate for small angles.
+// The twiddle factors exp(i*k*theta) for k = 0, 1, 2, ... by a recurrence that stays accurate for
+// small angles.
 class Twiddle {
  public:
   explicit Twiddle(double theta) : wpi_(std::sin(theta)) {

@@ -6,14 +6,15 @@
 
 KROSAC_C_BEGIN
 
-// Reads a response from a text file with the keyword lines "POLES n", "ZEROS n" and "CONSTANT C"
-// (case ignored); the lines "real imaginary" behind POLES or ZEROS fill that array in turn. Both
-// arrays hold 64 floats (32 pairs); further pairs are skipped. The counts come from the keyword
-// lines, limited to 0..32; counted pairs that are not listed are at the origin. Without their line
-// counts are 0 and the constant is 1; a repeated line starts its section anew. Lines that are no
-// pair are skipped, and of a line its first 256 bytes are read.
-// Returns 0; -1 with a message on standard error, and nothing written, when the file cannot be
-// opened or read, or is no regular file (a pipe or a device may have no end).
+// Reads a response from a text file with the keyword lines "POLES n", "ZEROS n" and "CONSTANT C",
+// ignoring case. The lines "real imaginary" (rad/s) after POLES or ZEROS fill that array. Both
+// arrays hold 64 floats (32 pairs); further pairs are ignored. The counts are those of the keyword
+// lines, limited to 0..32; counted pairs that are not listed are at the origin. Without a keyword
+// line the count is 0 and the constant 1; a repeated keyword line starts its section again. Other
+// lines, and the part of a line after its first 256 bytes, are ignored.
+//
+// Returns 0. Returns -1, prints a message to standard error and writes nothing if the file cannot
+// be opened or read or is not a regular file (a pipe or a device may have no end).
 KROSAC_API int ParsePoleZeroFile(const char* path, float poles[], float zeros[], float* C,
                                  int* nPoles, int* nZeros);
 

@@ -36,8 +36,8 @@ void fillDimension(Directions& v, int d) {
   }
 }
 
-// The table that all contexts share. It never changes after the library was loaded, so that
-// contexts may come and go on any thread without a lock.
+// The table that all contexts share. It is built when the library is loaded and never changes, so
+// contexts on several threads need no lock.
 const Directions sharedDirections = [] {
   Directions all;
   for (int d = 0; d < kSobolDimensions; ++d) fillDimension(all, d);

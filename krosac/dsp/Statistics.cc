@@ -20,8 +20,8 @@ float middle(float low, float high) {
   return static_cast<float>(0.5 * (double{low} + double{high}));
 }
 
-// Integers in the order of the floats they stand for, so that halving an interval of keys halves
-// the number of floats in it.
+// Maps a float to an integer of the same order, so that bisecting an interval of keys halves the
+// number of floats in it.
 std::int32_t keyOf(float value) {
   const auto bits = std::bit_cast<std::int32_t>(value);
   return bits < 0 ? bits ^ 0x7fffffff : bits;
@@ -31,7 +31,7 @@ float valueOf(std::int32_t key) {
   return std::bit_cast<float>(key < 0 ? key ^ 0x7fffffff : key);
 }
 
-// How the elements lie about a guess a. NaN lies above everything.
+// How the elements compare with a guess of the median. NaN is above everything.
 struct Split {
   int below = 0;
   int above = 0;
@@ -85,7 +85,7 @@ float vmean(const float* x, int n) {
 
 float kahanSum(const float* x, int n) {
   if (!x) return 0.0f;
-  // Every step is volatile, so that no compiler option joins steps and the compensation stays.
+  // The intermediate values are volatile, so that no compiler option can remove the compensation.
   double sum = x[0];
   volatile double lost = 0.0;
   for (int i = 1; i < n; ++i) {
@@ -116,7 +116,7 @@ void mdian2(const float* x, int n, float* median) {
   constexpr int kGuidedPasses = 20;
   const int lowRank = (n + 1) / 2;
   const int highRank = n / 2 + 1;
-  // The elements of both ranks lie between these, both excluded.
+  // The elements of both ranks are strictly between these keys.
   std::int32_t lowKey = keyOf(-kInfinity) - 1;
   std::int32_t highKey = keyOf(kInfinity) + 1;
   float a = middle(x[1], x[n]);

@@ -1,4 +1,5 @@
-// Sums of products for neighbouring outputs side by side, each in the order of its terms.
+// Convolution and decimation. Neighbouring outputs are summed in vectors, each in the order of its
+// terms.
 #include <cstddef>
 
 #include "krosac/dsp/internal/Kernels.h"
@@ -8,7 +9,7 @@ namespace krosac::KROSAC_KERNELS {
 namespace {
 
 #ifdef __AVX__
-constexpr std::size_t kVectors = 8;  // as many sums as hide the time that an addition takes
+constexpr std::size_t kVectors = 8;  // enough independent sums to hide the latency of an addition
 #else
 constexpr std::size_t kVectors = 4;
 #endif
@@ -26,18 +27,19 @@ struct Sums {
 #pragma GCC unroll 8
     for (std::size_t v = 0; v < kCount; ++v) sum[v] = sum[v] + load8(x + 8 * v) * factors;
   }
-  void put(float* to) const {
+  void storeTo(float* to) const {
     for (std::size_t v = 0; v < kCount; ++v) store(to + 8 * v, sum[v]);
   }
 };
 
-// The outputs i..i+8*kCount-1 of a convolution, unscaled, where none is the last.
+// Computes the outputs i..i+8*kCount-1 of a convolution, not yet scaled. The last output of all
+// must not be among them.
 template <std::size_t kCount>
 void convolveTile(const float* a, const float* b, float* out, std::size_t i, std::size_t m) {
   Sums<kCount> sums;
   const std::size_t whole = minimum(m, i + 2);
   for (std::size_t k = 0; k < whole; ++k) sums.add(b[k], a + (i + 1 - k));
-  sums.put(out + i);
+  sums.storeTo(out + i);
   const std::size_t end = i + 8 * kCount;
   for (std::size_t k = whole; k < minimum(m, end + 1); ++k)
     for (std::size_t j = k - 1; j < end; ++j) out[j] += a[j + 1 - k] * b[k];
@@ -50,7 +52,7 @@ void sumTile(const float* h, std::size_t taps, std::size_t factor, const float* 
   for (std::size_t t = 0, q = 0; t < taps; ++q)
     for (std::size_t p = 0; p < factor && t < taps; ++p, ++t)
       sums.add(h[t], phases + p * phaseLength + q);
-  sums.put(y);
+  sums.storeTo(y);
 }
 
 }  // namespace
@@ -63,7 +65,7 @@ void convolve(const float* a, const float* b, float* out, std::size_t n, std::si
   for (; i + 8 < n; i += 8) convolveTile<1>(a, b, out, i, m);
   for (; i < n; ++i) {
     float sum = 0.0f;
-    // a[n] is not there.
+    // The last output would need a[n], which does not exist.
     for (std::size_t k = i + 1 < n ? 0 : 1; k < minimum(m, i + 2); ++k) sum += a[i + 1 - k] * b[k];
     out[i] = sum;
   }
@@ -72,12 +74,13 @@ void convolve(const float* a, const float* b, float* out, std::size_t n, std::si
 
 void decimate(const float* h, std::size_t taps, std::size_t factor, const float* x,
               std::size_t outputs, float* y) {
-  // The samples of each phase lie together, so that those of neighbouring outputs do.
-  constexpr std::size_t kRoom = 4096;
-  float phases[kRoom];
+  // Samples are first sorted by phase (index mod factor), so that neighbouring outputs need
+  // adjacent samples.
+  constexpr std::size_t kCapacity = 4096;
+  float phases[kCapacity];
   const std::size_t phaseLength = kTile + (taps + factor - 1) / factor;
   std::size_t i = 0;
-  if (phaseLength <= kRoom / factor) {
+  if (phaseLength <= kCapacity / factor) {
     for (; i + kTile <= outputs; i += kTile) {
       const float* from = x + i * factor;
       const std::size_t length = (kTile - 1) * factor + taps;

@@ -38,7 +38,7 @@ TEST(Decimation, StreamInBlocksEqualsOneShot) {
       ASSERT_EQ(length, blocks);
       done += blocks;
     }
-    // Seen backward, an output starts at its newest sample, the filter's centre.
+    // In reversed time the newest sample of an output is the centre of the filter.
     std::ranges::reverse(x);
     std::ranges::reverse(y);
     h.insert(h.begin(), 6, 0.0f);
@@ -51,7 +51,7 @@ TEST(Decimation, RefusedFactorsAndEmptyInputs) {
   std::int32_t length = 77;
   for (const int factor : {INT_MIN, 0, 6, 1})
     EXPECT_EQ(decimateSignal(factor, 10, nullptr, nullptr, &length), factor != 1);
-  EXPECT_EQ(length, 77) << "not even written by factor 1";
+  EXPECT_EQ(length, 77) << "factor 1 does not write the length";
   for (const auto& [factor, n] : {std::pair{2, 0}, {2, INT_MIN}, {0, 10}, {INT_MIN, 10}}) {
     std::int32_t streamed = length = 77;
     decim(factor, 95, DECIMATEby2, nullptr, n, nullptr, nullptr, &length);

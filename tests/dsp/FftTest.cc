@@ -9,10 +9,10 @@ TEST(Fft, MatchesDirectSumsAndComesBackTimesHalfTheLength) {
   for (unsigned long n = 2; n <= 1024; n *= 2) {
     const Samples x = noise(static_cast<int>(n));
     const double length = static_cast<double>(n);
-    // Each of the log2(n) passes rounds values of size about sqrt(n) to single precision twice.
+    // Each of the log2(n) passes rounds values of about sqrt(n) twice to single precision.
     const double tolerance = 6e-8 * std::sqrt(length) * (2 + std::log2(length));
     Spectrum f = slowSpectrum(x, n);
-    f[0].imag(f[n / 2].real());  // the packed place of the Nyquist frequency
+    f[0].imag(f[n / 2].real());  // where the Nyquist value is packed
     Samples bins = x;
     realft(bins.data() - 1, n, 1);
     for (std::size_t k = 0; k < n / 2; ++k)
@@ -20,7 +20,7 @@ TEST(Fft, MatchesDirectSumsAndComesBackTimesHalfTheLength) {
     for (const int inverse : {0, -1, 2}) {
       Samples back = bins;
       realft(back.data() - 1, n, inverse);
-      // Relative to n/2, two transforms lose some ten roundings.
+      // Relative to n/2, two transforms accumulate about ten roundings.
       for (std::size_t j = 0; j < n; ++j) ASSERT_NEAR(back[j] * 2 / length, x[j], 1e-6) << n;
     }
   }

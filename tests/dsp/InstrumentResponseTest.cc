@@ -14,7 +14,7 @@ namespace {
 using Complex = std::complex<long double>;
 using Floats = std::vector<float>;
 
-// The instruments as quotients of polynomials in s = i*omega, where their poles pair off.
+// The instruments as quotients of polynomials in s = i*omega, with conjugate poles multiplied out.
 Complex closedForm(int code, Complex s) {
   constexpr long double pi = std::numbers::pi_v<long double>;
   const Complex slow = s + 0.06283L, repeated = s + Complex(8.6940765L, 7.196866L);
@@ -29,7 +29,7 @@ TEST(InstrumentResponse, OfTheBuiltInInstrumentsIsTheirClosedFormConjugated) {
   float re, im;
   const auto expectResponse = [&](int code, float omega) {
     const Complex expected = std::conj(closedForm(code, Complex(0.0L, omega)));
-    // Single precision: one rounding, and the decimal tails of the constants.
+    // Errors: one rounding to single precision, and the constants rounded to single precision.
     EXPECT_LE(std::abs(Complex(re, im) - expected), 3e-7L * std::abs(expected)) << code;
   };
   for (const float omega : {0.0f, 0.01f, 1.0f, 6.2831855f, 600.0f, -2.0f})
@@ -44,7 +44,7 @@ TEST(InstrumentResponse, OfTheBuiltInInstrumentsIsTheirClosedFormConjugated) {
   }
   const float roots[] = {1, -2, -3, 4};
   ComputeInstRespnse(2, roots, 2, roots, &re, &im, 2.0f, 10.0f);
-  EXPECT_LE(std::abs(Complex(re, im) - 10.0L), 2e-6L) << "zeros are taken as poles are";
+  EXPECT_LE(std::abs(Complex(re, im) - 10.0L), 2e-6L) << "zeros and poles have the same sign";
 }
 
 struct Parsed {
@@ -65,7 +65,8 @@ TEST(PoleZeroFile, ReadsWhatFitsInAnyOrderCaseAndLocale) {
       "POLES 1\n1 1\n2 2\n3 3\npoles 3\n-0.25 0.5\nno pair\n5\n-314.5 -202";
   const Parsed p(folder.write("poles", text).c_str());
   std::setlocale(LC_ALL, "C");
-  EXPECT_EQ(Floats(&p.zeros[0], &p.zeros[5]), (Floats{1.5, -20, 0.5, 0.25, 99})) << "not just one";
+  EXPECT_EQ(Floats(&p.zeros[0], &p.zeros[5]), (Floats{1.5, -20, 0.5, 0.25, 99}))
+      << "listed pairs beyond the count are stored";
   EXPECT_EQ(Floats(&p.poles[0], &p.poles[7]), (Floats{-0.25, 0.5, -314.5, -202, 0, 0, 99}));
   EXPECT_TRUE(p.nZeros == 1 && p.nPoles == 3 && p.constant == 7.5e+07f);
   std::string wild = "ZEROS -1\nPOLES4\nPOLES x\nPOLES 99999999999999999999\n1 " +

@@ -1,4 +1,4 @@
-// Every kernel of every set that this processor runs gives the bits of the plain loops.
+// All kernels that this processor can run return the same bits as the plain loops.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -46,9 +46,9 @@ std::vector<KernelSet> kernelSets() {
 
 constexpr int kKinds = 7;
 
-// Noise, an impulse, zeros of both signs with a few ones, denormal, huge and widely spread numbers,
-// and ones that cancel: a value whose products are inexact with both signs, so that a fused
-// operation leaves a rest.
+// Kinds of samples: noise; an impulse; zeros of both signs with a few ones; denormal numbers; huge
+// numbers; numbers of very different size; and numbers +-1/3, whose products are inexact and
+// cancel, so that a fused operation leaves a residual.
 Floats makeSamples(int kind, std::size_t n) {
   std::mt19937 random(static_cast<unsigned>(n));
   std::uniform_real_distribution<float> uniform(-1.0f, 1.0f);
@@ -67,7 +67,7 @@ Floats makeSamples(int kind, std::size_t n) {
   return x;
 }
 
-// Kinds of samples go round with the lengths.
+// The kind of samples cycles with the length.
 Floats someSamples(int n) {
   return makeSamples(n % kKinds, static_cast<std::size_t>(n));
 }
@@ -79,7 +79,7 @@ std::vector<int> allShortAndSomeLong(std::initializer_list<int> some) {
   return lengths;
 }
 
-// The same bits, but for what a NaN holds.
+// Expects the same bits, except in the payload of NaN.
 void expectSameBits(const Floats& expected, const Floats& x, const char* what) {
   ASSERT_EQ(expected.size(), x.size());
   for (std::size_t i = 0; i < x.size(); ++i) {
@@ -89,7 +89,7 @@ void expectSameBits(const Floats& expected, const Floats& x, const char* what) {
   }
 }
 
-// The arrays begin one sample behind the alignment of their memory.
+// The arrays start one sample after an aligned address.
 template <typename Transform>
 Floats transformed(Floats samples, Transform transform) {
   samples.insert(samples.begin(), 0.0f);
@@ -100,7 +100,7 @@ Floats transformed(Floats samples, Transform transform) {
 TEST(Kernels, Transform) {
   for (std::size_t n = 2; n <= 1 << 20; n *= 2) {
     for (int kind = 0; kind < kKinds; ++kind) {
-      // All kinds at all lengths would take the tests a minute.
+      // All kinds at all lengths would take a minute.
       if (n > 1 << 14 && kind != std::countr_zero(n) % 7) continue;
       const Floats samples = makeSamples(kind, n);
       for (const int sign : {1, -1}) {
@@ -124,7 +124,7 @@ TEST(Kernels, Transform) {
   }
 }
 
-// The arrays have exactly the samples that may be read.
+// The arrays hold only the samples that may be read.
 TEST(Kernels, Convolve) {
   for (const int n : allShortAndSomeLong({1023, 1024, 1025, 5003})) {
     for (const int m : {-1, 0, 1, 2, 7, 31, 64, 65, 300, 3001}) {
@@ -154,7 +154,7 @@ TEST(Kernels, Decimate) {
         decim(factor, taps, h.data(), nullptr, n, x.data(), y.data(), &length);
         ASSERT_EQ(length, std::ssize(y));
         expectSameBits(expected, y, "decim");
-        // Whole sums only, from the first sample on.
+        // The kernels compute complete sums only, starting at the first sample.
         if (taps == 0 || n < taps) continue;
         Floats whole((n - taps) / factor + 1);
         for (std::size_t i = 0; i < whole.size(); ++i)
@@ -170,7 +170,7 @@ TEST(Kernels, Decimate) {
   }
 }
 
-// Whatever the coefficients: infinite and NaN ones must not spread from samples that are not there.
+// Infinite and NaN coefficients must not affect outputs through samples outside the trace.
 TEST(Kernels, FilterThroughSections) {
   for (int sections = 1; sections <= 10; ++sections) {
     for (int design = 0; design < 4; ++design) {

@@ -1,4 +1,4 @@
-// The loops that define the results of the kernels, bit for bit, as plainly as they can be written.
+// The loops that define the results of the kernels bit for bit, written as plainly as possible.
 #ifndef KROSAC_TESTS_DSP_PLAINLOOPS_H
 #define KROSAC_TESTS_DSP_PLAINLOOPS_H
 
@@ -7,7 +7,7 @@
 
 namespace krosac::plain {
 
-// exp(i k theta) for k = 0, 1, ... by a recurrence.
+// The twiddle factors exp(i k theta) for k = 0, 1, ... by a recurrence.
 struct Twiddle {
   double theta, re = 1.0, im = 0.0;
   void advance() {
@@ -62,7 +62,7 @@ inline void realft(float* data, unsigned long n, int isign) {
   if (isign != 1) four1(data, n / 2, -1);
 }
 
-// a[n] is not there.
+// a[n] does not exist.
 inline void convolve(const float* a, const float* b, float* out, long n, long m, float scale) {
   for (long i = 0; i < n; ++i) {
     float sum = 0.0f;

@@ -22,7 +22,7 @@ struct Sequence : QuasiRandomContext {
 };
 
 TEST(QuasiRandom, IsTheSequenceOfJoeAndKuo) {
-  // Columns 2 to 53 of the point with index 999 in 1024ths, from SciPy 1.10, qmc.Sobol.
+  // Columns 2 to 53 of the point with index 999, times 1024, from qmc.Sobol of SciPy 1.10.
   const Point published = {931, 83,  1013, 991, 865, 879, 729, 833, 647, 23,  453, 485, 969,
                            851, 571, 289,  673, 695, 39,  343, 371, 397, 361, 789, 353, 233,
                            171, 381, 797,  983, 85,  495, 799, 757, 341, 549, 147, 763, 811,

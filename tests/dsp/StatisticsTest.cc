@@ -32,7 +32,7 @@ TEST(Statistics, ExtremaMeanAndSum) {
   EXPECT_EQ(kahanSum(x.data(), -5), 1e17f);
 }
 
-// The array as text, in which one NaN is as another and -0 as 0.
+// The array as text, which does not distinguish NaNs, nor -0 and 0.
 std::string asText(Values x) {
   for (float& value : x) value = std::isnan(value) ? NAN : value + 0.0f;
   return testing::PrintToString(x);
@@ -55,7 +55,7 @@ TEST(Statistics, MediansAreThoseOfACopySortedWithNaNLast) {
       Values sorted = x, copy = x;
       std::ranges::sort(sorted, [](float a, float b) { return a < b || (a == a && b != b); });
       mdian2(copy.data() - 1, n, &median[1]);
-      EXPECT_EQ(asText(copy), asText(x)) << "left alone by the second";
+      EXPECT_EQ(asText(copy), asText(x)) << "mdian2 does not change the array";
       mdian1(copy.data() - 1, n, &median[0]);
       EXPECT_EQ(asText(copy), asText(sorted));
       const double twice = double{sorted[(n - 1) / 2]} + double{sorted[n / 2]};
@@ -72,7 +72,7 @@ TEST(Statistics, GreatestIsFoundInEveryLane) {
   for (const std::size_t count : {0, 1, 31, 32, 33, 100}) {
     for (std::size_t place = 0; place < count; ++place) {
       Values sizes(count, 1.0f);
-      sizes[(place + 32) % count] = NAN;  // the next in the same lane
+      sizes[(place + 32) % count] = NAN;  // the next value in the same lane
       sizes[place] = 2.0f;
       EXPECT_EQ(greatestOf(count, [&](std::size_t i) { return sizes[i]; }), 2.0f) << place;
     }

@@ -1,19 +1,20 @@
-// The inner loops of the library, compiled once for each instruction set that it may meet. All give
-// the bits of the plain loops; they differ in speed alone.
+// The inner loops of the library, compiled once for each instruction set. All return the same bits
+// as the plain loops and differ only in speed.
 #ifndef KROSAC_DSP_INTERNAL_KERNELS_H
 #define KROSAC_DSP_INTERNAL_KERNELS_H
 
 #include <cstddef>
 
-// Transforms of dsp/Fft.h from x[0] on, of kShortestTransform complex values or more.
+// four1, realftForward, realftInverse: the transforms of krosac/dsp/Fft.h on x[0], x[1], ..., for
+// at least kShortestTransform complex values.
 //
-// convolve: TDconvolve of dsp/Convolution.h.
+// convolve: TDconvolve of krosac/dsp/Convolution.h.
 //
-// decimate: y[i] = sum over t of h[t]*x[i*factor+t] for i = 0..outputs-1, single precision in the
-// order of t.
+// decimate: y[i] = sum over t of h[t]*x[i*factor+t] for i = 0..outputs-1, in single precision and
+// in the order of t.
 //
-// cascade: the sections of Apply of dsp/Butterworth.h one after the other, each from rest, over
-// npts samples that lie step apart, npts at least 1.
+// cascade: filters npts >= 1 samples, `step` floats apart, with one section after the other as
+// Apply of krosac/dsp/Butterworth.h does, each section starting from zero memories.
 #define KROSAC_DECLARE_KERNELS(set)                                                       \
   namespace krosac::set {                                                                 \
   void four1(float* x, std::size_t nn, int isign);                                        \
@@ -33,8 +34,8 @@ namespace krosac {
 constexpr std::size_t kShortestTransform = 64;
 }
 
-// Which set runs is known when the library is loaded: the compiler's own start-up code asks the
-// processor.
+// The compiler's start-up code queries the processor when the library is loaded; a call only looks
+// up the answer.
 #ifdef KROSAC_AVX2
 KROSAC_DECLARE_KERNELS(avx2)
 #define KROSAC_KERNEL(name) (__builtin_cpu_supports("avx2") ? avx2::name : baseline::name)

@@ -71,8 +71,8 @@ struct Twiddles {
 // The lane of the real transform in a group's recurrences; lanes 0 to 2 are the group's passes.
 constexpr int kRealLane = 3;
 
-// sin(theta) of each pass. The number of a pass is the binary logarithm of the complex values that
-// it joins. The next pass has half the angle of a pass.
+// sin(theta) of each pass; pass p makes blocks of 2^p complex values. Each pass has twice the angle
+// of the next one.
 class PassSines {
  public:
   PassSines(std::size_t nn, int isign) {
