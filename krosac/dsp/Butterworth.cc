@@ -17,7 +17,7 @@ constexpr float kPi = 3.1415927410125732f;
 constexpr float kTwoPi = 6.2831854820251465f;
 
 int sectionCount(const BUFilterDesign* design) {
-  return std::clamp(design->nSections, 0, kMaxSections);
+  return design ? std::clamp(design->nSections, 0, kMaxSections) : 0;
 }
 
 void setCoefficients(float (&coefficients)[3], float c0, float c1, float c2) {
@@ -47,6 +47,7 @@ void GRHPBUfilter(float* data, int npts, int nPasses, int nPoles, float dt, floa
 }
 
 void BUroots(BUFilterDesign* design, int nPoles) {
+  if (!design) return;
   const bool fits = nPoles >= 2 && nPoles / 2 <= kMaxSections;
   design->nSections = fits ? nPoles / 2 : 0;
   // The real pole of an odd order is never placed; that is intended.
@@ -106,7 +107,7 @@ void BiLin(BUFilterDesign* design) {
 }
 
 void Apply(const BUFilterDesign* design, float* data, int npts, int nPasses) {
-  if (npts <= 0) return;
+  if (!design || !data || npts <= 0) return;
   const auto run = [&](float* first, std::ptrdiff_t step) {
     KROSAC_KERNEL(cascade)(design->num, design->den, sectionCount(design), first, npts, step);
   };

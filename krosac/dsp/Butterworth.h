@@ -29,10 +29,10 @@ typedef struct BUFilterDesign {
 // Low-pass and high-pass filter npts samples in place. dt is the sample interval in seconds, fc the
 // corner frequency in hertz. nPasses = 2 filters forward and backward (no phase shift, twice the
 // attenuation in decibels); any other value filters forward once. An odd number of poles uses the
-// sections of its design without the real pole. Such a filter amplifies the pass band near the
-// corner (three poles by up to 1.15 in one pass) and has a gain of 1 at the corner. With fewer than
-// 2 or more than 21 poles the data do not change. The corner is not checked: at 0, at the Nyquist
-// frequency and above it the filter is undefined or unstable.
+// sections of its design without the real pole: the gain is 1 at the corner, and the pass band is
+// amplified near it (three poles: up to 1.15 in one pass, 1.33 in two). With fewer than 2 or more
+// than 21 poles the data do not change. The corner is not checked: at 0, at the Nyquist frequency
+// and above it the filter is undefined or unstable.
 KROSAC_API void GRLPBUfilter(float* data, int npts, int nPasses, int nPoles, float dt, float fc);
 KROSAC_API void GRHPBUfilter(float* data, int npts, int nPasses, int nPoles, float dt, float fc);
 

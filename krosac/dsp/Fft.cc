@@ -57,7 +57,7 @@ void reverseBits(float* data, unsigned long nn) {
 }  // namespace
 
 void four1(float* data, unsigned long nn, int isign) {
-  if (!std::has_single_bit(nn)) return;
+  if (!data || !std::has_single_bit(nn)) return;
   if (nn >= kShortestTransform) return KROSAC_KERNEL(four1)(data + 1, nn, isign);
   const unsigned long n = 2 * nn;
   reverseBits(data, nn);
@@ -79,7 +79,7 @@ void four1(float* data, unsigned long nn, int isign) {
 }
 
 void realft(float* data, unsigned long n, int isign) {
-  if (n < 2 || !std::has_single_bit(n)) return;
+  if (!data || n < 2 || !std::has_single_bit(n)) return;
   const bool forward = isign == 1;
   if (n >= 2 * kShortestTransform)
     return (forward ? KROSAC_KERNEL(realftForward) : KROSAC_KERNEL(realftInverse))(data + 1, n);

@@ -71,6 +71,11 @@ void evaluate(int nZeros, const float* zeros, int nPoles, const float* poles, fl
   }
 }
 
+void write(float* re, float* im, float real, float imaginary) {
+  if (re) *re = real;
+  if (im) *im = imaginary;
+}
+
 }  // namespace
 
 void respond(const PolesAndZeros& instrument, std::span<const float> omega, float re[],
@@ -81,7 +86,10 @@ void respond(const PolesAndZeros& instrument, std::span<const float> omega, floa
 
 void ComputeInstRespnse(int nZeros, const float zeros[], int nPoles, const float poles[], float* re,
                         float* im, float omega, float C) {
-  evaluate(nZeros, zeros, nPoles, poles, C, {&omega, 1}, re, im);
+  if ((nZeros > 0 && !zeros) || (nPoles > 0 && !poles)) return;
+  float real, imaginary;
+  evaluate(nZeros, zeros, nPoles, poles, C, {&omega, 1}, &real, &imaginary);
+  write(re, im, real, imaginary);
 }
 
 void respond(int code, std::span<const float> omega, float re[], float im[]) {
@@ -94,7 +102,9 @@ void respond(int code, std::span<const float> omega, float re[], float im[]) {
 }
 
 void GetInstrumentResponse(int code, float* re, float* im, float omega) {
-  respond(code, {&omega, 1}, re, im);
+  float real, imaginary;
+  respond(code, {&omega, 1}, &real, &imaginary);
+  write(re, im, real, imaginary);
 }
 
 void GetWWLPResponse(float* re, float* im, float omega) {

@@ -1,12 +1,14 @@
 #include "krosac/dsp/PoleZeroFile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
 #include "krosac/dsp/internal/PolesAndZeros.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/RegularFile.h"
 #include "krosac/platform/internal/Text.h"
 
@@ -39,7 +41,7 @@ void addPair(Roots& roots, const char* line) {
 }
 
 void copyTo(float* array, const Roots& roots) {
-  std::copy_n(roots.pairs, 2 * std::max(roots.listed, roots.count), array);
+  if (array) std::copy_n(roots.pairs, 2 * std::max(roots.listed, roots.count), array);
 }
 
 // Reads the next line without its line feed. Returns false at the end of the file.
@@ -87,10 +89,19 @@ void parse(std::FILE* file, PolesAndZeros& response, bool& hasKeywords) {
 }
 
 bool read(const char* path, PolesAndZeros& response, bool& hasKeywords) {
+  errno = 0;
   std::FILE* file = openRegularStream(path);
+  if (!path) {
+    setReason("no path given");
+  } else if (!file && errno == 0) {
+    setReason("%s: is not a regular file", path);
+  } else if (!file) {
+    setSystemReason(path);
+  }
   if (!file) return false;
   parse(file, response, hasKeywords);
   const bool complete = !std::ferror(file);
+  if (!complete) setSystemReason(path);
   std::fclose(file);
   return complete;
 }
@@ -98,6 +109,7 @@ bool read(const char* path, PolesAndZeros& response, bool& hasKeywords) {
 }  // namespace
 
 bool readPoleZeroFile(const char* path, PolesAndZeros& response, bool& hasKeywords) {
+  clearReason();
   response = {};
   hasKeywords = false;
   if (read(path, response, hasKeywords)) return true;
@@ -112,9 +124,9 @@ int ParsePoleZeroFile(const char* path, float poles[], float zeros[], float* C, 
   if (!readPoleZeroFile(path, response, hasKeywords)) return -1;
   copyTo(poles, response.poles);
   copyTo(zeros, response.zeros);
-  *C = response.constant;
-  *nPoles = response.poles.count;
-  *nZeros = response.zeros.count;
+  if (C) *C = response.constant;
+  if (nPoles) *nPoles = response.poles.count;
+  if (nZeros) *nZeros = response.zeros.count;
   return 0;
 }
 

@@ -14,7 +14,8 @@ KROSAC_C_BEGIN
 // lines, and the part of a line after its first 256 bytes, are ignored.
 //
 // Returns 0. Returns -1, prints a message to standard error and writes nothing if the file cannot
-// be opened or read or is not a regular file (a pipe or a device may have no end).
+// be opened or read or is not a regular file (a pipe or a device may have no end); lastReason()
+// then returns the system's text.
 KROSAC_API int ParsePoleZeroFile(const char* path, float poles[], float zeros[], float* C,
                                  int* nPoles, int* nZeros);
 

@@ -47,6 +47,7 @@ const Directions sharedDirections = [] {
 }  // namespace
 
 std::int32_t QuasiRandomInitialize(QuasiRandomContext* context, std::int32_t d) {
+  if (!context) return kReleased;
   const std::int32_t dimensions = std::clamp<std::int32_t>(d, 0, kSobolDimensions);
   *context = {kReleased, 0, 0, nullptr};
   auto* point = new (std::nothrow) std::uint64_t[static_cast<std::size_t>(dimensions)]();
@@ -56,17 +57,18 @@ std::int32_t QuasiRandomInitialize(QuasiRandomContext* context, std::int32_t d) 
 }
 
 void QuasiRandomNumber(QuasiRandomContext* context, float* out) {
-  if (!context->point) return;
+  if (!context || !context->point) return;
   const int bit = std::min(std::countr_one(context->counter), kBits - 1);
   ++context->counter;
   const std::uint64_t* directions = sharedDirections.number[bit];
   for (std::int32_t d = 0; d < context->dimensions; ++d) {
     context->point[d] ^= directions[d];
-    out[d] = static_cast<float>(static_cast<double>(context->point[d]) * kScale);
+    if (out) out[d] = static_cast<float>(static_cast<double>(context->point[d]) * kScale);
   }
 }
 
 void QuasiRandomRelease(QuasiRandomContext* context) {
+  if (!context) return;
   delete[] context->point;
   *context = {kReleased, 0, 0, nullptr};
 }

@@ -63,21 +63,21 @@ Split splitAt(float a, double eps, const float* x, int n) {
 }  // namespace
 
 float vmax(const float* x, int n) {
-  if (n == 0) return kSacUndefinedFloat;
+  if (n == 0 || (n > 0 && !x)) return kSacUndefinedFloat;
   float largest = -1e30f;
   for (int i = 0; i < n; ++i) largest = x[i] > largest ? x[i] : largest;
   return largest;
 }
 
 float vmin(const float* x, int n) {
-  if (n == 0) return kSacUndefinedFloat;
+  if (n == 0 || (n > 0 && !x)) return kSacUndefinedFloat;
   float smallest = 1e30f;
   for (int i = 0; i < n; ++i) smallest = x[i] < smallest ? x[i] : smallest;
   return smallest;
 }
 
 float vmean(const float* x, int n) {
-  if (n == 0) return kSacUndefinedFloat;
+  if (n == 0 || (n > 0 && !x)) return kSacUndefinedFloat;
   float sum = 0.0f;
   for (int i = 0; i < n; ++i) sum += x[i];
   return sum / static_cast<float>(n);
@@ -99,19 +99,21 @@ float kahanSum(const float* x, int n) {
 }
 
 void sort(int n, float* x) {
-  if (n < 2) return;
+  if (!x || n < 2) return;
   std::make_heap(x + 1, x + 1 + n, nanLastLess);
   std::sort_heap(x + 1, x + 1 + n, nanLastLess);
 }
 
 void mdian1(float* x, int n, float* median) {
   sort(n, x);
-  *median = n < 1 ? kSacUndefinedFloat : middle(x[(n + 1) / 2], x[n / 2 + 1]);
+  if (!median) return;
+  *median = !x || n < 1 ? kSacUndefinedFloat : middle(x[(n + 1) / 2], x[n / 2 + 1]);
 }
 
 void mdian2(const float* x, int n, float* median) {
+  if (!median) return;
   *median = kSacUndefinedFloat;
-  if (n < 1) return;
+  if (!x || n < 1) return;
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
   constexpr int kGuidedPasses = 20;
   const int lowRank = (n + 1) / 2;

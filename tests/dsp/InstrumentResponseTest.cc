@@ -7,6 +7,7 @@
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
 #include "krosac/dsp/PoleZeroFile.h"
+#include "krosac/platform/LastReason.h"
 
 namespace krosac {
 namespace {
@@ -76,10 +77,20 @@ TEST(PoleZeroFile, ReadsWhatFitsInAnyOrderCaseAndLocale) {
   const Parsed w(folder.write("poles", wild).c_str());
   EXPECT_TRUE(w.nPoles == 32 && w.nZeros == 0 && w.poles[2] == 6 && w.poles[62] == 29 &&
               w.constant == 1);
-  for (const char* path : {"/", static_cast<const char*>(nullptr)})
+  const std::string absent = folder.path() + "/absent";
+  const std::pair<const char*, std::string> refused[] = {
+      {absent.c_str(), absent + ": No such file or directory"},
+      {"/", "/: is not a regular file"},
+      {nullptr, "no path given"}};
+  for (const auto& [path, reason] : refused) {
     EXPECT_EQ(
         printedBy([&] { EXPECT_EQ(Parsed(path).result, -1); }),
         std::string("|Problem opening the pole-zero file ") + (path ? path : "(null)") + "\n");
+    EXPECT_EQ(lastReason(), reason);
+  }
+  const std::string file = folder.write("poles", text);
+  EXPECT_EQ(ParsePoleZeroFile(file.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_STREQ(lastReason(), "");
 }
 
 }  // namespace

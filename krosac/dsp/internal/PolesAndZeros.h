@@ -21,8 +21,9 @@ struct PolesAndZeros {
   float constant = 1.0f;
 };
 
-// Reads a file as ParsePoleZeroFile does, with its message. Returns false where that returns -1.
-// hasKeywords is false for a text that has none of the keywords and so states no response.
+// Reads a file as ParsePoleZeroFile does, with its message. Returns false where that returns -1,
+// and sets the reason. hasKeywords is false for a text that has none of the keywords and so states
+// no response.
 bool readPoleZeroFile(const char* path, PolesAndZeros& response, bool& hasKeywords);
 
 // The response at each angular frequency in rad/s, conjugated as by ComputeInstRespnse. Many
