@@ -93,10 +93,9 @@ class PassSines {
   double sines_[kMaxPasses + 2];
 };
 
-// One to three passes that are done together; the first joins pairs of blocks of `half` values. In
-// these passes a block has 2^passes rows of `half` columns, and the pass that joins 2^p rows needs
-// 2^p * half twiddle factors. A short group stores them all. A long group stores the recurrences at
-// the start of each row.
+// One to three passes that run together on blocks of 2^passes rows of `half` columns. Pass p of
+// them joins rows 2^p apart and needs 2^p * half twiddle factors. A short group stores them all. A
+// long group stores the values of the recurrences at the start of each row.
 struct Group {
   std::size_t half;
   int passes;
@@ -113,7 +112,7 @@ struct Group {
     stepsDone = 0;
     const std::size_t rows = std::size_t{1} << (passes - 1);
     stepsInAll = stored != nullptr ? rows * half : (rows - 1) * half + 1;
-    // Unused lanes are zero: what the stack held before could be denormal, and slow.
+    // Unused lanes are zero, because denormal numbers left on the stack would slow down all lanes.
     step = Twiddle4{};
     for (int pass = 0; pass < count; ++pass) step.setLane(pass, sines.step(firstPass + pass));
     state = {{broadcast4(1.0), broadcast4(0.0)}};
