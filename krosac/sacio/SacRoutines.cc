@@ -192,7 +192,7 @@ void getkhv_(const char* name, char* text, std::int32_t*, int nameLength, int te
   // The words of the float routine, as intended.
   if (!field) wanted.warn(stderr, "Warning ", " not matched in getfhv\n");
   if (text)
-    std::copy_n(field ? field : kSacUndefinedText, std::min(textLength, field ? 8 : 6), text);
+    std::copy_n(field ? field : kSacUndefinedText, std::clamp(textLength, 0, field ? 8 : 6), text);
 }
 
 void setkhv_(const char*, const char*, std::int32_t*, int, int) {

@@ -11,6 +11,7 @@
 #include <sys/user.h>
 #include <sys/wait.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -386,8 +387,9 @@ TEST_F(FaultTest, AFileThatShrinksWhileItIsReadIsRefusedOrWhole) {
     const std::string image = Saver{saveAs, swapped}.bytes(samples);
     folder.write("a.sac", image);
     // Shrinks the file step by step and puts a whole one in its place, again and again.
-    const std::jthread shrinking([&](const std::stop_token& stop) {
-      while (!stop.stop_requested()) {
+    std::atomic<bool> stops = false;
+    std::thread shrinking([&] {
+      while (!stops) {
         folder.write("next", image);
         for (const std::size_t less : {std::size_t{1}, image.size() / 2, image.size() - 632})
           fs::resize_file(path, image.size() - less);
@@ -409,6 +411,8 @@ TEST_F(FaultTest, AFileThatShrinksWhileItIsReadIsRefusedOrWhole) {
       ReadSACfile(path.c_str(), read.data(), &header, 30000, &status);
       EXPECT_TRUE(status == -1 || (status == 0 && (swapped || read == samples))) << status;
     }
+    stops = true;
+    shrinking.join();
   }
 }
 

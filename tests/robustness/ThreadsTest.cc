@@ -19,13 +19,14 @@ constexpr int kThreads = 4;
 template <typename Action>
 void inThreads(Action action) {
   std::barrier start(kThreads);
-  std::vector<std::jthread> threads;
+  std::vector<std::thread> threads;
   for (int k = 0; k < kThreads; ++k) {
     threads.emplace_back([&, k] {
       start.arrive_and_wait();
       action(k);
     });
   }
+  for (std::thread& thread : threads) thread.join();
 }
 
 TEST(Threads, OwnObjectsGiveTheResultsOfOneThread) {
