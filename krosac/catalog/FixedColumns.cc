@@ -13,7 +13,7 @@ std::string_view behindWhiteSpace(std::string_view text) {
   return {std::find_if_not(text.begin(), text.end(), isWhiteSpace), text.end()};
 }
 
-// What is left of the text behind white space, at most `width` characters, as a text with an end.
+// At most `width` characters of the text behind leading white space, with a terminating NUL.
 struct Number {
   Number(std::string_view text, std::size_t width) {
     const std::string_view rest = behindWhiteSpace(text);

@@ -16,7 +16,7 @@ bool isListed(const std::string& name, const std::vector<std::string>* list) {
   return list && std::ranges::find(*list, name) != list->end();
 }
 
-// What a folder holds, in the order of the names; nothing where it cannot be read.
+// The entries of a folder in the order of their names; none if it cannot be read.
 std::vector<fs::directory_entry> sortedEntries(const std::string& folder) {
   std::vector<fs::directory_entry> entries;
   std::error_code error;
@@ -59,13 +59,13 @@ void SeismogramArray::loadSeismogramsFromPath(const std::string& path) {
   if (!error) loadFolder("");
 }
 
-// Loads what is below a folder given relative to the working directory, empty for itself.
+// Loads the files below a folder, given relative to the working directory; empty for that itself.
 void SeismogramArray::loadFolder(const std::string& folder) {
   for (const fs::directory_entry& entry : sortedEntries(folder)) {
     const std::string path = joinedPath(folder, entry.path().filename().native());
     std::error_code error;
     if (entry.is_directory(error)) {
-      // Links could lead back up.
+      // Links to folders could form cycles.
       if (!entry.is_symlink(error)) loadFolder(path);
     } else if (entry.exists(error)) {
       const auto s = make<SacObject>();
@@ -75,7 +75,7 @@ void SeismogramArray::loadFolder(const std::string& folder) {
 }
 
 void SeismogramArray::filterSeismograms() {
-  // Removes what the screens accept; this is intended.
+  // Removes the accepted seismograms; this is intended.
   std::erase_if(theSeismograms_, [this](const auto& s) { return s && screenSeismogram(*s); });
 }
 

@@ -14,13 +14,13 @@ namespace {
 
 constexpr std::size_t kLongestLine = 4095;
 
-// Takes fields off a line from left to right, as scanf does: once one does not scan, it and all
-// behind it are left as they are.
+// Scans the fields of a line from left to right as scanf does: after the first failure no further
+// target changes.
 class FieldScanner {
  public:
   explicit FieldScanner(const std::string& line) : at_(line.c_str()), end_(at_ + line.size()) {}
 
-  // Exactly so many characters.
+  // Reads exactly `count` characters.
   FieldScanner& characters(std::ptrdiff_t count, OptionalText* text = nullptr) {
     isGood_ = isGood_ && end_ - at_ >= count;
     if (isGood_ && text) *text = std::string(at_, at_ + count);
@@ -71,19 +71,19 @@ float* floats(const Ref<ByteBuffer>& buffer) {
 
 }  // namespace
 
-// The lines of a text, each taken up to its line break, with all white space behind that passed
-// over, and what goes beyond the longest line too.
+// Splits a text into lines. All white space behind a line break is skipped, and a line is cut at
+// kLongestLine.
 class DispersionCurve::Lines {
  public:
   explicit Lines(std::string_view text) : rest_(text) {}
 
-  // The next line; where there is none, and before a text that begins with a line break, the last
-  // one again.
+  // Returns the next line, or the last one again at the end of the text or at a line break where
+  // the text begins.
   const std::string& next() {
     advance();
     return line_;
   }
-  // False where there is no next line.
+  // Moves to the next line; false if there is none.
   bool advance() {
     const std::size_t length = std::min(rest_.find('\n'), rest_.size());
     if (length == 0) return false;
@@ -142,7 +142,7 @@ void DispersionCurve::readHeader(Lines& lines) {
       .number(slon_)
       .word(channelID_);
   FieldScanner(lines.next()).characters(13).number(elat_).number(elon_).number(edepth_);
-  // The azimuth at the event goes to baz, that at the station to az; this is intended.
+  // baz takes the azimuth at the event, az the azimuth at the station; this is intended.
   delta_az(&elat_, &elon_, &slat_, &slon_, &gcarc_, &baz_);
   delta_az(&slat_, &slon_, &elat_, &elon_, &gcarc_, &az_);
   distance_ = static_cast<float>(gcarc_ * kKilometresPerDegree);

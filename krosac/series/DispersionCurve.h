@@ -21,58 +21,59 @@ namespace krosac {
 
 class KROSAC_API DispersionCurve : public Object {
  public:
-  // No periods; all else of a made object is zero or empty. Gives the object.
+  // Sets no periods; every other field of a made object is zero or empty. Returns the object.
   Ref<Object> init() override;
 
-  // Reads a KESTRAV file: 12 header lines and one line of eight numbers a period. Gives the object,
-  // without periods when the file cannot be read or begins with a line break.
+  // Reads a KESTRAV file: 12 header lines and one line of eight numbers per period. Returns the
+  // object, without periods if the file cannot be read or begins with a line break.
   //
-  // Blank lines and leading blanks do not count, but on the first line; nor does what goes beyond
+  // The reader ignores blank lines, leading blanks (except on the first line) and everything beyond
   // 4095 characters of a line. nPeriods is the number of lines that do not begin with "#", header
-  // lines included; where lines are missing the last one is read again. A field that its line is
-  // too short for, or that does not scan, stays as it was, and so do those behind it on the line.
-  // More periods than memory holds give none.
+  // lines included; if there are fewer lines, the last one is read again. A field that is missing
+  // or does not scan keeps its value, and so do the fields behind it on its line. A file with more
+  // periods than memory can hold leaves none.
   Ref<DispersionCurve> initWithKESTRAVFile(const std::string& path);
 
-  // The station's code; none when the file names none.
+  // The station code; none if the file has none.
   const OptionalText& stationID() const { return stationID_; }
   const OptionalText& networkID() const { return networkID_; }  // not read
-  // The component's name.
+  // The component name.
   const OptionalText& channelID() const { return channelID_; }
-  // The first 21 characters of line 1, a blank and a word of line 4; none when line 1 is shorter.
+  // The first 21 characters of line 1, a blank and a word of line 4; none if line 1 is shorter.
   const OptionalText& dataSource() const { return dataSource_; }
   const OptionalText& originalText() const { return originalText_; }         // not read
   const std::optional<Date>& dateMeasured() const { return dateMeasured_; }  // not read
 
-  // The number of periods, and so of the values below.
+  // The number of periods, which is the length of the arrays below.
   std::int32_t nPeriods() const { return nPeriods_; }
-  // The type of velocity, which the file does not tell: 0.
+  // The velocity type. It is not in the file and always 0.
   std::int32_t vType() const { return vType_; }
-  // 1 Rayleigh for a file name that ends in "r.ga", 2 Love for "l.ga", else 0.
+  // 1 (Rayleigh) for a file name that ends in "r.ga", 2 (Love) for "l.ga", otherwise 0.
   std::int32_t wType() const { return wType_; }
-  // The flag of mode isolation, the number behind column 51 of line 8.
+  // The mode-isolation flag: the number behind column 51 of line 8.
   std::int32_t modeIsolation() const { return modeIsolation_; }
 
-  // Degrees; the elevation is not read. A position that was not read counts as 0, 0 below.
+  // Station latitude and longitude (degrees) and elevation (not read), then event latitude and
+  // longitude (degrees) and depth. Missing coordinates are 0, also for distance and azimuths.
   float slat() const { return slat_; }
   float slon() const { return slon_; }
   float selva() const { return selva_; }
   float elat() const { return elat_; }
   float elon() const { return elon_; }
   float edepth() const { return edepth_; }
-  // Degrees clockwise from north. The reader fills them crosswise, as intended: az holds the
-  // azimuth at the station toward the event, baz the one at the event toward the station.
+  // Degrees clockwise from north. The two are exchanged, which is intended: az is the azimuth at
+  // the station toward the event, baz the azimuth at the event toward the station.
   float az() const { return az_; }
   float baz() const { return baz_; }
-  // In km, 111.19 a degree of gcarc, and in degrees.
+  // Distance in km (gcarc times kKilometresPerDegree) and in degrees of arc.
   float distance() const { return distance_; }
   float gcarc() const { return gcarc_; }
-  // Of instPeriod, in s; 0 without periods.
+  // The extremes of instPeriod, s; 0 without periods.
   float minPeriod() const { return minPeriod_; }
   float maxPeriod() const { return maxPeriod_; }
 
-  // nPeriods values each: the periods of the filter and the instantaneous ones, s; the smoothed and
-  // the measured velocities, in the unit of the file; and their uncertainty (|hdv| + |ldv|) / 2.
+  // nPeriods values each: filter period and instantaneous period, s; smoothed and measured
+  // velocity, in the unit of the file; and the uncertainty (|hdv| + |ldv|) / 2 of the velocity.
   std::span<const float> fltrPeriod() const { return values(fltrPeriod_); }
   std::span<const float> instPeriod() const { return values(instPeriod_); }
   std::span<const float> smthVelocity() const { return values(smthVelocity_); }
@@ -82,7 +83,7 @@ class KROSAC_API DispersionCurve : public Object {
   std::span<const float> predictedValue() const { return values(predictedValue_); }
   std::span<const float> misfit() const { return values(misfit_); }
 
-  // The last four columns of the last line.
+  // The last four columns of the last line that was read.
   float ldv() const { return ldv_; }
   float hdv() const { return hdv_; }
   float ramp() const { return ramp_; }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kPi = 3.141592653589793;
 
-// The values that are both stated and in the buffer; none where there are fewer than two.
+// The first min(npts, values in the buffer) values; none if there are fewer than two.
 std::optional<PackedBins> binsOf(const kroSpectrum& s) {
   if (s.npts() < 2 || !s.spectrum()) return std::nullopt;
   const std::size_t n =
@@ -35,7 +35,7 @@ double amplitude(float re, float im) {
   return std::sqrt(static_cast<double>(squared(re, im)));
 }
 
-// What a measure looks at: the two real values, and bins first to last.
+// The terms of a measure: the two real values, and bins first to last.
 struct Band {
   bool hasZeroFrequency, hasNyquist;
   std::int64_t first, last;
@@ -50,7 +50,7 @@ Band wholeBand(const PackedBins& s) {
   return {true, true, 1, static_cast<std::int64_t>(s.size() / 2) - 1};
 }
 
-// None where the limits make no band.
+// None if the limits are invalid.
 std::optional<Band> bandBetween(const PackedBins& s, float f1, float f2) {
   const auto half = static_cast<std::int64_t>(s.size() / 2);
   const float nyquist = s.frequency(s.size() / 2);
@@ -60,14 +60,14 @@ std::optional<Band> bandBetween(const PackedBins& s, float f1, float f2) {
   return Band{i1 == 0, i2 == half, i1 == 0 ? 1 : i1, i2 == half ? half - 1 : i2};
 }
 
-// The sum, in single precision, of a measure that takes a real value or the parts of a bin.
+// The sum, in single precision, of a measure of a real value or of the two parts of a bin.
 template <typename Measure>
 float sumOver(const PackedBins& s, const Band& band, Measure measure) {
   float sum = 0.0f;
   const auto add = [&sum](auto term) { sum = static_cast<float>(sum + term); };
   if (band.hasZeroFrequency) add(measure(s.dc()));
   if (band.hasNyquist) add(measure(s.nyquist()));
-  if (band.first < 0) add(measure(0.0f, 0.0f));  // the same for one bin below 0 as for many
+  if (band.first < 0) add(measure(0.0f, 0.0f));  // one bin below 0 adds as much as many
   const std::int64_t last = std::min(band.last, static_cast<std::int64_t>(s.size() / 2) - 1);
   const float* value = s.values();
   for (std::int64_t k = std::max(band.first, std::int64_t{0}); k <= last; ++k)
@@ -80,7 +80,7 @@ float powerOver(const PackedBins& s, const Band& band) {
   return static_cast<float>(s.df() * (2.0 * sum * kPi));
 }
 
-// measureBand(bins, band), or what stands for no spectrum and for no band.
+// Returns measureBand(bins, band), 0.0 without a spectrum, or -12345.0 without a band.
 template <typename MeasureBand>
 float overBand(const kroSpectrum& spectrum, float f1, float f2, MeasureBand measureBand) {
   const auto s = binsOf(spectrum);
@@ -118,7 +118,7 @@ void rfSpectrum::computeExtrema() {
   s->forEachBin([&](std::size_t, float& re, float& im) { include(std::sqrt(squared(re, im))); });
   setMinAmp(least);
   setMaxAmp(greatest);
-  // Over the number of values, not of amplitudes; this is intended.
+  // Divided by the number of values, not of amplitudes; this is intended.
   setMeanAmp(sum / static_cast<float>(s->size()));
 }
 
@@ -151,7 +151,7 @@ Ref<ByteBuffer> rfSpectrum::amplitudeSpectrum() const {
   auto buffer = ByteBuffer::zeroed((half + 1) * sizeof(float));
   if (!buffer) return nullptr;
   auto* out = reinterpret_cast<float*>(buffer->mutableBytes());
-  // With their signs; this is intended.
+  // These two keep their signs; this is intended.
   out[0] = s->dc();
   out[half] = s->nyquist();
   s->forEachBin([&](std::size_t k, float& re, float& im) { out[k] = std::sqrt(squared(re, im)); });

@@ -12,7 +12,6 @@
 #include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
-namespace {}  // namespace
 
 // ---- Making and fields ----
 
@@ -178,13 +177,13 @@ float uniformSampleTimeSeries::interpolateValueAtRelativeTime(float t) const {
   const auto x = samples();
   if (!covers(t)) return kSacUndefinedFloat;
   if (t == 0.0f) return x[0];
-  // The last sample, whose time may be infinite, before a place is looked for.
+  // The time of the last sample may be infinite, so test it before dividing.
   if (t == delta_ * static_cast<float>(x.size() - 1)) return x.back();
-  const float place = std::floor(t / delta_);
-  const std::int64_t next = std::int64_t{truncIndex(place)} + 1;
-  if (next < 1 || next >= std::ssize(x)) return x.back();  // the quotient rounded up to it
+  const float index = std::floor(t / delta_);
+  const std::int64_t next = std::int64_t{truncIndex(index)} + 1;
+  if (next < 1 || next >= std::ssize(x)) return x.back();  // the quotient was rounded up
   const float before = x[static_cast<std::size_t>(next - 1)];
-  return before + (t - place * delta_) * (x[static_cast<std::size_t>(next)] - before) / delta_;
+  return before + (t - index * delta_) * (x[static_cast<std::size_t>(next)] - before) / delta_;
 }
 
 // ---- Calculus, filters and pulses ----
