@@ -45,17 +45,16 @@ TEST(DispersionCurve, ReadsHeaderAndPeriods) {
   EXPECT_THAT((std::vector{c->stationID(), c->channelID(), c->dataSource(), c->networkID()}),
               ElementsAre("TLY", "BHZ", "# Group velocities    ab12", std::nullopt));
   EXPECT_EQ(c->modeIsolation(), 1);
-  // From Japan the station lies to the north-west, from the station Japan to the east; each stands
-  // under the other's name.
+  // The azimuth from Japan to the station is north-west, that from the station to Japan east; the
+  // two names are exchanged.
   EXPECT_NEAR(c->baz(), 309.092, 1e-3);
   EXPECT_NEAR(c->az(), 101.021, 1e-3);
   EXPECT_FLOAT_EQ(c->distance(), c->gcarc() * 111.19f);
 }
 
-TEST(DispersionCurve, CountsLinesAndTakesTheWaveTypeFromTheName) {
+TEST(DispersionCurve, CountsLinesAndDerivesTheWaveTypeFromTheName) {
   EXPECT_TRUE(read(kHeader, "r.ga")->wType() == 1 && read(kHeader, "TLY.r.gas")->wType() == 0);
-  // Header lines without the mark count; as many lines are missing at the end, and the last one
-  // stands for them.
+  // Header lines without "#" count as periods; the last line is then read again for each of them.
   std::string bare = kHeader;
   std::erase(bare, '#');
   const auto c = read(bare + "20 21 3 3 0 0 0 0\n30 31 3 3 0 0 0 0", "x.l.ga");
@@ -69,7 +68,7 @@ TEST(DispersionCurve, SurvivesAnyFile) {
       {"  \n\n \n", 1},
       {std::string(300000, '7') + "\n" + std::string(200000, 'x'), 2},
       {std::string(5000, '\0') + "\n" + std::string(3, '\0'), 2},
-      // Lines too short for their fields leave them, and those behind them, unset.
+      // A line too short for a field leaves this field and those behind it unset.
       {"# short\n# Station       TLY 51.68\n# Event\n#\n5\n6\n7\n8\n9\n10\n11\n12\na b", 9}};
   for (const auto& [text, periods] : texts) {
     const auto c = read(text);

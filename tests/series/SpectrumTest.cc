@@ -75,12 +75,12 @@ TEST(Spectrum, FindsExtremaCopiesAndAdds) {
   s->addSpectrum(*spectrumOf(Values(8, 9.0f), std::nextafter(1.0f, 2.0f)));
   s->addSpectrum(*spectrumOf(Values(9, 9.0f), 1.0f));
   s->addSpectrum(*s);
-  EXPECT_EQ(valuesOf(s->spectrum())[7], 24.0f) << "only what fits is added";
+  EXPECT_EQ(valuesOf(s->spectrum())[7], 24.0f) << "only the matching spectrum is added";
   EXPECT_EQ(valuesOf(copy->spectrum())[7], 12.0f);
 }
 
 TEST(Spectrum, ShapesItsBins) {
-  // What becomes of a bin at angular frequency w; the two real values become `ends`, or do as bins.
+  // The expected bin at angular frequency w. The two real values become `ends`, or change as bins.
   const struct {
     void (*shape)(rfSpectrum&);
     Complex (*bin)(Complex, double);
@@ -115,7 +115,7 @@ TEST(Spectrum, IsSafeWithoutItsValues) {
   const auto none = make<rfSpectrum>(), one = spectrumOf({5.0f}, 1.0f),
              cut = spectrumOf({3.0f, 1.0f, 3.0f, 4.0f, 9.0f}, 1.0f);
   for (const auto& s : {none, one, cut}) {
-    s->setNpts(1 << 30);  // more than there is: what is there counts
+    s->setNpts(1 << 30);  // more than the buffer holds
     EXPECT_TRUE((s->signalPower() > 0.0f) == (s == cut) && !s->amplitudeSpectrum() == (s != cut));
     for (const auto operation : {&rfSpectrum::computeExtrema, &rfSpectrum::prewhiten,
                                  &rfSpectrum::multiplyByIOmega, &rfSpectrum::divideByIOmega})
@@ -125,8 +125,8 @@ TEST(Spectrum, IsSafeWithoutItsValues) {
     s->addSpectrum(*s);
     s->setZeroFrequencyValue(7.0f);
   }
-  EXPECT_THAT(valuesOf(one->spectrum()), ElementsAre(7.0f)) << "set without a look at npts";
-  EXPECT_EQ(valuesOf(cut->spectrum())[4], 36.0f) << "scaled, and added to itself";
+  EXPECT_THAT(valuesOf(one->spectrum()), ElementsAre(7.0f)) << "set for any npts";
+  EXPECT_EQ(valuesOf(cut->spectrum())[4], 36.0f) << "scaled by 2, then doubled";
 }
 
 }  // namespace
