@@ -49,6 +49,10 @@ TEST(FixedColumns, ScanAllFormsOfNumbersInEveryLocale) {
                                        {"-inf", -INFINITY},
                                        {"9e99", INFINITY},
                                        {"+-1", 7.0f},
+                                       {"0x", 7.0f},
+                                       {"-0Xg", 7.0f},
+                                       {"INF", INFINITY},
+                                       {"infini", 7.0f},
                                        {"1,5", 1.0f}}) {
     event->setLatErr(7.0f);
     event->parseEDRErrMagInfo(std::string(8, ' ') + text);

@@ -18,7 +18,8 @@ inline constexpr std::size_t kScratchLength = 15;
 // Scan like formatted input of C in the C locale, from text that need not end in a NUL: leading
 // white space is skipped and not counted, then at most `width` characters are used. If they do not
 // begin with a value, the target does not change and the result is false. A number is the longest
-// valid prefix ("1.5e" is 1.5); a word ends at white space.
+// valid prefix ("1.5e" is 1.5), but "0x" without digits and "infinit" are none. A word ends at
+// white space.
 bool scan(std::string_view text, std::size_t width, std::int32_t& target);
 bool scan(std::string_view text, std::size_t width, float& target);
 bool scan(std::string_view text, std::size_t width, OptionalText& target);
