@@ -57,8 +57,8 @@ class KROSAC_API SeismogramArray : public Object {
   // file below it that passes the screens, with its path relative to the folder. The entries of
   // each folder are sorted by the bytes of their names. Links to files are followed, links to
   // folders are not. Files that are not seismograms are skipped after the loader's messages, and
-  // unreadable folders without a message. Does nothing if the path is not a folder or cannot be
-  // entered.
+  // unreadable folders without a message; lastReason() names the last one of either. Does nothing
+  // if the path is not a folder or cannot be entered, see lastReason().
   void loadSeismogramsFromPath(const std::string& path);
 
   // Removes the seismograms that pass the screens and keeps the others, which is intended.
@@ -78,7 +78,7 @@ class KROSAC_API SeismogramArray : public Object {
   std::pair<double, double> backazRange() const;
   // The range of the slowness times cos(AZ - azimuth), with the slowness in user value `key` (0 to
   // 9) and the azimuth in degrees. The two overloads accept the arguments in either order and are
-  // distinguished by type.
+  // distinguished by type, so a call with two integers is ambiguous: write (3, 45.0f), not (3, 45).
   std::pair<double, double> gammaRangeForAzimuth_slownessKey(float azimuth, std::int32_t key) const;
   std::pair<double, double> gammaRangeForAzimuth_slownessKey(std::int32_t key,
                                                              float azimuth) const {
@@ -89,7 +89,7 @@ class KROSAC_API SeismogramArray : public Object {
   ~SeismogramArray() override = default;
 
  private:
-  void loadFolder(const std::string& folder);
+  void loadFolder(const std::string& folder, std::string& refused);
   template <typename Low, typename High>
   std::pair<double, double> range(Low low, High high) const;
 

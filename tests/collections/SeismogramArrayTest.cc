@@ -8,6 +8,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 #include "seismogram/Traces.h"
 
 namespace krosac {
@@ -89,10 +90,16 @@ TEST(SeismogramArray, LoadsATreeWithAnyContent) {
   };
   array->setGCarcScreen(true);
   array->setMaxGCarc(90.0f);
-  for (const char* path : {"data", "a.sac", "missing", "itself", ""})
+  array->loadSeismogramsFromPath("data");
+  EXPECT_THAT(lastReason(), testing::ContainsRegex("^pipe: "));
+  for (const char* path : {"a.sac", "missing", "itself", ""}) {
     array->loadSeismogramsFromPath(path);
+    EXPECT_THAT(lastReason(), testing::ContainsRegex(std::string("^") + path + ": .")) << path;
+  }
   EXPECT_THAT(paths(), ElementsAre("a.sac", "b/deep/x", "b.sac", "link"));
   EXPECT_EQ(fs::current_path(), fs::canonical(in("data")));
+  makeArray()->loadSeismogramsFromPath("b/deep");
+  EXPECT_STREQ(lastReason(), "") << "all of its files were loaded";
   array->setMaxGCarc(55.0f);
   array->filterSeismograms();
   EXPECT_THAT(paths(), ElementsAre("b/deep/x", "link")) << "the accepted ones are removed";
