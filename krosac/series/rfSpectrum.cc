@@ -6,6 +6,7 @@
 
 #include "krosac/dsp/internal/PackedSpectrum.h"
 #include "krosac/platform/Numbers.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
@@ -41,8 +42,7 @@ struct Band {
   std::int64_t first, last;
 
   float terms() const {
-    const std::int64_t bins = std::max(last - first + 1, std::int64_t{0});
-    return static_cast<float>(hasZeroFrequency + hasNyquist + bins);
+    return static_cast<float>(hasZeroFrequency + hasNyquist + last - first + 1);
   }
 };
 
@@ -54,8 +54,11 @@ Band wholeBand(const PackedBins& s) {
 std::optional<Band> bandBetween(const PackedBins& s, float f1, float f2) {
   const auto half = static_cast<std::int64_t>(s.size() / 2);
   const float nyquist = s.frequency(s.size() / 2);
+  f1 = std::max(f1, 0.0f);
   if (!(f1 <= f2) || f1 > nyquist) return std::nullopt;
-  const std::int64_t i1 = truncIndex(f1 / s.df()), i2 = truncIndex(std::min(nyquist, f2) / s.df());
+  // The quotient of the Nyquist frequency itself can be rounded below halfpts.
+  const auto binOf = [&](float f) { return f >= nyquist ? half : truncIndex(f / s.df()); };
+  const std::int64_t i1 = binOf(f1), i2 = binOf(f2);
   if (i1 == kNoIndex || i2 == kNoIndex) return std::nullopt;
   return Band{i1 == 0, i2 == half, i1 == 0 ? 1 : i1, i2 == half ? half - 1 : i2};
 }
@@ -67,10 +70,8 @@ float sumOver(const PackedBins& s, const Band& band, Measure measure) {
   const auto add = [&sum](auto term) { sum = static_cast<float>(sum + term); };
   if (band.hasZeroFrequency) add(measure(s.dc()));
   if (band.hasNyquist) add(measure(s.nyquist()));
-  if (band.first < 0) add(measure(0.0f, 0.0f));  // one bin below 0 adds as much as many
-  const std::int64_t last = std::min(band.last, static_cast<std::int64_t>(s.size() / 2) - 1);
   const float* value = s.values();
-  for (std::int64_t k = std::max(band.first, std::int64_t{0}); k <= last; ++k)
+  for (std::int64_t k = band.first; k <= band.last; ++k)
     add(measure(value[2 * k], value[2 * k + 1]));
   return sum;
 }
@@ -92,10 +93,14 @@ float overBand(const kroSpectrum& spectrum, float f1, float f2, MeasureBand meas
 }  // namespace
 
 Ref<rfSpectrum> rfSpectrum::initWithImpulseSpectrumDt_Npts(float dt, std::int32_t n) {
+  clearReason();
   const std::int32_t points = nextPowerOfTwoPts(n);
-  if (!init() || points == 0) return nullptr;
+  if (!init()) return nullptr;
   const PackedSpectrum flat(static_cast<std::size_t>(points), dt);
-  if (!flat) return nullptr;
+  if (points == 0 || !flat) {
+    setReason("%d samples: too many, or no memory for their spectrum", n);
+    return nullptr;
+  }
   std::fill_n(flat.values(), std::min(points, 2), 1.0f);
   flat.forEachBin([](std::size_t, float& re, float&) { re = 1.0f; });
   setSpectrum(flat.buffer());
@@ -147,7 +152,7 @@ float rfSpectrum::meanLog10AmplitudeValueFrom_To(float f1, float f2) const {
 Ref<ByteBuffer> rfSpectrum::amplitudeSpectrum() const {
   const auto s = binsOf(*this);
   if (!s) return nullptr;
-  const std::size_t half = s->size() / 2;
+  const auto half = static_cast<std::size_t>(halfpts());
   auto buffer = ByteBuffer::zeroed((half + 1) * sizeof(float));
   if (!buffer) return nullptr;
   auto* out = reinterpret_cast<float*>(buffer->mutableBytes());

@@ -18,7 +18,7 @@ class KROSAC_API rfSpectrum : public kroSpectrum {
  public:
   // Makes the flat spectrum (all ones) of a unit impulse at time 0 in a trace of n samples with an
   // interval of dt s: npts is nextPowerOfTwoPts(n), df is 1 / (npts dt). Returns the object; empty
-  // for n >= 2^30 or without memory.
+  // for n >= 2^30 or without memory, see lastReason().
   Ref<rfSpectrum> initWithImpulseSpectrumDt_Npts(float dt, std::int32_t n);
 
   // The mean is the sum of the halfpts + 1 amplitudes divided by npts; the divisor is intended.
@@ -26,11 +26,10 @@ class KROSAC_API rfSpectrum : public kroSpectrum {
 
   // ---- Measures; 0.0 if df is 0 ----
   //
-  // A band runs from f1 to f2 Hz, limited to the Nyquist frequency; its bins are those from f1 / df
-  // to f2 / df, both truncated. It includes zero frequency if f1 / df truncates to 0, and the
-  // Nyquist frequency if f2 / df reaches halfpts. With a negative f1 it begins at a negative bin:
-  // bins below 0 have the amplitude 0, and bin 0 has values 0 and 1 as its parts. Measures return
-  // -12345.0 if f1 exceeds f2 or the Nyquist frequency, or if a limit has no bin number.
+  // A band runs from f1 to f2 Hz; a negative f1 counts as 0. Its bins are those from f1 / df to
+  // f2 / df, both truncated. It includes zero frequency if f1 / df truncates to 0, and the Nyquist
+  // frequency if f2 reaches or exceeds it. Measures return -12345.0 if f1 exceeds f2 or the Nyquist
+  // frequency, or if a limit is NaN.
 
   // Returns 2 pi df times the sum of the squared amplitudes of all frequencies, or of a band.
   float signalPower() const;
@@ -40,7 +39,8 @@ class KROSAC_API rfSpectrum : public kroSpectrum {
   float meanAmplitudeValueFrom_To(float f1, float f2) const;
   float meanLog10AmplitudeValueFrom_To(float f1, float f2) const;
   // Returns a new buffer of the halfpts + 1 amplitudes; the values at zero and Nyquist frequency
-  // keep their signs (intended). Empty without values or without memory.
+  // keep their signs (intended). Amplitudes beyond the spectrum's buffer are 0. Empty without
+  // values or without memory.
   Ref<ByteBuffer> amplitudeSpectrum() const;
 
   // ---- In place ----

@@ -27,7 +27,7 @@ class KROSAC_API uniformSampleTimeSeries : public timeSeries {
   // Sets no samples, the current time as the start and the type "Uniformly Sampled Time Series".
   Ref<Object> init() override;
   // Calls init, then sets n zero samples with an interval of delta s. Returns the object; empty for
-  // a negative n or without memory.
+  // a negative n or without memory, see lastReason().
   Ref<uniformSampleTimeSeries> initWithZerosNpts_Delta(std::int32_t n, float delta);
   // Returns a copy of all fields and samples that shares the delegate; empty without memory.
   Ref<uniformSampleTimeSeries> copyWithZone() const;
@@ -66,9 +66,9 @@ class KROSAC_API uniformSampleTimeSeries : public timeSeries {
   void squareAmplitudes();
   void absAmplitudes();
   void zeroAmplitudes();
-  // Tapers the first and last fraction of npts delta with 1 - cos and cos of a quarter period; the
-  // first sample becomes 0, also for a fraction of 0. From 1 on the falling edge covers the whole
-  // series, including the first sample. The default fraction is 0.05.
+  // Tapers the first and last fraction of npts delta with 1 - cos and cos of a quarter period. The
+  // first sample becomes 0 for every fraction. From 1 on the falling edge covers all other samples.
+  // The default fraction is 0.05.
   void taper() { taper(0.05f); }
   void taper(float fraction);
 

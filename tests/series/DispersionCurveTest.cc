@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 
 namespace krosac {
 namespace {
@@ -77,9 +78,32 @@ TEST(DispersionCurve, SurvivesAnyFile) {
     EXPECT_FALSE(c->channelID() || c->elat() != 0.0f) << text.substr(0, 9);
     EXPECT_THAT(c->velocity(), Each(0.0f));
   }
-  EXPECT_FALSE(read("# short\n")->dataSource());
-  const auto none = make<DispersionCurve>();
-  EXPECT_EQ(none->initWithKESTRAVFile("/missing/x.l.ga"), none);
+  EXPECT_EQ(read("# short\n2\n3\n#   26 characters in all  word")->dataSource(), "# short word");
+}
+
+TEST(DispersionCurve, ClearsEverythingAndReportsWhatItCannotRead) {
+  const TemporaryFolder folder;
+  const auto c = read(kHeader + "20 19.5 3.1 3.2 -0.2 0.4 5 6\n");
+  EXPECT_STREQ(lastReason(), "");
+  const std::vector<float> predicted = {3.5f, 3.75f};
+  EXPECT_TRUE(c->setPredictedValue(predicted) && c->setMisfit(predicted));
+  EXPECT_THAT(c->misfit(), ElementsAre(3.5f, 3.75f));
+  c->setNetworkID("IU");
+  c->setOriginalText("text");
+  c->setDateMeasured(Date{1.0});
+  c->setSelva(579.0f);
+  for (const std::string& path :
+       {folder.path("missing.l.ga"), folder.path(), folder.write("blank", "\n20 21"),
+        folder.write("none", "# 1\n")}) {
+    EXPECT_EQ(c->initWithKESTRAVFile(path), c);
+    EXPECT_THAT(lastReason(), testing::StartsWith(path + ": "));
+    EXPECT_FALSE(c->stationID() || c->channelID() || c->networkID() || c->originalText() ||
+                 c->dateMeasured());
+    EXPECT_THAT((std::vector{c->minPeriod(), c->maxPeriod(), c->gcarc(), c->az(), c->baz(),
+                             c->slat(), c->selva(), c->elon(), c->hdv(), float(c->nPeriods())}),
+                Each(0.0f));
+    EXPECT_TRUE(c->instPeriod().empty() && c->predictedValue().empty() && c->misfit().empty());
+  }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "dsp/Noise.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/series/momentRateFtn.h"
 #include "seismogram/Traces.h"
 
@@ -30,6 +31,7 @@ TEST(TimeSeries, HasATypeAndTimes) {
   basic->init();
   EXPECT_EQ(basic->copyWithZone()->description(), "Basic Time Series\nNPTS:0");
   EXPECT_FALSE(make<Series>()->initWithZerosNpts_Delta(-1, 0.1f));
+  EXPECT_STREQ(lastReason(), "-1 samples: no such number or no memory for it");
   const auto s = seriesOf(Samples(100), 0.05f);
   EXPECT_NEAR(s->epochStartTime(), static_cast<double>(std::time(nullptr)), 60.0);
   s->setEpochStartTime(1e9);
@@ -94,6 +96,16 @@ TEST(TimeSeries, DoesWhatASeismogramDoes) {
   }
   x->cosineTimeFunctionFilterDuration(0.07f);
   EXPECT_TRUE(listOf(*x) == noise(30) && x->max() == 0.0f) << "the extrema do not change either";
+}
+
+TEST(TimeSeries, TapersTheFirstSampleToZero) {
+  for (const float fraction : {-1.0f, 0.0f, 0.3f, 1.0f, 1.5f, INFINITY}) {
+    const auto s = seriesOf(Samples(10, 1.0f), 0.5f);
+    s->taper(fraction);
+    EXPECT_EQ(s->dataPointer()[0], 0.0f) << fraction;
+    // With a fraction of 1 the other samples are a quarter period of cos over the whole series.
+    EXPECT_TRUE(fraction != 1.0f || std::abs(s->dataPointer()[5] - std::sqrt(0.5f)) < 1e-6f);
+  }
 }
 
 TEST(TimeSeries, MeasuresAndLooksUp) {
