@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "Depth.h"
 #include "krosac/krosac.h"
 
 namespace {
@@ -49,7 +50,7 @@ void printTime(const char* name, float predicted, float picked) {
 
 void printPredictions(const SacObject& s, float pickedP, float pickedS) {
   const float arc = s.distance() / static_cast<float>(krosac::kKilometresPerDegree);
-  const float depth = s.evdp() > 1000.0f ? s.evdp() / 1000.0f : s.evdp();
+  const float depth = depthInKilometres(s);
   auto tables = krosac::make<krosac::TTTableObject>();
   tables->init();
   const krosac::SeismicPhase p = tables->GetTTPhase_GCARC_Depth("p", arc, depth);
@@ -65,7 +66,7 @@ void printPredictions(const SacObject& s, float pickedP, float pickedS) {
 
 // Replaces the samples by P, pP and sP: spikes convolved with a pulse.
 void synthesize(SacObject& s, const Mechanism& m) {
-  const float depth = s.evdp() > 1000.0f ? s.evdp() / 1000.0f : s.evdp();
+  const float depth = depthInKilometres(s);
   float block[13] = {m.strike,        m.dip, m.rake,    depth, s.azimuth(),   s.userValue(2),
                      kSourceVelocity, 0.0f,  s.gcarc(), 0.0f,  kSourceDensity};
   s.ZeroAmplitudes();

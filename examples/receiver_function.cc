@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "Depth.h"
 #include "MadeData.h"
 #include "krosac/krosac.h"
 
@@ -60,7 +61,7 @@ std::vector<int> peaksOf(const SacObject& s) {
 void markPeaks(SacObject& s) {
   auto tables = krosac::make<krosac::PsNMOTableObject>();
   tables->init();
-  const krosac::PsNMO curve = tables->FetchNMOForSrcDepth_Gcarc(s.evdp(), s.gcarc());
+  const krosac::PsNMO curve = tables->FetchNMOForSrcDepth_Gcarc(depthInKilometres(s), s.gcarc());
   std::printf("%8s %10s %10s\n", "lag, s", "amplitude", "depth, km");
   int key = 0;  // of the picks T0, T1, ...
   for (const int i : peaksOf(s)) {

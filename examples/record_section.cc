@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "Depth.h"
 #include "Progress.h"
 #include "krosac/krosac.h"
 
@@ -78,6 +79,6 @@ int main(int argc, char** argv) {
     print(*s);
     progress.step();
   }
-  const float depth = traces.front()->evdp();
+  const float depth = depthInKilometres(*traces.front());
   if (depth >= 0) printPredictions(section->gcarcRange(), depth);
 }
