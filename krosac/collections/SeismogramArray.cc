@@ -31,6 +31,28 @@ std::vector<fs::directory_entry> sortedEntries(const std::string& folder, std::e
   return entries;
 }
 
+// Loads the files below a folder, given relative to the working directory; empty for that itself.
+// `refused` takes the reason of the last file or folder that cannot be read.
+void loadFolder(const std::string& folder, SeismogramArray& array, std::string& refused) {
+  std::error_code unread;
+  for (const fs::directory_entry& entry : sortedEntries(folder, unread)) {
+    const std::string path = joinedPath(folder, entry.path().filename().native());
+    std::error_code error;
+    if (entry.is_directory(error)) {
+      // Links to folders could form cycles.
+      if (!entry.is_symlink(error)) loadFolder(path, array, refused);
+    } else if (entry.exists(error)) {
+      const auto s = make<SacObject>();
+      if (!s || !s->loadFromPath(path)) {
+        refused = *lastReason() ? lastReason() : path + ": cannot be loaded";
+      } else if (array.screenSeismogram(*s)) {
+        array.theSeismograms().push_back(s);
+      }
+    }
+  }
+  if (unread) refused = (folder.empty() ? "." : folder) + ": " + unread.message();
+}
+
 }  // namespace
 
 Ref<Object> SeismogramArray::init() {
@@ -63,31 +85,9 @@ void SeismogramArray::loadSeismogramsFromPath(const std::string& path) {
     return;
   }
   std::string refused;
-  loadFolder("", refused);
+  loadFolder("", *this, refused);
   clearReason();
   if (!refused.empty()) setReason("%s", refused.c_str());
-}
-
-// Loads the files below a folder, given relative to the working directory; empty for that itself.
-// `refused` takes the reason of the last file or folder that cannot be read.
-void SeismogramArray::loadFolder(const std::string& folder, std::string& refused) {
-  std::error_code unread;
-  for (const fs::directory_entry& entry : sortedEntries(folder, unread)) {
-    const std::string path = joinedPath(folder, entry.path().filename().native());
-    std::error_code error;
-    if (entry.is_directory(error)) {
-      // Links to folders could form cycles.
-      if (!entry.is_symlink(error)) loadFolder(path, refused);
-    } else if (entry.exists(error)) {
-      const auto s = make<SacObject>();
-      if (!s || !s->loadFromPath(path)) {
-        refused = *lastReason() ? lastReason() : path + ": cannot be loaded";
-      } else if (screenSeismogram(*s)) {
-        theSeismograms_.push_back(s);
-      }
-    }
-  }
-  if (unread) refused = (folder.empty() ? "." : folder) + ": " + unread.message();
 }
 
 void SeismogramArray::filterSeismograms() {

@@ -89,7 +89,6 @@ class KROSAC_API SeismogramArray : public Object {
   ~SeismogramArray() override = default;
 
  private:
-  void loadFolder(const std::string& folder, std::string& refused);
   template <typename Low, typename High>
   std::pair<double, double> range(Low low, High high) const;
 

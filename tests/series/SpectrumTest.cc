@@ -57,7 +57,7 @@ TEST(Spectrum, MeasuresBands) {
     EXPECT_EQ(s->meanAmplitudeValueFrom_To(f1, f2), -12345.0f) << f1;
   s->setDf(0.0f);
   EXPECT_EQ(s->signalPower() + s->meanAmplitudeValueFrom_To(2.0f, 1.0f), 0.0f);
-  // For many of these lengths and intervals halfpts df / df is rounded below halfpts.
+  // For some of these lengths halfpts df / df is rounded below halfpts.
   for (int n = 2; n < 200; ++n) {
     const auto t = spectrumOf(noise(static_cast<std::size_t>(n)), 1.0f / (0.3f * float(n)));
     const float nyquist = t->df() * float(t->halfpts()), whole = t->signalPower();
