@@ -128,7 +128,8 @@ inline std::vector<std::string> threeComponents() {
     s->setGcarc(60.0f);
     const bool vertical = component[2] == 'Z';
     if (!vertical) s->setComponentAzimuth(component[2] == 'E' ? 90.0f : 0.0f);
-    const double away = (s->componentAzimuth() - s->backazimuth() - 180) * std::numbers::pi / 180;
+    const double away =
+        (s->componentAzimuth() - s->backazimuth() - 180) * krosac::kRadiansPerDegree;
     for (int i = 0; i < s->npts(); ++i) {
       const double t = 300.0 + i * kDelta - kP;
       double radial = 0;

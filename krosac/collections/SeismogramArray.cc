@@ -138,7 +138,7 @@ std::pair<double, double> SeismogramArray::backazRange() const {
 
 std::pair<double, double> SeismogramArray::gammaRangeForAzimuth_slownessKey(
     float azimuth, std::int32_t key) const {
-  constexpr double kDegree = 0.017453292;
+  constexpr double kDegree = 0.017453292;  // pi / 180 to eight digits; this is intended
   const auto gamma = [&](const SacObject& s) {
     return static_cast<float>(s.userValue(key) * std::cos((s.azimuth() - azimuth) * kDegree));
   };

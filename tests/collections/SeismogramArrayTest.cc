@@ -126,7 +126,7 @@ TEST(SeismogramArray, ComputesRangesAndCutsToTheCommonWindow) {
   }
   EXPECT_THAT(ranges(),
               ElementsAre(Range(0, 100), Range(40, 100), Range(90, 150), Range(240, 300)));
-  // The azimuths are 60 and 120 degrees from 30; pi / 180 with nine digits adds an error of 7e-9.
+  // The azimuths are 60 and 120 degrees from 30; pi / 180 with eight digits adds an error of 7e-9.
   const Range gamma = array->gammaRangeForAzimuth_slownessKey(30.0f, 2);
   EXPECT_LE(std::fabs(gamma.first + 0.04) + std::fabs(gamma.second - 0.04), 16e-9);
   EXPECT_EQ(array->gammaRangeForAzimuth_slownessKey(2, 30.0f), gamma);
