@@ -1,5 +1,5 @@
-// Seismograms made for trying the examples where there are no recordings: one great earthquake off
-// Honshu, with noise that sounds like the Earth's.
+// Synthetic seismograms for trying the examples without recordings: one great earthquake off Honshu
+// with realistic noise.
 #ifndef KROSAC_EXAMPLES_MADEDATA_H
 #define KROSAC_EXAMPLES_MADEDATA_H
 
@@ -17,7 +17,7 @@ namespace made {
 
 inline constexpr float kEventLatitude = 38.3f, kEventLongitude = 142.4f, kEventDepth = 29.0f;
 
-// White noise from -1 to 1, the same for the same seed.
+// White noise from -1 to 1, reproducible for a seed.
 class Noise {
  public:
   explicit Noise(unsigned seed) : state_(seed) {}
@@ -30,7 +30,7 @@ class Noise {
   unsigned state_;
 };
 
-// A wave that begins at u = 0 s, with a coda of several frequencies around f Hz.
+// A wave that begins at u = 0 s and has a coda of several frequencies around f Hz.
 inline double wave(double u, double f, double rise, double decay) {
   if (u < 0 || u > 10 * decay) return 0;
   double sum = 0;
@@ -44,15 +44,15 @@ struct Station {
   float latitude, longitude;  // degrees
 };
 
-// The vertical motion in counts: P, PP, S and SS at the times of the IASP91 tables, a dispersed
-// surface wave with group velocities from 4.1 to 2.9 km/s, microseisms, hiss, drift and an offset.
-// P and S are marked in A and T1. Times count from the origin.
+// Vertical motion in counts: P, PP, S and SS at the times of the IASP91 tables, a dispersed surface
+// wave with group velocities from 4.1 to 2.9 km/s, microseisms, white noise, drift and an offset.
+// P and S are marked in A and T1. Times are relative to the origin.
 inline krosac::Ref<krosac::SacObject> seismogram(const krosac::TTTableObject& tables,
                                                  const Station& station, float begin, float delta,
                                                  int npts) {
   auto s = krosac::make<krosac::SacObject>();
   s->initWithCapacity(npts);
-  s->GetSacHeader()->NVHDR = 6;  // which a new seismogram leaves open
+  s->GetSacHeader()->NVHDR = 6;  // undefined in a new seismogram; other programs need it
   s->setDelta(delta);
   s->setBeginTime(begin);
   s->fixEndTime();
@@ -77,13 +77,13 @@ inline krosac::Ref<krosac::SacObject> seismogram(const krosac::TTTableObject& ta
 
   const double first = s->distance() / 4.1, last = s->distance() / 2.9;
   Noise white(static_cast<unsigned>(static_cast<int>(station.latitude * 1000 + station.longitude)));
-  const double turn = 2 * std::numbers::pi * 0.14 * delta, width = 1 - 0.1 * delta;
+  const double step = 2 * std::numbers::pi * 0.14 * delta, radius = 1 - 0.1 * delta;
   double phase = 0, microseism = 0, before = 0;
   for (int i = 0; i < npts; ++i) {
     const double t = begin + static_cast<double>(delta) * i;
-    // White noise through a resonance at 0.14 Hz.
-    before = std::exchange(microseism, 2 * width * std::cos(turn) * microseism -
-                                           width * width * before + delta * white());
+    // White noise through a resonator at 0.14 Hz.
+    before = std::exchange(microseism, 2 * radius * std::cos(step) * microseism -
+                                           radius * radius * before + delta * white());
     double x = 4000 + 4 * t + 900 * std::sin(t / 90) + 600 * white() + 40 * microseism;
     x += 4500 * wave(t - p, 0.25, 1.5, 30) + 1800 * wave(t - pp, 0.2, 3, 30) +
          6500 * wave(t - secondary, 0.12, 4, 40) + 2600 * wave(t - ss, 0.08, 6, 40);
@@ -98,16 +98,16 @@ inline krosac::Ref<krosac::SacObject> seismogram(const krosac::TTTableObject& ta
   return s;
 }
 
-// Delays and amplitudes of what a P of ray parameter p (s/km) brings to the radial component above
-// a crust of h km: itself, its conversion Ps and the multiples PpPs and PpSs + PsPs.
+// Delays (s) and amplitudes on the radial component of a P wave with ray parameter p (s/km) above a
+// crust of h km: P itself, the conversion Ps and the multiples PpPs and PpSs + PsPs.
 inline std::vector<std::pair<double, double>> radialArrivals(double h, double vp, double vs,
                                                              double p) {
   const double etaP = std::sqrt(1 / (vp * vp) - p * p), etaS = std::sqrt(1 / (vs * vs) - p * p);
   return {{0, 0.4}, {h * (etaS - etaP), 0.12}, {h * (etaS + etaP), 0.08}, {2 * h * etaS, -0.06}};
 }
 
-// Saves three components, Z, N and E, of a P from the east-southeast above a crust over a
-// half-space in the working directory and gives their paths.
+// Saves the components Z, N and E of a P wave from the east-southeast above a crust over a
+// half-space in the working directory and returns their paths.
 inline std::vector<std::string> threeComponents() {
   constexpr double kDelta = 0.05, kP = 369.0;
   const auto arrivals = radialArrivals(35.0, 6.3, 3.6, 0.06);
@@ -128,7 +128,8 @@ inline std::vector<std::string> threeComponents() {
     s->setGcarc(60.0f);
     const bool vertical = component[2] == 'Z';
     if (!vertical) s->setComponentAzimuth(component[2] == 'E' ? 90.0f : 0.0f);
-    const double away = (s->componentAzimuth() - s->backazimuth() - 180) * std::numbers::pi / 180;
+    const double away =
+        (s->componentAzimuth() - s->backazimuth() - 180) * krosac::kRadiansPerDegree;
     for (int i = 0; i < s->npts(); ++i) {
       const double t = 300.0 + i * kDelta - kP;
       double radial = 0;
@@ -143,7 +144,7 @@ inline std::vector<std::string> threeComponents() {
   return paths;
 }
 
-// Lines of an Earthquake Data Report.
+// A made Earthquake Data Report.
 inline constexpr const char* kReport =
     R"(HY20031231 235950.0  38.297N 142.373E  29.0  1.1 58 228
 E  0.12   3.10   4.20   2.5 5.8  41 5.6 12

@@ -1,4 +1,4 @@
-// How far a long piece of work has come: one line on a terminal, nothing in a pipe or a file.
+// A progress line on a terminal; prints nothing into a pipe or a file.
 #ifndef KROSAC_EXAMPLES_PROGRESS_H
 #define KROSAC_EXAMPLES_PROGRESS_H
 
@@ -18,7 +18,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // One more of the total is done.
+  // Counts one more step as done.
   void step() {
     const long percent = ++done_ * 100 / (total_ > 0 ? total_ : 1);
     if (!shown_ || percent == percent_) return;

@@ -1,9 +1,9 @@
 // Processes a folder of recordings on many processes: mpirun -n N archive_mpi FOLDER OUTPUT
 //
 // Each file is detrended, band-passed, decimated, marked with its predicted P and S, measured and
-// saved under its own name in the folder OUTPUT. OUTPUT/summary.txt has a line a file, in the order
-// of their names: samples, interval (s), greatest amplitude, ratio of signal to noise; "failed" for
-// a file that cannot be read or saved. Nothing in OUTPUT depends on the number of processes.
+// saved under its own name in the folder OUTPUT. OUTPUT/summary.txt has one line per file, sorted
+// by name: samples, interval (s), maximum amplitude, signal-to-noise ratio; "failed" for a file
+// that cannot be read or saved. OUTPUT does not depend on the number of processes.
 #include <mpi.h>
 
 #include <algorithm>
@@ -45,7 +45,7 @@ Row processFile(const std::string& input, const std::string& output) {
   return {!s->save(), s->npts(), s->delta(), s->absMax(), s->simpleSNR()};
 }
 
-// The names of the regular files in order, each with a NUL behind it; none without the folders.
+// The sorted names of the regular files, each followed by a NUL; empty without the two folders.
 std::string listFiles(const fs::path& folder, const fs::path& output) {
   std::set<std::string> names;
   std::error_code failed;
@@ -58,7 +58,7 @@ std::string listFiles(const fs::path& folder, const fs::path& output) {
   return joined;
 }
 
-// Rank 0's list for all, so that every rank sees the same.
+// Broadcasts the list of rank 0, so that every rank sees the same files.
 std::vector<std::string> shared(std::string joined) {
   unsigned long length = joined.size();
   MPI_Bcast(&length, 1, MPI_UNSIGNED_LONG, 0, MPI_COMM_WORLD);
@@ -97,18 +97,18 @@ int main(int argc, char** argv) {
   const auto count = names.size(), step = static_cast<std::size_t>(ranks);
   krosac::setLogSink([](const std::string&) {});  // the summary names what failed
 
-  // File i is for rank i modulo ranks: nothing to agree on, and large and small files mix.
+  // Rank i % ranks processes file i. This needs no communication and mixes large and small files.
   std::vector<Row> rows(count), all(count);
   Progress progress("Processing", rank == 0 ? std::ssize(names) / ranks : 0);
   for (auto i = static_cast<std::size_t>(rank); i < count; i += step) {
     rows[i] = processFile((folder / names[i]).string(), (output / names[i]).string());
     if (rank == 0) progress.step();
   }
-  // A row is zero but on its own rank, so that all bytes together are the whole table.
+  // A row is zero on all ranks but one, so a bitwise OR collects the whole table.
   MPI_Reduce(rows.data(), all.data(), static_cast<int>(count * sizeof(Row)), MPI_BYTE, MPI_BOR, 0,
              MPI_COMM_WORLD);
   if (rank == 0 && count == 0) {
-    status = std::fprintf(stderr, "archive_mpi FOLDER OUTPUT: no files, or no such folders\n") > 0;
+    status = std::fprintf(stderr, "archive_mpi FOLDER OUTPUT: no files, or not two folders\n") > 0;
   } else if (rank == 0) {
     std::printf("%zu files on %d processes, %td failed\n", count, ranks,
                 std::ranges::count(all, 1, &Row::failed));

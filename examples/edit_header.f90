@@ -1,10 +1,10 @@
 ! Prints or edits the header of a SAC file:
 !
-!   edit_header FILE                              prints every field that has a value
+!   edit_header FILE                              prints every field that is defined
 !   edit_header FILE OUTPUT FIELD VALUE ...       writes OUTPUT, the file with these fields changed
 !
-! The fields are the real and integer ones that have names in the routines for Fortran; NPTS cannot
-! be changed. The file must be in this machine's byte order.
+! The fields are the real and integer fields that the SAC routines know by name; NPTS cannot be
+! changed. The file must be in the byte order of this machine.
 program edit_header
   use, intrinsic :: iso_fortran_env, only: error_unit, int64
   implicit none
@@ -28,13 +28,13 @@ program edit_header
     call fail('edit_header FILE [OUTPUT FIELD VALUE ...]')
   call get_command_argument(1, input)
 
-  ! The first reading learns how many samples there are, the second reads them.
+  ! The first call reads the header to get the number of samples, the second reads the samples.
   allocate (samples(1))
   call rsac1(input, samples, n, b, delta, 1, error)
   if (error /= 0) call fail(trim(input)//': cannot be read')
   call getnhv('NPTS', n, error)
   inquire (file=input, size=bytes)
-  if (n < 1 .or. bytes /= 632 + 4_int64 * n) call fail(trim(input)//': no SAC file in this byte order')
+  if (n < 1 .or. bytes /= 632 + 4_int64 * n) call fail(trim(input)//': not a SAC file in this byte order')
   deallocate (samples)
   allocate (samples(n), stat=status)
   if (status /= 0) call fail(trim(input)//': too large')
@@ -55,9 +55,9 @@ program edit_header
       read (text, *, iostat=status) number
       if (status == 0) call setnhv(trim(field), number, error)
     else
-      call fail(trim(field)//': no field that can be changed')
+      call fail(trim(field)//': not a field that can be changed')
     end if
-    if (status /= 0) call fail(trim(text)//': no value for '//trim(field))
+    if (status /= 0) call fail(trim(text)//': not a value for '//trim(field))
   end do
   call get_command_argument(2, output)
   call wsac0(output, samples, samples, error)
@@ -80,7 +80,7 @@ contains
     end do
   end subroutine
 
-  ! A text field without the blanks or NULs that fill it.
+  ! A text field without padding blanks or NULs.
   function shown(text)
     character(len=*), intent(in) :: text
     character(len=:), allocatable :: shown

@@ -1,8 +1,7 @@
-// Makes recordings of one earthquake by many stations: make_stations FOLDER [STATIONS [SAMPLES]]
+// Makes recordings of one earthquake at many stations: make_stations FOLDER [STATIONS [SAMPLES]]
 //
-// The stations (30) stand 12 to 95 degrees from the earthquake all around it; each gives one file
-// of the folder, XX.S001.BHZ.SAC and so on, with its samples (30000, ten a second) from the origin
-// on.
+// The stations (30) surround the earthquake at distances of 12 to 95 degrees. Each writes one file
+// to the folder, XX.S001.BHZ.SAC and so on, with its samples (30000 at 10 Hz) from the origin on.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -16,7 +15,7 @@ namespace {
 
 constexpr float kDelta = 0.1f;  // s
 
-// The golden angle spreads the azimuths evenly, however many stations there are.
+// The golden angle spreads the azimuths evenly for any number of stations.
 made::Station station(int i, int count) {
   const float degrees = 12.0f + 83.0f * (static_cast<float>(i) + 0.5f) / static_cast<float>(count);
   const float azimuth = static_cast<float>(std::fmod(137.508 * i, 360.0));

@@ -1,13 +1,14 @@
-// Marks the predicted P and S of a seismogram and makes the body-wave synthetic of an earthquake at
-// its station: mark_and_synthesize [FILE [STRIKE DIP RAKE]]
+// Marks the predicted P and S of a seismogram and computes its body-wave synthetic:
+// mark_and_synthesize [FILE [STRIKE DIP RAKE]]
 //
 // Prints the predicted times beside the picked ones and saves NAME.marked and NAME.synthetic in the
-// working directory. The input stays as it is. Without a file one is made; without a mechanism it
-// is a thrust with strike 203, dip 10, rake 88.
+// working directory. The input is not changed. Without a file a sample is made. The default
+// mechanism is a thrust with strike 203, dip 10 and rake 88.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "Depth.h"
 #include "krosac/krosac.h"
 
 namespace {
@@ -15,7 +16,6 @@ namespace {
 using krosac::Ref;
 using krosac::SacObject;
 
-constexpr float kUndefined = -12345.0f;
 constexpr float kSourceVelocity = 6.2f, kSourceDensity = 2.67f;  // km/s, g/cm^3
 constexpr float kPulse = 4.0f;                                   // s
 
@@ -40,7 +40,7 @@ Ref<SacObject> makeTrace() {
 }
 
 void printTime(const char* name, float predicted, float picked) {
-  if (picked == kUndefined) {
+  if (!krosac::isDefined(picked)) {
     std::printf("%-14s %10.2f %10s\n", name, static_cast<double>(predicted), "-");
   } else {
     std::printf("%-14s %10.2f %10.2f %10.2f\n", name, static_cast<double>(predicted),
@@ -49,8 +49,8 @@ void printTime(const char* name, float predicted, float picked) {
 }
 
 void printPredictions(const SacObject& s, float pickedP, float pickedS) {
-  const float arc = s.distance() / 111.19f;
-  const float depth = s.evdp() > 1000.0f ? s.evdp() / 1000.0f : s.evdp();
+  const float arc = s.distance() / static_cast<float>(krosac::kKilometresPerDegree);
+  const float depth = depthInKilometres(s);
   auto tables = krosac::make<krosac::TTTableObject>();
   tables->init();
   const krosac::SeismicPhase p = tables->GetTTPhase_GCARC_Depth("p", arc, depth);
@@ -64,9 +64,9 @@ void printPredictions(const SacObject& s, float pickedP, float pickedS) {
               static_cast<double>(s.userValue(2)), static_cast<double>(p.slowness));
 }
 
-// P, pP and sP as spikes, made into pulses.
+// Replaces the samples by P, pP and sP: spikes convolved with a pulse.
 void synthesize(SacObject& s, const Mechanism& m) {
-  const float depth = s.evdp() > 1000.0f ? s.evdp() / 1000.0f : s.evdp();
+  const float depth = depthInKilometres(s);
   float block[13] = {m.strike,        m.dip, m.rake,    depth, s.azimuth(),   s.userValue(2),
                      kSourceVelocity, 0.0f,  s.gcarc(), 0.0f,  kSourceDensity};
   s.ZeroAmplitudes();
@@ -97,9 +97,9 @@ int main(int argc, char** argv) {
                  std::strtof(argv[4], nullptr)};
   }
   const bool hasS = s->pickLabelWithKey(0).starts_with('S');
-  const float pickedP = s->pTime(), pickedS = hasS ? s->t0() : kUndefined;
+  const float pickedP = s->pTime(), pickedS = hasS ? s->t0() : krosac::kSacUndefinedFloat;
   s->markJBTimesAndSlowness();
-  if (s->userValue(2) == kUndefined)
+  if (!krosac::isDefined(s->userValue(2)))
     return std::fprintf(stderr, "No predicted times for this trace\n"), 1;
   printPredictions(*s, pickedP, pickedS);
   const std::string name = s->myFileName().value();

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 """Processes a folder of recordings from Python: process_archive.py FOLDER OUTPUT [PROCESSES]
 
-Each file is band-passed, decimated by 2 and saved under its own name in the folder OUTPUT. A line a
-file is printed, in the order of their names: samples, greatest amplitude, its time, region of the
-event; or why there is none. Only Python itself is needed: ctypes calls the library's C functions,
-each worker is a process of its own. `process(path, output)` works as it is under Dask or Spark.
+Each file is band-passed, decimated by 2 and saved under its own name in the folder OUTPUT. One line
+per file is printed, sorted by name: samples, maximum amplitude, its time and the region of the
+event, or the error. Only Python itself is needed: ctypes calls the library's C functions, and each
+worker is a separate process. `process(path, output)` also works with Dask or Spark.
 
-The library is $KROSAC_LIBRARY, else that of a build beside this file, else the installed one.
+The library is $KROSAC_LIBRARY, or that of a build beside this file, or the installed one.
 """
 import ctypes as c
 import functools
@@ -19,7 +19,7 @@ LOW, HIGH, POLES, TWO_PASSES = 0.02, 1.0, 4, 2  # Hz, Hz
 
 
 class Header(c.Structure):
-    """The 632 bytes of a SAC header, with the names of what is used here."""
+    """The 632 bytes of a SAC header, with names for the fields used here."""
 
     _fields_ = [(name, c.c_float) for name in "DELTA DEPMIN DEPMAX SCALE ODELTA B".split()] + [
         ("floats6to34", c.c_float * 29), ("EVLA", c.c_float), ("EVLO", c.c_float),
@@ -30,7 +30,7 @@ class Header(c.Structure):
 
 @functools.cache
 def library():
-    """Loads the library once a process and says what its functions take."""
+    """Loads the library once per process and declares the argument types."""
     built = pathlib.Path(__file__).resolve().parent.parent / "build/lib/libkrosac.so"
     found = os.environ.get("KROSAC_LIBRARY") or (built if built.exists() else "libkrosac.so.1")
     lib = c.CDLL(str(found))
@@ -49,11 +49,11 @@ def library():
 
 
 def read(path):
-    """The header and the samples of a file in this machine's byte order."""
+    """Returns the header and the samples of a file in the byte order of this machine."""
     header, status = Header(), c.c_int32()
     library().ReadSACHeader(os.fsencode(path), header, status)
     if status.value or header.NPTS < 2 or os.path.getsize(path) != 632 + 4 * header.NPTS:
-        raise OSError(f"{path}: no SAC file in this byte order")
+        raise OSError(f"{path}: not a SAC file in this byte order")
     samples = (c.c_float * header.NPTS)()
     library().ReadSACfile(os.fsencode(path), samples, header, header.NPTS, status)
     if status.value:
@@ -62,7 +62,7 @@ def read(path):
 
 
 def write(path, header, samples):
-    """Saves atomically: a reader sees the old file or the whole new one."""
+    """Saves atomically: a reader sees either the old file or the complete new one."""
     status, unfinished = c.c_int32(), f"{path}.{os.getpid()}.unfinished"
     library().WriteSACfile(os.fsencode(unfinished), samples, status, header)
     if status.value:
@@ -71,7 +71,7 @@ def write(path, header, samples):
 
 
 def region(latitude, longitude):
-    """The Flinn-Engdahl geographic region."""
+    """Returns the Flinn-Engdahl geographic region."""
     number, seismic, name, ignored = c.c_int32(), c.c_int32(), c.c_char_p(), c.c_char_p()
     library().fe_lookup(latitude, longitude, number, seismic)
     library().fe_region(number, name, seismic, ignored)
@@ -79,7 +79,7 @@ def region(latitude, longitude):
 
 
 def process(path, output):
-    """Processes one file into the folder and gives its line; an error becomes the line."""
+    """Processes one file into the folder and returns its line, or the error as the line."""
     try:
         header, samples = read(path)
         delta, lib = header.DELTA, library()

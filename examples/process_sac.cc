@@ -1,8 +1,9 @@
-// Processes seismograms as a first look at an earthquake would: process_sac [FILE...]
+// Processes seismograms for a first look at an earthquake: process_sac [FILE...]
 //
-// Each trace is detrended, demeaned, tapered, band-passed without phase shift and, where its rate
-// allows, decimated by 2; it gets a pick and is saved as NAME.processed in the working directory,
-// in the byte order of its file. The input stays as it is. Without a file a sample is made first.
+// Each trace is detrended, demeaned, tapered, band-passed without phase shift and, if its sampling
+// rate allows, decimated by 2. It gets a pick and is saved as NAME.processed in the working
+// directory, in the byte order of its file. The input is not changed. Without a file a sample is
+// made first.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -23,7 +24,7 @@ constexpr int kPoles = 4;
 constexpr int kTwoPasses = 2;
 constexpr int kStrongestPick = 0;  // the key of T0
 
-// A station near Lake Baikal, in the byte order opposite to this machine's.
+// A station near Lake Baikal, saved in the byte order opposite to that of this machine.
 std::string makeSample() {
   auto tables = krosac::make<krosac::TTTableObject>();
   tables->init();
@@ -70,12 +71,11 @@ void printChange(const SacObject& before, const SacObject& after) {
 
 bool processFile(const std::string& path) {
   auto s = krosac::make<SacObject>(), again = krosac::make<SacObject>();
-  krosac::setLogSink(
-      [](const std::string&) {});  // what is wrong with a file is said here, in one line
+  krosac::setLogSink([](const std::string&) {});  // failures are reported below, in one line
   const bool loaded = s->initWithPath(path) && s->npts() > 0;
   krosac::setLogSink(nullptr);
   if (!loaded)
-    return std::fprintf(stderr, "%s: no SAC file that can be processed\n", path.c_str()), false;
+    return std::fprintf(stderr, "%s: not a SAC file that can be processed\n", path.c_str()), false;
   std::printf("%s\n", s->description().c_str());
   std::printf("Byte order of the file: %s\n\n", s->swappedBytes() ? "swapped" : "native");
 

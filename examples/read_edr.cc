@@ -1,10 +1,10 @@
-// Reads Earthquake Data Reports and prints what they hold: read_edr [FILE...]
+// Reads Earthquake Data Reports and prints their events: read_edr [FILE...]
 //
-// The first two characters of a line are its kind: "HY" a hypocentre, with which an event begins,
-// "E " its errors and magnitudes, "P " a primary phase, "S " secondary arrivals and "M " a
-// surface-wave amplitude at the station of the primary phase before them; all other lines are
-// counted and skipped. The events are printed in the order of time, then listed by depth and by
-// magnitude. Without a file a made report is read.
+// The first two characters of a line are its kind: "HY" a hypocentre, which begins an event, "E "
+// its errors and magnitudes, "P " a primary phase, "S " secondary arrivals and "M " a surface-wave
+// amplitude at the station of the preceding primary phase. Other lines are skipped and counted. The
+// events are printed in order of time, then listed by depth and by magnitude. Without a file a made
+// report is read.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -31,7 +31,7 @@ struct Report {
   Ref<kroSeismicPhase> primary;
   std::map<std::string, int> skipped;
 
-  // A phase of the last event, at the station of the primary phase.
+  // Adds a phase to the last event, at the station of the primary phase.
   kroSeismicPhase& addPhase() {
     auto phase = krosac::make<kroSeismicPhase>();
     phase->init();
@@ -86,7 +86,7 @@ void printBy(const char* what, std::vector<Ref<kroHypocenter>> events,
              float (kroHypocenter::*value)() const) {
   std::ranges::stable_sort(events, {}, [value](const auto& event) {
     const float number = (*event.*value)();
-    return std::isnan(number) ? INFINITY : number;  // which no comparison could order
+    return std::isnan(number) ? INFINITY : number;  // NaN has no order
   });
   std::printf("By %s:\n", what);
   for (const auto& event : events)
@@ -96,7 +96,7 @@ void printBy(const char* what, std::vector<Ref<kroHypocenter>> events,
 }  // namespace
 
 int main(int argc, char** argv) {
-  krosac::setLogSink([](const std::string&) {});  // the agencies of contributed hypocentres
+  krosac::setLogSink([](const std::string&) {});  // hides the agencies of contributed hypocentres
   Report report;
   std::istringstream sample(made::kReport);
   if (argc == 1) report.read(sample);

@@ -1,10 +1,11 @@
 // Finds the converted waves behind a teleseismic P: receiver_function [Z N E]
 //
 // The horizontals are rotated to radial and transverse, and the radial is deconvolved by the
-// vertical. The largest peaks are printed with their lags, amplitudes and, where the source depth
-// and the distance (30 to 95 degrees) are known, the depths in IASP91 where P would convert to S
-// to arrive then; a multiple was not converted there. The peaks are marked, and the function is
-// saved as receiver_function.SAC, P at time 0. Without files a sample is made.
+// vertical. The largest peaks are printed with their lags and amplitudes and, if the source depth
+// and the distance (30 to 95 degrees) are known, with the apparent depth: where P would convert to
+// S in IASP91 to arrive at this lag. The apparent depth of a multiple has no meaning. The peaks are
+// marked, and the function is saved as receiver_function.SAC with P at time 0. Without files a
+// sample is made.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "Depth.h"
 #include "MadeData.h"
 #include "krosac/krosac.h"
 
@@ -29,8 +31,8 @@ constexpr int kPeaks = 4;
 Ref<SacObject> load(const std::string& path) {
   auto s = krosac::make<SacObject>();
   if (!s->initWithPath(path))
-    return std::fprintf(stderr, "%s: no SAC file\n", path.c_str()), nullptr;
-  if (s->pTime() != krosac::kSacUndefinedFloat)
+    return std::fprintf(stderr, "%s: not a SAC file\n", path.c_str()), nullptr;
+  if (krosac::isDefined(s->pTime()))
     s->ChopFromStart_END(s->pTime() - kBeforeP, s->pTime() + kAfterP);
   s->RemoveMean();
   return s;
@@ -38,12 +40,12 @@ Ref<SacObject> load(const std::string& path) {
 
 bool areOne(const SacObject& z, const SacObject& n, const SacObject& e) {
   for (const float angle : {n.componentAzimuth(), e.componentAzimuth(), n.backazimuth()})
-    if (angle == krosac::kSacUndefinedFloat) return false;
+    if (!krosac::isDefined(angle)) return false;
   return z.npts() == n.npts() && n.npts() == e.npts() && z.delta() == n.delta() &&
          n.delta() == e.delta();
 }
 
-// The indexes of the largest peaks and troughs, in the order of their sizes.
+// The indexes of the largest peaks and troughs, the largest first.
 std::vector<int> peaksOf(const SacObject& s) {
   const float* x = s.GetSacSeis();
   const auto size = [x](int i) { return std::fabs(x[i]); };
@@ -59,7 +61,7 @@ std::vector<int> peaksOf(const SacObject& s) {
 void markPeaks(SacObject& s) {
   auto tables = krosac::make<krosac::PsNMOTableObject>();
   tables->init();
-  const krosac::PsNMO curve = tables->FetchNMOForSrcDepth_Gcarc(s.evdp(), s.gcarc());
+  const krosac::PsNMO curve = tables->FetchNMOForSrcDepth_Gcarc(depthInKilometres(s), s.gcarc());
   std::printf("%8s %10s %10s\n", "lag, s", "amplitude", "depth, km");
   int key = 0;  // of the picks T0, T1, ...
   for (const int i : peaksOf(s)) {
@@ -81,14 +83,14 @@ int main(int argc, char** argv) {
   std::vector<std::string> paths(argv + 1, argv + argc);
   if (paths.empty()) paths = made::threeComponents();
   if (paths.size() != 3) return std::fprintf(stderr, "receiver_function [Z N E]\n"), 2;
-  krosac::setLogSink([](const std::string&) {});  // what is wrong is said here
+  krosac::setLogSink([](const std::string&) {});  // failures are reported below
   const auto z = load(paths[0]), n = load(paths[1]), e = load(paths[2]);
   if (!z || !n || !e) return 1;
   if (!areOne(*z, *n, *e))
-    return std::fprintf(stderr, "the three files are no components of one seismogram\n"), 1;
+    return std::fprintf(stderr, "the three files are not components of one seismogram\n"), 1;
   krosac::RotateSeismograms(*n, *e);
   n->WaterLevelDeconWith_wlevel_tshift_gwidth(*z, kWaterLevel, kShift, kWidth);
-  // So that amplitudes are those of radial against vertical motion.
+  // Scales the amplitudes to the ratio of radial to vertical motion.
   n->ScaleAmplitudes(std::sqrt(std::numbers::pi_v<float>) / (kWidth * n->delta()));
   n->clearTimePicks();
   n->setoriginTimeOffset(krosac::kSacUndefinedFloat);

@@ -1,14 +1,15 @@
 // Prints the record section of a folder of seismograms: record_section FOLDER
 //
-// Every seismogram below the folder whose origin time and distance are known is band-passed,
-// decimated and scaled to its greatest amplitude. The first data set has the columns time after the
-// origin (s), distance (degrees) and amplitude (-1 to 1), a blank line between two stations; the
-// data sets "P", "PP", "S" and "SS" behind it, parted by two blank lines, the predicted times.
+// Every seismogram below the folder with known origin time and distance is band-passed, decimated
+// and normalised. The first data set has the columns time after the origin (s), distance (degrees)
+// and amplitude (-1 to 1), with a blank line between stations. The data sets "P", "PP", "S" and
+// "SS" hold the predicted times. Two blank lines separate data sets.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <utility>
 
+#include "Depth.h"
 #include "Progress.h"
 #include "krosac/krosac.h"
 
@@ -21,8 +22,7 @@ constexpr float kLowCorner = 0.02f, kHighCorner = 0.2f;  // Hz
 constexpr int kPoles = 4, kTwoPasses = 2;
 
 bool isPlaced(const SacObject& s) {
-  return s.o() != krosac::kSacUndefinedFloat && s.gcarc() != krosac::kSacUndefinedFloat &&
-         s.npts() > 1 && s.delta() > 0;
+  return krosac::isDefined(s.o()) && krosac::isDefined(s.gcarc()) && s.npts() > 1 && s.delta() > 0;
 }
 
 void prepare(SacObject& s) {
@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
   if (argc != 2) return std::fprintf(stderr, "record_section FOLDER\n"), 2;
   auto section = krosac::make<SeismogramArray>();
   section->init();
-  section->loadSeismogramsFromPath(argv[1]);  // and makes it the working directory
+  section->loadSeismogramsFromPath(argv[1]);  // also makes it the working directory
   auto& traces = section->theSeismograms();
   const auto unplaced = std::erase_if(traces, [](const auto& s) { return !isPlaced(*s); });
   if (unplaced > 0)
@@ -79,6 +79,6 @@ int main(int argc, char** argv) {
     print(*s);
     progress.step();
   }
-  const float depth = traces.front()->evdp();
+  const float depth = depthInKilometres(*traces.front());
   if (depth >= 0) printPredictions(section->gcarcRange(), depth);
 }

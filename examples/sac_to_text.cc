@@ -1,7 +1,8 @@
-// Prints a seismogram as columns that any plotting program reads: sac_to_text FILE
+// Prints a seismogram as columns for plotting programs: sac_to_text FILE
 //
-// First a comment that names it and the samples, time (s) and amplitude; behind two blank lines the
-// picks that the header holds, time and label. Where the origin is known, times count from it.
+// The first data set has a comment with the station and the columns time (s) and amplitude. The
+// second, after two blank lines, has the picks of the header as time and label. Times are relative
+// to the origin if it is known.
 #include <cstdio>
 #include <iterator>
 #include <string>
@@ -18,12 +19,12 @@ std::string title(const krosac::SacObject& s) {
   if (s.knetwk() != "-12345") text = s.knetwk() + "." + text;
   char distance[32];
   std::snprintf(distance, sizeof distance, ", %.1f degrees", static_cast<double>(s.gcarc()));
-  return s.gcarc() == krosac::kSacUndefinedFloat ? text : text + distance;
+  return krosac::isDefined(s.gcarc()) ? text + distance : text;
 }
 
 void printPick(const krosac::SacObject& s, int key) {
   const float time = s.timePickKey(key);
-  if (time == krosac::kSacUndefinedFloat) return;
+  if (!krosac::isDefined(time)) return;
   const std::string label = s.pickLabelWithKey(key);
   const bool hasLabel = !label.empty() && label != "-12345";
   std::printf("%.4f \"%s\"\n", static_cast<double>(time), hasLabel ? label.c_str() : kNames[key]);

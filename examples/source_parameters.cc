@@ -1,9 +1,8 @@
-// Prints what one needs to draw and compare an earthquake's mechanism: source_parameters STRIKE DIP
-// RAKE [MAGNITUDE]
+// Prints the description of a focal mechanism: source_parameters STRIKE DIP RAKE [MAGNITUDE]
 //
-// From the strike, dip and rake of one plane (degrees; Aki and Richards, 1980) the two nodal
-// planes, the T, B and P axes, the moment tensor and the radiation of P at one take-off angle. With
-// a moment magnitude the tensor is in N m, else that of a unit moment.
+// Computes the two nodal planes, the T, B and P axes, the moment tensor and the P radiation at one
+// take-off angle from the strike, dip and rake of one plane (degrees; Aki and Richards, 1980). The
+// tensor is in N m with a moment magnitude, otherwise that of a unit moment.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -19,14 +18,14 @@ using krosac::Dislocation;
 using Vector = Dislocation::Vector;  // north, east, down
 
 double degrees(double radians) {
-  return radians * 180 / std::numbers::pi;
+  return radians / krosac::kRadiansPerDegree;
 }
-double around(double angle) {
+double wrapped(double angle) {
   return angle - 360 * std::floor(angle / 360);
 }
 
-// The angles are taken from the vectors: those that Dislocation answers for the auxiliary plane and
-// the axes follow conventions of their own, which its header states.
+// The angles are computed from the vectors. Those of Dislocation for the auxiliary plane and the
+// axes follow other conventions, see its header.
 void printPlane(const char* name, Vector normal, Vector slip) {
   if (normal[2] > 0) {  // the normal of the foot wall points up
     for (double& x : normal) x = -x;
@@ -37,14 +36,14 @@ void printPlane(const char* name, Vector normal, Vector slip) {
   const double along = slip[0] * std::cos(strike) + slip[1] * std::sin(strike);
   const double across = slip[0] * std::sin(strike) - slip[1] * std::cos(strike);  // up the dip
   const double up = across * std::cos(dip) - slip[2] * std::sin(dip);
-  std::printf("%-18s %8.2f %8.2f %8.2f\n", name, around(degrees(strike)), degrees(dip),
+  std::printf("%-18s %8.2f %8.2f %8.2f\n", name, wrapped(degrees(strike)), degrees(dip),
               degrees(std::atan2(up, along)));
 }
 
 void printAxis(const char* name, Vector axis) {
   if (axis[2] < 0)
     for (double& x : axis) x = -x;
-  std::printf("%-18s %8.2f %8.2f\n", name, around(degrees(std::atan2(axis[1], axis[0]))),
+  std::printf("%-18s %8.2f %8.2f\n", name, wrapped(degrees(std::atan2(axis[1], axis[0]))),
               degrees(std::asin(std::min(axis[2], 1.0))));
 }
 
@@ -52,7 +51,7 @@ Vector cross(const Vector& a, const Vector& b) {
   return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
-// In the directions r (up), t (south) and p (east).
+// Prints the tensor in the directions r (up), t (south) and p (east).
 void printTensor(const Vector& normal, const Vector& slip, double moment) {
   const auto m = [&](int i, int k) {
     return moment * (slip[i] * normal[k] + slip[k] * normal[i]) + 0.0;
@@ -63,7 +62,7 @@ void printTensor(const Vector& normal, const Vector& slip, double moment) {
               m(2, 2), m(0, 0), m(1, 1), m(0, 2), -m(1, 2), -m(0, 1));
 }
 
-// Toward eight azimuths, for a ray that leaves downward at 30 degrees from the vertical.
+// Prints the amplitudes toward eight azimuths of a down-going ray at 30 degrees from the vertical.
 void printRadiation(const Dislocation& source) {
   constexpr float kVelocity = 6.5f;  // km/s
   std::printf("P radiation at a take-off angle of 30 degrees\n%-18s", "azimuth");

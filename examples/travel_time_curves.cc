@@ -1,9 +1,9 @@
 // Prints the travel-time curves of the nineteen phases of the IASP91 tables: travel_time_curves
 // [DEPTH]
 //
-// The source depth is in km (300 without one). Each phase is a data set that begins with its name
-// as a comment, parted from the next by two blank lines, of the columns distance (degrees), time
-// (s) and slowness (s/degree).
+// The source depth is in km (default 300). Each phase is a data set that begins with its name as a
+// comment and has the columns distance (degrees), time (s) and slowness (s/degree). Two blank lines
+// separate data sets.
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -14,14 +14,12 @@ namespace {
 
 constexpr struct {
   const char* key;   // in the tables
-  const char* name;  // as one writes it
+  const char* name;  // as usually written
 } kPhases[] = {{"p", "P"},         {"pp", "PP"},       {"pcp", "PcP"},     {"lpp", "pP"},
                {"lsp", "sP"},      {"s", "S"},         {"ss", "SS"},       {"scs", "ScS"},
                {"lss", "sS"},      {"lps", "pS"},      {"sp", "SP"},       {"ps", "PS"},
                {"pcs", "PcS"},     {"scp", "ScP"},     {"sksac", "SKSac"}, {"sksdf", "SKSdf"},
                {"pkpab", "PKPab"}, {"pkpdf", "PKPdf"}, {"pklikp", "PKiKP"}};
-constexpr double kKilometresADegree = 111.19;
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -38,7 +36,7 @@ int main(int argc, char** argv) {
       const auto [time, slowness] = tables->GetTTPhase_GCARC_Depth(phase.key, degrees, depth);
       if (time < 0) continue;
       std::printf("%5.1f %9.3f %8.4f\n", static_cast<double>(degrees), static_cast<double>(time),
-                  slowness * kKilometresADegree);
+                  slowness * krosac::kKilometresPerDegree);
     }
     std::printf("\n\n");
   }

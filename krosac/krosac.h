@@ -1,4 +1,4 @@
-// Everything that the library offers. Compiled as C it includes the C headers only.
+// The whole public interface. In C only the headers with C linkage are included.
 #ifndef KROSAC_KROSAC_H
 #define KROSAC_KROSAC_H
 

@@ -234,7 +234,7 @@ def print_page(page):
         if path.parent.name == "platform":
             continue
         for owner, names in labels_of(path).items():
-            print(f"\n## {owner}\n\n`{path.parent.name}/{path.name}`\n\n| labelled name | in C++ |\n|---|---|")
+            print(f"\n## {owner}\n\n`krosac/{path.parent.name}/{path.name}`\n\n| labelled name | in C++ |\n|---|---|")
             for label, name in names.items():
                 print(f"| `{label}` | `{name}` |")
 

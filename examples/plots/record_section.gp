@@ -4,7 +4,7 @@ set terminal pngcairo size 1400,1000
 set output "record_section.png"
 file = "record_section.txt"
 set bmargin at screen 0.11; set tmargin at screen 0.93
-eval heading("{/:Bold Record section,} vertical component, each trace scaled to its greatest amplitude")
+eval heading("{/:Bold Record section,} vertical component, each trace normalised")
 set xlabel "time after the origin, minutes"
 set ylabel "epicentral distance, degrees"
 stats file index 0 using 1:2 nooutput

@@ -4,7 +4,7 @@ set terminal pngcairo size 1280,780
 set output "seismogram.png"
 colourOf(label) = label[1:1] eq "P" ? blue : label[1:1] eq "S" ? vermilion : grey
 set multiplot layout 2,1 margins 0.14,0.97,0.12,0.93 spacing 0.03,0.14
-# At a fixed place, however wide the numbers are.
+# The label has a fixed position for any width of the numbers.
 set label 2 "amplitude, counts" at screen 0.018,graph 0.5 center rotate by 90
 do for [i = 1:2] {
   file = i == 1 ? "seismogram_before.txt" : "seismogram_after.txt"

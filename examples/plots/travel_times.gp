@@ -3,7 +3,7 @@ load "style.gp"
 set terminal pngcairo size 1400,1100
 set output "travel_times.png"
 file = "travel_times.txt"
-# In the order of the file: names, colours, and where each name stands (degrees, then the offset in characters).
+# In the order of the file: names, colours and label positions (degrees, then the offset in characters).
 phases  = "P PP PcP pP sP S SS ScS sS pS SP PS PcS ScP SKSac SKSdf PKPab PKPdf PKiKP"
 colours = "1 1  1   1  1  2 2  2   2  2  3  3  3   3   4     4     5     5     5"
 degrees = "143 150 5 98 94 143 150 5 70 91 133 135 61 61 101 170 172 165 8"

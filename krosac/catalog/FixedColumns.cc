@@ -13,7 +13,7 @@ std::string_view behindWhiteSpace(std::string_view text) {
   return {std::find_if_not(text.begin(), text.end(), isWhiteSpace), text.end()};
 }
 
-// What is left of the text behind white space, at most `width` characters, as a text with an end.
+// At most `width` characters of the text behind leading white space, with a terminating NUL.
 struct Number {
   Number(std::string_view text, std::size_t width) {
     const std::string_view rest = behindWhiteSpace(text);
@@ -21,6 +21,16 @@ struct Number {
   }
   char characters[kScratchLength + 1];
 };
+
+// True if strtof stopped inside a longer word that formatted input of C refuses: "0x" without
+// hexadecimal digits, or a beginning of "infinity" that is longer than "inf".
+bool endsInsideWord(const char* begin, const char* end) {
+  const char next = lowerCase(*end);
+  if (*begin == '+' || *begin == '-') ++begin;
+  const std::string_view number(begin, end);
+  return (next == 'x' && number == "0") ||
+         (next == 'i' && number.size() == 3 && lowerCase(number[0]) == 'i');
+}
 
 }  // namespace
 
@@ -37,7 +47,7 @@ bool scan(std::string_view text, std::size_t width, float& target) {
   const Number number(text, width);
   char* end;
   const float value = std::strtof(number.characters, &end);
-  if (end == number.characters) return false;
+  if (end == number.characters || endsInsideWord(number.characters, end)) return false;
   target = value;
   return true;
 }

@@ -26,7 +26,7 @@ void kroGeoLocation::updateLat_Lon_Depth(float latitude, float longitude, float 
   latitude_ += latitude;
   longitude_ += longitude;
   depth_ += depth;
-  // Not minus the new depth: intended.
+  // Not minus the new depth; this is intended.
   elevation_ = -depth;
 }
 

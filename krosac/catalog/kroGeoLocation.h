@@ -9,11 +9,11 @@
 
 namespace krosac {
 
-// What an unset value of a location holds.
+// The value of an unset coordinate.
 inline constexpr float kUnsetLocation = -2048.0f;
 
-// Geographic coordinates (degrees, north and east positive) with an elevation, in the unit of its
-// source, and a depth below the surface (km).
+// Geographic coordinates (degrees, north and east positive), an elevation in the unit of its source
+// and a depth below the surface (km).
 class KROSAC_API kroGeoLocation : public Archivable {
  public:
   // Sets all four values to kUnsetLocation.
@@ -26,16 +26,16 @@ class KROSAC_API kroGeoLocation : public Archivable {
   KROSAC_FIELD(float, depth, Depth);
 
   // Adds the increments (degrees, degrees, km). The elevation becomes minus the increment of the
-  // depth, not minus the depth: intended.
+  // depth, not minus the depth, which is intended.
   void updateLat_Lon_Depth(float latitude, float longitude, float depth);
 
-  // The distance (degrees of arc) and the azimuth (degrees clockwise from north, 0 to 360) from
-  // this point to another one (degrees), as delta_az gives them. NaN for coordinates that are not
+  // Return the distance (degrees of arc) and the azimuth (degrees clockwise from north, 0 to 360)
+  // from this point to another point (degrees), computed by delta_az. NaN if a coordinate is not
   // finite.
   float gcarcToLat_Lon(float latitude, float longitude) const;
   float azToLat_Lon(float latitude, float longitude) const;
 
-  // x is the longitude, y the latitude.
+  // Returns the longitude as x and the latitude as y.
   Point LatLonAsPoint() const { return {longitude(), latitude()}; }
 
   // Keys: the names of the four fields.
@@ -43,7 +43,7 @@ class KROSAC_API kroGeoLocation : public Archivable {
   void encodeWithCoder(KeyedArchiver& coder) const override;
   Ref<kroGeoLocation> initWithCoder(KeyedUnarchiver& coder);
 
-  // A new location with the same four values; empty where there is no memory.
+  // Returns a new location with the same four values; empty without memory.
   Ref<kroGeoLocation> copyWithZone() const { return clone(); }
 
  protected:

@@ -20,8 +20,8 @@ namespace krosac {
 
 class FixedColumns;
 
-// Origin time, location, uncertainties, magnitudes and region of an earthquake with the phases that
-// belong to it, filled from lines of the Earthquake Data Report (EDR) of the USGS.
+// Origin time, location, uncertainties, magnitudes, region and phases of an earthquake, filled from
+// lines of the Earthquake Data Report (EDR) of the USGS.
 //
 //   auto event = krosac::make<krosac::kroHypocenter>();
 //   event->init();
@@ -31,17 +31,18 @@ class FixedColumns;
 //   std::puts(event->description().c_str());
 class KROSAC_API kroHypocenter : public Archivable {
  public:
-  // An empty list of phases and an unset location; all else of a made object is zero or empty.
+  // Sets an empty list of phases and an unset location. Every other field of a made object is zero
+  // or empty; those of a used record keep their values, so make a new one.
   Ref<Object> init() override;
 
   // ---- Fields ----
 
-  // Stored as a copy. A location that is already the record's own is left alone.
+  // The location. The setter stores a copy, unless the record already holds this very object.
   const Ref<kroGeoLocation>& location() const { return location_; }
   void setLocation(Ref<kroGeoLocation> location);
-  // "E2011-03-11-05-46-23", as buildName sets it.
+  // The name set by buildName, "E2011-03-11-05-46-23".
   KROSAC_FIELD(OptionalText, name, Name);
-  // Milliseconds of the origin time beyond its whole second.
+  // Milliseconds of the origin time beyond the whole second.
   KROSAC_FIELD(float, msec, Msec);
   // Standard error of the location.
   KROSAC_FIELD(float, stdev, Stdev);
@@ -55,14 +56,14 @@ class KROSAC_API kroHypocenter : public Archivable {
   KROSAC_FIELD(std::int32_t, sec, Sec);
   // Seconds since 1970, milliseconds included.
   KROSAC_FIELD(double, epochOTime, EpochOTime);
-  // The flags of the location and of the depth as reported.
+  // The reported quality flags of the location and of the depth.
   KROSAC_FIELD(signed char, locQualityFlag, LocQualityFlag);
   KROSAC_FIELD(signed char, depthQualityFlag, DepthQualityFlag);
-  // Zero unless the location flag was "&".
+  // The preliminary flag; 0 unless the location flag was "&".
   KROSAC_FIELD(signed char, prelimLocFlag, PrelimLocFlag);
-  // The number of stations behind the location.
+  // The number of stations used for the location.
   KROSAC_FIELD(std::int32_t, nstations, Nstations);
-  // The Flinn-Engdahl region as reported, and the geographic and seismic ones of the location.
+  // The reported Flinn-Engdahl region, and the geographic and seismic regions of the location.
   KROSAC_FIELD(std::int32_t, flinn_engdahl, Flinn_engdahl);
   KROSAC_FIELD(std::int32_t, feGreg, FeGreg);
   KROSAC_FIELD(std::int32_t, feSreg, FeSreg);
@@ -74,7 +75,7 @@ class KROSAC_API kroHypocenter : public Archivable {
   KROSAC_FIELD(float, latErr, LatErr);
   KROSAC_FIELD(float, lonErr, LonErr);
   KROSAC_FIELD(float, depthErr, DepthErr);
-  // Body-wave and surface-wave magnitudes and the numbers of observations behind them.
+  // Body-wave and surface-wave magnitudes and their numbers of observations.
   KROSAC_FIELD(float, mb, Mb);
   KROSAC_FIELD(float, Ms, Ms);
   KROSAC_FIELD(std::int32_t, nmb, Nmb);
@@ -82,24 +83,24 @@ class KROSAC_API kroHypocenter : public Archivable {
   // Moment magnitude and its source, set by the caller.
   KROSAC_FIELD(float, Mw, Mw);
   KROSAC_FIELD(OptionalText, mwSrc, MwSrc);
-  // As setFlinnEngdahlRegion sets it.
+  // The text set by setFlinnEngdahlRegion.
   KROSAC_FIELD(OptionalText, myFERegionString, MyFERegionString);
   // The origin time to the whole second.
   KROSAC_FIELD(std::optional<Date>, oDate, ODate);
-  // Stored as a list of its own of the same phases, without absent ones.
+  // The phases. The setter stores a new list of the same phases without empty references.
   const std::vector<Ref<kroSeismicPhase>>& phases() const { return phases_; }
   void setPhases(std::vector<Ref<kroSeismicPhase>> phases);
-  // The files of the event's seismograms, kept by the caller.
+  // The files of the event, set by the caller.
   KROSAC_FIELD(std::vector<std::string>, fileList, FileList);
-  // The sum of all updateOriginTimeShift, s.
+  // The sum of the arguments of updateOriginTimeShift, s.
   KROSAC_FIELD(float, originTimeShift, OriginTimeShift);
-  // The location as parsed, whatever became of `location` since.
+  // The parsed location, which updates of `location` do not change.
   KROSAC_FIELD(float, originalLatitude, OriginalLatitude);
   KROSAC_FIELD(float, originalLongitude, OriginalLongitude);
   KROSAC_FIELD(float, originalDepth, OriginalDepth);
 
-  // The values of the location (degrees, degrees, km); without one they are 0 and the setters do
-  // nothing.
+  // Latitude and longitude (degrees) and depth (km) of the location. Without a location they are 0
+  // and the setters do nothing.
   float lat() const { return location_ ? location_->latitude() : 0.0f; }
   float lon() const { return location_ ? location_->longitude() : 0.0f; }
   float depth() const { return location_ ? location_->depth() : 0.0f; }
@@ -109,22 +110,23 @@ class KROSAC_API kroHypocenter : public Archivable {
 
   // ---- Parsing (kroHypocenterParsing.cc) ----
   //
-  // Columns count from 1. A line ends at its first NUL or line end and is blank beyond; any line is
-  // safe. A field that does not scan leaves its target. Both are always true.
+  // Columns count from 1. A line ends at its first NUL or line break; columns beyond count as
+  // blanks, so any line is safe. A field that does not scan keeps its value. Both always return
+  // true.
 
-  // 3-6, 7-8, 9-10 year, month, date, 12-13, 14-15, 16-20 hour, minute, seconds (these are read in
-  // place, so that a number led by a blank reads on into the next one: intended), 21 location flag,
-  // 22-27 latitude, 28 "S" for south, 30-36 longitude, 37 "W" for west, 39-43 depth, 44 its flag,
-  // 45-48 standard error, 49-51 stations, 53-55 region; where the location flag is "&", 56-59
-  // authority and 60 preliminary flag. Before 1997-06-10 the standard error is in 46-49 and the
-  // authority in 57-59.
+  // 3-6, 7-8, 9-10 year, month, date, 12-13, 14-15, 16-20 hour, minute, seconds (scanned in place,
+  // so a number with a leading blank reads on into the next field, which is intended), 21 location
+  // flag, 22-27 latitude, 28 "S" for south, 30-36 longitude, 37 "W" for west, 39-43 depth, 44 its
+  // flag, 45-48 standard error, 49-51 stations, 53-55 region; if the location flag is "&", also
+  // 56-59 authority and 60 preliminary flag. Before 1997-06-10 the standard error is in 46-49 and
+  // the authority in 57-59.
   //
   // A blank latitude, longitude or depth repeats the number scanned before it among the three,
-  // without its sign (intended); where there is none the value stays. Then computes the region and
-  // the name. An authority of the later layout is logged with its columns.
+  // without its sign (intended); a blank first number keeps its value. Then sets the region and the
+  // name. An authority of the later layout is logged with its columns.
   bool parseEDRHypocenter(std::string_view line);
 
-  // 3-7 error of the origin time, 9-14, 16-21, 23-27 errors of latitude, longitude, depth, 29-31
+  // 3-7 error of the origin time, 9-14, 16-21, 23-27 errors of latitude, longitude and depth, 29-31
   // mb, 33-35 its observations, 37-39 Ms, 40-42 its observations.
   bool parseEDRErrMagInfo(std::string_view line);
 
@@ -137,48 +139,49 @@ class KROSAC_API kroHypocenter : public Archivable {
 
   // ---- Changing ----
 
-  // Adds a phase to the list; an absent one is not added.
+  // Appends a phase; ignores an empty reference.
   void addPhase(Ref<kroSeismicPhase> phase);
-  // Passes the increments to the location; the original values stay.
+  // Passes the increments to the location; the original values do not change.
   void updateLat_Lon_Depth(float latitude, float longitude, float depth);
   // Adds the seconds to originTimeShift.
   void updateOriginTimeShift(float seconds) { originTimeShift_ += seconds; }
 
   // ---- Comparing ----
 
-  // -1, 0 or 1 for the ascending order of mb, Ms, depth, latitude and longitude. A NaN equals
-  // everything: set such records apart before a sort.
+  // Return -1, 0 or 1 for the ascending order of mb, Ms, depth, latitude and longitude. NaN
+  // compares equal to every value, so remove records with NaN before sorting.
   int compare_mb(const kroHypocenter& other) const;
   int compare_ms(const kroHypocenter& other) const;
   int compareDepths(const kroHypocenter& other) const;
   int compareLatitudes(const kroHypocenter& other) const;
   int compareLongitudes(const kroHypocenter& other) const;
-  // The same for oDate; a record without one comes behind all others.
+  // The same for oDate; a record without a date comes last.
   int compareOriginTimes(const kroHypocenter& other) const;
 
   // ---- Texts (kroHypocenterTexts.cc) ----
 
-  // The next three, with line ends between them.
+  // Returns the next three texts with line breaks between them.
   std::string description() const;
-  // The summary: origin time, location, region, magnitudes and errors.
+  // Returns the summary: origin time, location, region, magnitudes and errors.
   std::string stringWithHypoStats() const;
-  // A header and the description of each first arrival; empty without phases.
+  // Returns a header and the description of each first arrival; empty without phases.
   std::string stringWithPrimaryPhases() const;
-  // A header and a line of each phase named "R1", with its stationCode; "No Rayleigh Observations"
-  // where there is none among the phases, empty without phases.
+  // Returns a header and one line with the stationCode for each phase named "R1"; "No Rayleigh
+  // Observations" if no phase has that name, empty without phases.
   std::string stringWithRayleighMeasurements() const;
-  // A header and the description of each phase; empty without phases.
+  // Returns a header and the description of each phase; empty without phases.
   std::string stringWithAllPhases() const;
 
   // ---- Archiving ----
 
-  // Keys: the names of the fields but for name, fileList, originTimeShift and the three original
-  // values, which a restored record has zero or empty. Phases that share a station share it again.
+  // Keys: the names of the fields except name, fileList, originTimeShift and the three original
+  // values, which are zero or empty in a restored record. Phases that share a station still share
+  // it.
   const char* archiveClassName() const override { return "kroHypocenter"; }
   void encodeWithCoder(KeyedArchiver& coder) const override;
   Ref<kroHypocenter> initWithCoder(KeyedUnarchiver& coder);
 
-  // A deep copy of all that is archived; empty where there is no memory.
+  // Returns a deep copy of all archived fields; empty without memory.
   Ref<kroHypocenter> copyWithZone() const { return clone(); }
 
  protected:

@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kContributed = '&';
 
-// The columns of the fields that the report moved.
+// The columns of the fields that moved between the two layouts of the report.
 struct Layout {
   std::size_t stdev, authority, authorityWidth;
 };
@@ -16,7 +16,7 @@ struct Layout {
 constexpr Layout kEarlierLayout{46, 57, 3};
 constexpr Layout kLaterLayout{45, 56, 4};
 
-// From 1997-06-10 on the report has the later layout.
+// The report changed its layout on 1997-06-10.
 bool hasLaterLayout(const Date& origin) {
   const Date change = Date::fromComponents({1997, 6, 10, 0, 0, 0});
   return origin.secondsSince1970 >= change.secondsSince1970;
@@ -24,7 +24,7 @@ bool hasLaterLayout(const Date& origin) {
 
 }  // namespace
 
-// Read in place: a number led by a blank reads on into the next one.
+// Scanned in place: a number with a leading blank reads on into the next field.
 void kroHypocenter::scanOriginTime(FixedColumns& columns) {
   columns.scanInPlace(3, 4, yr_);
   columns.scanInPlace(7, 2, month_);
@@ -39,7 +39,7 @@ void kroHypocenter::scanOriginTime(FixedColumns& columns) {
 }
 
 void kroHypocenter::scanLocation(FixedColumns& columns) {
-  // Shared by all three, so that a blank field repeats the number before it: intended.
+  // Shared by all three, so a blank field repeats the number before it; this is intended.
   float number = 0.0f;
   bool isKnown = false;
   const auto scanNumber = [&](std::size_t first, std::size_t width) {

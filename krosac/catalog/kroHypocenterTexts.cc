@@ -56,7 +56,7 @@ std::string kroHypocenter::stringWithRayleighMeasurements() const {
   for (const auto& phase : phases_) {
     if (phase->phaseName() == "R1") lines += rayleighLine(*phase);
   }
-  // Unlike a record without phases, which has no text: intended.
+  // A record without phases returns an empty text instead; this is intended.
   if (lines.empty()) return "No Rayleigh Observations";
   return "Rayleigh Measurements:\nStation PhaseCode Gcarc Azimuth Period(s) Amplitude(microns) "
          "Component Ms\n" +

@@ -1,4 +1,4 @@
-// The origin of an earthquake: where and when.
+// The origin of an earthquake: location and time.
 #ifndef KROSAC_CATALOG_KROSEISMICORIGIN_H
 #define KROSAC_CATALOG_KROSEISMICORIGIN_H
 
@@ -14,24 +14,24 @@ namespace krosac {
 
 class KROSAC_API kroSeismicOrigin : public Archivable {
  public:
-  // Makes an unset location, no date and an epoch time of 0.
+  // Sets an unset location, no date and an epoch time of 0.
   Ref<Object> init() override;
 
-  // Shared with the caller, not copied.
+  // The location, shared with the caller and not copied.
   KROSAC_FIELD(Ref<kroGeoLocation>, location, Location);
-  // Does not change the epoch time.
+  // The origin time as a date. Setting it does not change the epoch time.
   KROSAC_FIELD(std::optional<Date>, originDateTime, OriginDateTime);
 
-  // Seconds since 1970-01-01 00:00:00 UTC. Setting them sets the date too.
+  // Seconds since 1970-01-01 00:00:00 UTC. Setting them also sets the date.
   double epochtime() const { return epochtime_; }
   void setEpochtime(double seconds);
 
-  // Keys: location, originDateTime, epochtime. A restored date is that of the restored epoch time.
+  // Keys: location, originDateTime, epochtime. A restored date follows the restored epoch time.
   const char* archiveClassName() const override { return "kroSeismicOrigin"; }
   void encodeWithCoder(KeyedArchiver& coder) const override;
   Ref<kroSeismicOrigin> initWithCoder(KeyedUnarchiver& coder);
 
-  // A deep copy through an archive; empty where there is no memory.
+  // Returns a deep copy made through an archive; empty without memory.
   Ref<kroSeismicOrigin> copyWithZone() const { return clone(); }
 
  protected:

@@ -30,7 +30,7 @@ constexpr std::tuple kFields{
     codedField("msec", &P::msec, &P::setMsec),
     codedField("predictedTime", &P::predictedTime, &P::setPredictedTime),
     codedField("takeoffAngle", &P::takeoffAngle, &P::setTakeoffAngle),
-    // Sets the take-off angle anew: intended.
+    // Sets the take-off angle again; this is intended.
     codedField("slowness", &P::slowness, &P::setSlowness),
     codedField("polarity", &P::polarity, &P::setPolarity),
     codedField("onset", &P::onset, &P::setOnset),

@@ -26,7 +26,7 @@ constexpr PhaseCode kPhaseCodes[] = {
     {"ePn", "Pn", 0.0f, -1.0f},   {"Pn", "Pn", 0.0f, 0.0f},
 };
 
-// Where a surface-wave line holds the reading of a component.
+// The columns of the reading of one component on a surface-wave line.
 struct ComponentColumns {
   char letter, smallLetter;
   std::size_t letterColumn, period, amplitude;
@@ -53,8 +53,8 @@ void kroSeismicPhase::scanPhaseName(FixedColumns& columns, std::size_t first) {
   if (columns.scanField(first, 8, phaseName_)) parsePhaseCode(*phaseName_);
 }
 
-// The nine characters are copied as one piece, so that a number led by a blank reads on into the
-// next one: intended.
+// The nine characters are copied as one piece, so a number with a leading blank reads on into the
+// next field; this is intended.
 void kroSeismicPhase::scanArrivalTime(FixedColumns& columns, std::size_t first) {
   columns.copy(first, 9);
   columns.scanCopied(1, 2, hr_);
@@ -97,7 +97,7 @@ bool kroSeismicPhase::parseEDRSecondaryArrivalRecord(std::string_view group) {
 
 bool kroSeismicPhase::parseEDRSurfaceWaveRecord(std::string_view line) {
   FixedColumns columns(line);
-  // The scratch text is not blanked between the fields: intended.
+  // The scratch buffer is not blanked between the fields; this is intended.
   const auto scanOver = [&](std::size_t first, std::size_t width, float& target) {
     columns.copyOver(first, width);
     columns.scanCopied(1, kScratchLength, target);
@@ -109,7 +109,7 @@ bool kroSeismicPhase::parseEDRSurfaceWaveRecord(std::string_view line) {
     scanOver(component.period, kPeriodWidth, Ms_Period_);
     scanOver(component.amplitude, kAmplitudeWidth, Ms_Amplitude_);
   }
-  // Copied once more, whatever component there is, and left under the magnitude: intended.
+  // Copied again for any component, and left in the buffer under the magnitude; this is intended.
   columns.copyOver(38, kPeriodWidth);
   columns.scanInPlace(50, 3, Ms_Type_);
   scanOver(54, 3, Ms_Estimate_);

@@ -18,7 +18,7 @@ constexpr std::tuple kFields{
     codedField("fileNames", &S::fileNames, &S::setFileNames),
 };
 
-// An angle in parts. Its parts stay from one scan to the next.
+// Degrees, minutes and seconds of an angle. A part that does not scan keeps its value.
 struct Angle {
   float degrees = 0.0f, minutes = 0.0f, seconds = 0.0f;
   bool isKnown = false;
@@ -66,7 +66,7 @@ bool kroSeismicStation::parseUSGSStationInfo(std::string_view line) {
   FixedColumns columns(line);
   columns.scanField(1, 5, stationCode_);
 
-  // One angle for both, so that a blank part of the longitude repeats the latitude's: intended.
+  // One angle for both, so a blank part of the longitude repeats that of the latitude; intended.
   Angle angle;
   angle.scan(columns, 7, 2);
   if (angle.isKnown) setLat(angle.value(columns.at(15) == 'S'));
@@ -74,8 +74,8 @@ bool kroSeismicStation::parseUSGSStationInfo(std::string_view line) {
   float value = angle.value(columns.at(25) == 'W');
   if (angle.isKnown) setLon(value);
 
-  // Scanned over the longitude, which a blank elevation repeats, and only three characters of six:
-  // both intended.
+  // A blank elevation repeats the longitude, and only three of six characters are scanned; both are
+  // intended.
   columns.copy(26, 6);
   if (columns.scanCopied(1, 3, value) || angle.isKnown) setElevation(value);
 

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "krosac/platform/LastReason.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -16,10 +18,9 @@ bool isListed(const std::string& name, const std::vector<std::string>* list) {
   return list && std::ranges::find(*list, name) != list->end();
 }
 
-// What a folder holds, in the order of the names; nothing where it cannot be read.
-std::vector<fs::directory_entry> sortedEntries(const std::string& folder) {
+// The entries of a folder in the order of their names, as far as it can be read.
+std::vector<fs::directory_entry> sortedEntries(const std::string& folder, std::error_code& error) {
   std::vector<fs::directory_entry> entries;
-  std::error_code error;
   for (fs::directory_iterator at(folder.empty() ? "." : folder, error), end; !error && at != end;
        at.increment(error)) {
     entries.push_back(*at);
@@ -28,6 +29,28 @@ std::vector<fs::directory_entry> sortedEntries(const std::string& folder) {
     return e.path().native();
   });
   return entries;
+}
+
+// Loads the files below a folder, given relative to the working directory; empty for that itself.
+// `refused` takes the reason of the last file or folder that cannot be read.
+void loadFolder(const std::string& folder, SeismogramArray& array, std::string& refused) {
+  std::error_code unread;
+  for (const fs::directory_entry& entry : sortedEntries(folder, unread)) {
+    const std::string path = joinedPath(folder, entry.path().filename().native());
+    std::error_code error;
+    if (entry.is_directory(error)) {
+      // Links to folders could form cycles.
+      if (!entry.is_symlink(error)) loadFolder(path, array, refused);
+    } else if (entry.exists(error)) {
+      const auto s = make<SacObject>();
+      if (!s || !s->loadFromPath(path)) {
+        refused = *lastReason() ? lastReason() : path + ": cannot be loaded";
+      } else if (array.screenSeismogram(*s)) {
+        array.theSeismograms().push_back(s);
+      }
+    }
+  }
+  if (unread) refused = (folder.empty() ? "." : folder) + ": " + unread.message();
 }
 
 }  // namespace
@@ -53,29 +76,22 @@ bool SeismogramArray::screenSeismogram(const SacObject& s) const {
 }
 
 void SeismogramArray::loadSeismogramsFromPath(const std::string& path) {
+  clearReason();
   std::error_code error;
-  if (!fs::is_directory(path, error)) return;
-  fs::current_path(path, error);
-  if (!error) loadFolder("");
-}
-
-// Loads what is below a folder given relative to the working directory, empty for itself.
-void SeismogramArray::loadFolder(const std::string& folder) {
-  for (const fs::directory_entry& entry : sortedEntries(folder)) {
-    const std::string path = joinedPath(folder, entry.path().filename().native());
-    std::error_code error;
-    if (entry.is_directory(error)) {
-      // Links could lead back up.
-      if (!entry.is_symlink(error)) loadFolder(path);
-    } else if (entry.exists(error)) {
-      const auto s = make<SacObject>();
-      if (s && s->loadFromPath(path) && screenSeismogram(*s)) theSeismograms_.push_back(s);
-    }
+  const bool isFolder = fs::is_directory(path, error);
+  if (isFolder) fs::current_path(path, error);
+  if (!isFolder || error) {
+    setReason("%s: %s", path.c_str(), error ? error.message().c_str() : "is not a folder");
+    return;
   }
+  std::string refused;
+  loadFolder("", *this, refused);
+  clearReason();
+  if (!refused.empty()) setReason("%s", refused.c_str());
 }
 
 void SeismogramArray::filterSeismograms() {
-  // Removes what the screens accept; this is intended.
+  // Removes the accepted seismograms; this is intended.
   std::erase_if(theSeismograms_, [this](const auto& s) { return s && screenSeismogram(*s); });
 }
 
@@ -122,7 +138,7 @@ std::pair<double, double> SeismogramArray::backazRange() const {
 
 std::pair<double, double> SeismogramArray::gammaRangeForAzimuth_slownessKey(
     float azimuth, std::int32_t key) const {
-  constexpr double kDegree = 0.017453292;
+  constexpr double kDegree = 0.017453292;  // pi / 180 to eight digits; this is intended
   const auto gamma = [&](const SacObject& s) {
     return static_cast<float>(s.userValue(key) * std::cos((s.azimuth() - azimuth) * kDegree));
   };

@@ -22,7 +22,8 @@ namespace krosac {
 
 class KROSAC_API SeismogramArray : public Object {
  public:
-  // An empty list, every screen off, limits of -1e9 and 1e9 degrees and a least quality of -12345.
+  // Sets an empty list, all screens off, limits of -1e9 and 1e9 degrees and a minimum quality of
+  // -12345.
   Ref<Object> init() override;
 
   // ---- Screening ----
@@ -32,51 +33,52 @@ class KROSAC_API SeismogramArray : public Object {
   void setQualityScreen(bool on) { qualityScreen_ = on; }
   void setNetworkScreen(bool on) { networkScreen_ = on; }
   void setChannelScreen(bool on) { channelScreen_ = on; }
-  // The limits of GCARC in degrees; both are accepted themselves.
+  // The limits of GCARC in degrees, both inclusive.
   void setMinGCarc(float degrees) { minGCarc_ = degrees; }
   void setMaxGCarc(float degrees) { maxGCarc_ = degrees; }
   // The smallest accepted IQUAL.
   void setMinQuality(std::int32_t quality) { minQuality_ = quality; }
-  // The accepted network codes and component names. The lists stay the caller's, who keeps them
-  // alive while the screen is on.
+  // The accepted network codes and component names. The caller owns the lists and keeps them alive
+  // while the screen is on.
   void setNetworksPointer(const std::vector<std::string>* networks) { networks_ = networks; }
   void setChannelsPointer(const std::vector<std::string>* channels) { channels_ = channels; }
 
-  // Whether a seismogram passes every screen that is on: quality, distance (an undefined GCARC
-  // fails), network, channel. A network or channel screen without a list accepts nothing.
+  // Returns true if a seismogram passes every screen that is on: quality, distance (an undefined
+  // GCARC fails), network, channel. A network or channel screen without a list accepts nothing.
   bool screenSeismogram(const SacObject& s) const;
 
   // ---- The group ----
 
-  // The list itself, which the caller may change.
+  // The list, which the caller may change.
   std::vector<Ref<SacObject>>& theSeismograms() { return theSeismograms_; }
   const std::vector<Ref<SacObject>>& theSeismograms() const { return theSeismograms_; }
 
-  // Makes the folder the process's working directory, for good, and appends every SAC file below it
-  // that passes the screens; their paths are relative to it. Each folder's entries are taken in the
-  // byte order of their names. Links to files are followed, links to folders are not. Files that
-  // are no seismograms are skipped after the loader's messages, folders that cannot be read without
-  // one. Nothing happens when the path is no folder or cannot be entered.
+  // Changes the working directory of the process to this folder, permanently, and appends every SAC
+  // file below it that passes the screens, with its path relative to the folder. The entries of
+  // each folder are sorted by the bytes of their names. Links to files are followed, links to
+  // folders are not. Files that are not seismograms are skipped after the loader's messages, and
+  // unreadable folders without a message; lastReason() names the last one of either. Does nothing
+  // if the path is not a folder or cannot be entered, see lastReason().
   void loadSeismogramsFromPath(const std::string& path);
 
-  // Removes the seismograms that pass the screens and keeps the others; this sense is intended.
+  // Removes the seismograms that pass the screens and keeps the others, which is intended.
   void filterSeismograms();
 
-  // Cuts every seismogram to the window from the latest B to the earliest E, in s, by
+  // Cuts every seismogram to the window from the latest B to the earliest E (s) with
   // ChopFromStart_END.
   void equalizeTimeRange();
 
-  // ---- Ranges: (least, greatest), (1e9, -1e9) for an empty list ----
+  // ---- Ranges: (minimum, maximum), or (1e9, -1e9) for an empty list ----
 
-  // The least B and the greatest E, in s.
+  // The smallest B and the largest E, s.
   std::pair<double, double> relativeTimeRange() const;
-  // Of GCARC, AZ and BAZ in degrees, undefined values included.
+  // The ranges of GCARC, AZ and BAZ in degrees, including undefined values.
   std::pair<double, double> gcarcRange() const;
   std::pair<double, double> azRange() const;
   std::pair<double, double> backazRange() const;
-  // Of slowness times cos(AZ - azimuth), with the slowness in the user value of the key (0 to 9)
-  // and the azimuth in degrees. The types tell the arguments apart, so they may stand in either
-  // order.
+  // The range of the slowness times cos(AZ - azimuth), with the slowness in user value `key` (0 to
+  // 9) and the azimuth in degrees. The two overloads accept the arguments in either order and are
+  // distinguished by type, so a call with two integers is ambiguous: write (3, 45.0f), not (3, 45).
   std::pair<double, double> gammaRangeForAzimuth_slownessKey(float azimuth, std::int32_t key) const;
   std::pair<double, double> gammaRangeForAzimuth_slownessKey(std::int32_t key,
                                                              float azimuth) const {
@@ -87,7 +89,6 @@ class KROSAC_API SeismogramArray : public Object {
   ~SeismogramArray() override = default;
 
  private:
-  void loadFolder(const std::string& folder);
   template <typename Low, typename High>
   std::pair<double, double> range(Low low, High high) const;
 

@@ -16,14 +16,14 @@ constexpr int kKeptKey = 9;
 
 struct TimeSpan {
   float b, e;
-  std::size_t place;
+  std::size_t index;
 };
 
 void dropEmpty(Traces& list) {
   std::erase_if(list, [](const auto& s) { return !s; });
 }
 
-// The time spans whose ends are numbers; the others equal nothing and lie in nothing.
+// The time spans without NaN. A span with NaN equals no other and lies within none.
 std::vector<TimeSpan> timeSpans(const Traces& list) {
   std::vector<TimeSpan> spans;
   spans.reserve(list.size());
@@ -71,7 +71,7 @@ int saSynchSacObjects(Traces& list) {
   Ref<SeisTimeObject> earliest;
   for (const auto& s : list) {
     const auto& time = s->mySeisReferenceTime();
-    // No search for the minimum: the comparison goes field by field, as intended.
+    // The comparison is field by field, so this need not find the minimum; this is intended.
     if (time && (!earliest || time->lessThanSeisTime(*earliest))) earliest = time;
   }
   const auto common = make<SeisTimeObject>();
@@ -80,21 +80,21 @@ int saSynchSacObjects(Traces& list) {
   return 0;
 }
 
-// The rule walks from the last seismogram to the first and removes each that lies inside one still
-// in the list. Since inside is transitive, that removes what lies inside any other, and leaves the
-// first of equal ones.
+// The rule walks from the last seismogram to the first and removes each that lies within one still
+// in the list. Containment is transitive, so this removes every seismogram within another and keeps
+// the first of equal ones.
 int saRemoveOverlaps(Traces& list) {
   dropEmpty(list);
   if (list.size() < 2) return 0;
   saSynchSacObjects(list);
   auto spans = timeSpans(list);
-  // Behind this order nothing lies inside a later span.
-  std::ranges::sort(spans, {}, [](const TimeSpan& s) { return std::tuple(s.b, -s.e, s.place); });
+  // In this order no span lies within a later one.
+  std::ranges::sort(spans, {}, [](const TimeSpan& s) { return std::tuple(s.b, -s.e, s.index); });
   std::vector<bool> isInside(list.size());
   const TimeSpan* longest = nullptr;
   for (const TimeSpan& span : spans) {
     if (longest && longest->e >= span.e) {
-      isInside[span.place] = true;
+      isInside[span.index] = true;
     } else {
       longest = &span;
     }
@@ -104,19 +104,19 @@ int saRemoveOverlaps(Traces& list) {
 }
 
 // The rule walks from the first seismogram to the last and removes each that has an equal one still
-// in the list, but none with a negative USER9.
+// in the list, except those with a negative USER9.
 int saMergeSacSeisInArray(Traces& list) {
   dropEmpty(list);
   sortByBegin(list);
   auto spans = timeSpans(list);
-  std::ranges::sort(spans, {}, [](const TimeSpan& s) { return std::tuple(s.b, s.e, s.place); });
-  const auto isKept = [&](const TimeSpan& s) { return list[s.place]->userValue(kKeptKey) < 0.0f; };
+  std::ranges::sort(spans, {}, [](const TimeSpan& s) { return std::tuple(s.b, s.e, s.index); });
+  const auto isKept = [&](const TimeSpan& s) { return list[s.index]->userValue(kKeptKey) < 0.0f; };
   std::vector<bool> isDuplicate(list.size());
   for (auto first = spans.begin(); first != spans.end();) {
     const auto end = std::find_if(
         first, spans.end(), [&](const TimeSpan& s) { return s.b != first->b || s.e != first->e; });
     auto removableEnd = std::any_of(first, end, isKept) ? end : end - 1;
-    for (auto s = first; s != removableEnd; ++s) isDuplicate[s->place] = !isKept(*s);
+    for (auto s = first; s != removableEnd; ++s) isDuplicate[s->index] = !isKept(*s);
     first = end;
   }
   removeMarked(list, isDuplicate);

@@ -1,5 +1,5 @@
-// Operations on any ordered list of seismograms. The integers that three of them give mean nothing.
-// Empty references in a list are passed over, and dropped where the list can change.
+// Operations on any ordered list of seismograms, as C++ functions. The integers that three of them
+// return have no meaning. Empty references are ignored, and removed where the list may change.
 #ifndef KROSAC_COLLECTIONS_SEISMOGRAMGROUPS_H
 #define KROSAC_COLLECTIONS_SEISMOGRAMGROUPS_H
 
@@ -12,24 +12,24 @@
 namespace krosac {
 
 // Subtracts the mean of all samples of all seismograms, summed in double precision, from every
-// sample. DEPMIN, DEPMAX, DEPMEN and mSeisHasChanged stay as they are. Nothing for no samples.
+// sample. DEPMIN, DEPMAX, DEPMEN and mSeisHasChanged do not change. Does nothing without samples.
 KROSAC_API void saRemoveCollectiveMean(const std::vector<Ref<SacObject>>& list);
 
-// Gives all seismograms one reference time by setReferenceTime: the first one's, replaced in the
-// order of the list by each later one that lessThanSeisTime holds to be less. That compares field
-// by field, so the time need not be the earliest. Seismograms without a reference time do not take
-// part in the choice. Nothing for fewer than two seismograms.
+// Calls setReferenceTime with one time for all seismograms: that of the first, replaced in the
+// order of the list by each later one for which lessThanSeisTime is true. lessThanSeisTime compares
+// field by field, so the time need not be the earliest. Seismograms without a reference time are
+// not considered. Does nothing for fewer than two seismograms.
 KROSAC_API int saSynchSacObjects(std::vector<Ref<SacObject>>& list);
 
-// Runs saSynchSacObjects, then removes every seismogram that lies inside another, from its B to its
-// E and ends included; of several with the same B and E the first stays. One whose B or E is not a
-// number stays and removes none. Takes n log n time. Nothing for fewer than two seismograms.
+// Calls saSynchSacObjects, then removes every seismogram whose closed interval from B to E lies
+// within that of another; of several with equal B and E the first stays. A seismogram with NaN in B
+// or E is neither removed nor compared. Takes O(n log n) time. Does nothing for fewer than two.
 KROSAC_API int saRemoveOverlaps(std::vector<Ref<SacObject>>& list);
 
-// Sorts by ascending B (equal ones keep their order, those without a number go last), then removes
-// duplicates: seismograms with the same B and E. One with a negative USER9 is never removed, also
-// when it is undefined; this is intended. The others of its kind go, and where there is none such,
-// all but the last. No samples are joined. Takes n log n time.
+// Sorts by ascending B (stable, NaN last), then removes duplicates, which are seismograms with
+// equal B and E. One with a negative USER9, which includes the undefined value, is never removed;
+// this is intended. Its duplicates are removed; without such a one all but the last are. No samples
+// are joined. Takes O(n log n) time.
 KROSAC_API int saMergeSacSeisInArray(std::vector<Ref<SacObject>>& list);
 
 }  // namespace krosac

@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "krosac/platform/LastReason.h"
 #include "krosac/platform/Numbers.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 #include "krosac/timegeo/GreatCircle.h"
 
@@ -14,16 +16,15 @@ namespace {
 
 constexpr std::size_t kLongestLine = 4095;
 
-// Takes fields off a line from left to right, as scanf does: once one does not scan, it and all
-// behind it are left as they are.
+// Scans the fields of a line from left to right as scanf does: after the first failure no further
+// target changes.
 class FieldScanner {
  public:
   explicit FieldScanner(const std::string& line) : at_(line.c_str()), end_(at_ + line.size()) {}
 
-  // Exactly so many characters.
-  FieldScanner& characters(std::ptrdiff_t count, OptionalText* text = nullptr) {
+  // Skips exactly `count` characters.
+  FieldScanner& characters(std::ptrdiff_t count) {
     isGood_ = isGood_ && end_ - at_ >= count;
-    if (isGood_ && text) *text = std::string(at_, at_ + count);
     if (isGood_) at_ += count;
     return *this;
   }
@@ -61,29 +62,33 @@ class FieldScanner {
   bool isGood_ = true;
 };
 
-Ref<ByteBuffer> zeroedFloats(std::int64_t count) {
-  return ByteBuffer::zeroed(static_cast<std::size_t>(count) * sizeof(float));
-}
-
 float* floats(const Ref<ByteBuffer>& buffer) {
   return reinterpret_cast<float*>(buffer->mutableBytes());
 }
 
+// Replaces an array by a copy of the values; empty and false without memory.
+bool copyFloats(std::span<const float> values, Ref<ByteBuffer>& array) {
+  clearReason();
+  array = ByteBuffer::copyOf(values.data(), values.size_bytes());
+  if (!array) setReason("no memory for %zu values", values.size());
+  return static_cast<bool>(array);
+}
+
 }  // namespace
 
-// The lines of a text, each taken up to its line break, with all white space behind that passed
-// over, and what goes beyond the longest line too.
+// Splits a text into lines. All white space behind a line break is skipped, and a line is cut at
+// kLongestLine.
 class DispersionCurve::Lines {
  public:
   explicit Lines(std::string_view text) : rest_(text) {}
 
-  // The next line; where there is none, and before a text that begins with a line break, the last
-  // one again.
+  // Returns the next line, or the last one again at the end of the text or at a line break where
+  // the text begins.
   const std::string& next() {
     advance();
     return line_;
   }
-  // False where there is no next line.
+  // Moves to the next line; false if there is none.
   bool advance() {
     const std::size_t length = std::min(rest_.find('\n'), rest_.size());
     if (length == 0) return false;
@@ -101,9 +106,7 @@ class DispersionCurve::Lines {
 };
 
 Ref<Object> DispersionCurve::init() {
-  nPeriods_ = 0;
-  for (auto* array : {&fltrPeriod_, &instPeriod_, &smthVelocity_, &velocity_, &uncertainty_})
-    *array = nullptr;
+  fields_ = {};
   return Object::init();
 }
 
@@ -112,73 +115,94 @@ std::span<const float> DispersionCurve::values(const Ref<ByteBuffer>& buffer) {
   return {floats(buffer), buffer->length() / sizeof(float)};
 }
 
+bool DispersionCurve::setPredictedValue(std::span<const float> values) {
+  return copyFloats(values, fields_.predictedValue);
+}
+
+bool DispersionCurve::setMisfit(std::span<const float> values) {
+  return copyFloats(values, fields_.misfit);
+}
+
 Ref<DispersionCurve> DispersionCurve::initWithKESTRAVFile(const std::string& path) {
+  clearReason();
   if (!init()) return nullptr;
+  const Ref<DispersionCurve> self(this);
   const std::string name = lastPathComponent(path);
-  wType_ = name.ends_with("r.ga") ? 1 : name.ends_with("l.ga") ? 2 : 0;
-  vType_ = 0;
+  fields_.wType = name.ends_with("r.ga") ? 1 : name.ends_with("l.ga") ? 2 : 0;
 
   const auto file = ByteBuffer::fromFile(path);
-  if (!file) return Ref<DispersionCurve>(this);
+  if (!file) {
+    if (!*lastReason()) setReason("%s: cannot be read", path.c_str());
+    return self;
+  }
   const std::string_view text(reinterpret_cast<const char*>(file->bytes()), file->length());
+  if (!Lines(text).advance()) {
+    setReason("%s: is empty or begins with a line break", path.c_str());
+    return self;
+  }
   std::int64_t count = 0;
   for (Lines counted(text); counted.advance();) count += !counted.line().starts_with('#');
 
   const CLocaleScope cLocaleHere;
   Lines lines(text);
-  if (!Lines(text).advance()) return Ref<DispersionCurve>(this);
   readHeader(lines);
-  if (count >= 1 && count <= INT32_MAX) readPeriods(lines, count);
-  return Ref<DispersionCurve>(this);
+  if (count < 1) {
+    setReason("%s: every line begins with #, so there are no periods", path.c_str());
+  } else if (count > INT32_MAX || !readPeriods(lines, count)) {
+    init();
+    setReason("%s: no memory for %lld periods", path.c_str(), static_cast<long long>(count));
+  }
+  return self;
 }
 
 void DispersionCurve::readHeader(Lines& lines) {
+  Fields& f = fields_;
   OptionalText word;
-  FieldScanner(lines.next()).characters(21, &dataSource_);
+  f.dataSource = lines.next().substr(0, 21);
   FieldScanner(lines.next())
       .characters(16)
-      .word(stationID_)
-      .number(slat_)
-      .number(slon_)
-      .word(channelID_);
-  FieldScanner(lines.next()).characters(13).number(elat_).number(elon_).number(edepth_);
-  // The azimuth at the event goes to baz, that at the station to az; this is intended.
-  delta_az(&elat_, &elon_, &slat_, &slon_, &gcarc_, &baz_);
-  delta_az(&slat_, &slon_, &elat_, &elon_, &gcarc_, &az_);
-  distance_ = static_cast<float>(gcarc_ * kKilometresPerDegree);
+      .word(f.stationID)
+      .number(f.slat)
+      .number(f.slon)
+      .word(f.channelID);
+  FieldScanner(lines.next()).characters(13).number(f.elat).number(f.elon).number(f.edepth);
+  // baz takes the azimuth at the event, az the azimuth at the station; this is intended.
+  delta_az(&f.elat, &f.elon, &f.slat, &f.slon, &f.gcarc, &f.baz);
+  delta_az(&f.slat, &f.slon, &f.elat, &f.elon, &f.gcarc, &f.az);
+  f.distance = static_cast<float>(f.gcarc * kKilometresPerDegree);
   FieldScanner(lines.next()).characters(26).word(word);
-  if (dataSource_ && word) *dataSource_ += " " + *word;
+  if (word) *f.dataSource += " " + *word;
   for (int line = 5; line <= 7; ++line) lines.advance();
-  FieldScanner(lines.next()).characters(51).number(modeIsolation_);
+  FieldScanner(lines.next()).characters(51).number(f.modeIsolation);
   for (int line = 9; line <= 12; ++line) lines.advance();
 }
 
-void DispersionCurve::readPeriods(Lines& lines, std::int64_t count) {
-  for (auto* array : {&fltrPeriod_, &instPeriod_, &smthVelocity_, &velocity_, &uncertainty_}) {
-    *array = zeroedFloats(count);
-    if (!*array) {
-      init();
-      return;
-    }
+// False without memory.
+bool DispersionCurve::readPeriods(Lines& lines, std::int64_t count) {
+  Fields& f = fields_;
+  for (auto* array : {&f.fltrPeriod, &f.instPeriod, &f.smthVelocity, &f.velocity, &f.uncertainty}) {
+    *array = ByteBuffer::zeroed(static_cast<std::size_t>(count) * sizeof(float));
+    if (!*array) return false;
   }
-  nPeriods_ = static_cast<std::int32_t>(count);
-  minPeriod_ = 1.0e9f;
-  maxPeriod_ = -1.0e9f;
+  f.nPeriods = static_cast<std::int32_t>(count);
+  f.minPeriod = 1.0e9f;
+  f.maxPeriod = -1.0e9f;
   for (std::int64_t i = 0; i < count; ++i) {
     FieldScanner(lines.next())
-        .number(floats(fltrPeriod_)[i])
-        .number(floats(instPeriod_)[i])
-        .number(floats(smthVelocity_)[i])
-        .number(floats(velocity_)[i])
-        .number(ldv_)
-        .number(hdv_)
-        .number(ramp_)
-        .number(iamp_);
-    floats(uncertainty_)[i] = static_cast<float>((std::fabs(hdv_) + std::fabs(ldv_)) * 0.5);
-    const float period = floats(instPeriod_)[i];
-    if (period > maxPeriod_) maxPeriod_ = period;
-    if (period < minPeriod_) minPeriod_ = period;
+        .number(floats(f.fltrPeriod)[i])
+        .number(floats(f.instPeriod)[i])
+        .number(floats(f.smthVelocity)[i])
+        .number(floats(f.velocity)[i])
+        .number(f.ldv)
+        .number(f.hdv)
+        .number(f.ramp)
+        .number(f.iamp);
+    floats(f.uncertainty)[i] = static_cast<float>((std::fabs(f.hdv) + std::fabs(f.ldv)) * 0.5);
+    const float period = floats(f.instPeriod)[i];
+    if (period > f.maxPeriod) f.maxPeriod = period;
+    if (period < f.minPeriod) f.minPeriod = period;
   }
+  return true;
 }
 
 }  // namespace krosac

@@ -9,9 +9,9 @@ namespace krosac {
 
 class KROSAC_API momentRateFtn : public uniformSampleTimeSeries {
  public:
-  // As the parent's, with the kind "Moment Rate Function".
+  // The same as in the base class, with the type "Moment Rate Function".
   Ref<Object> init() override;
-  // A copy as of the parent, of this class.
+  // Returns a copy of this class; see the base class.
   Ref<momentRateFtn> copyWithZone() const;
 
  protected:

@@ -6,6 +6,7 @@
 
 #include "krosac/dsp/internal/PackedSpectrum.h"
 #include "krosac/platform/Numbers.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
@@ -13,7 +14,7 @@ namespace {
 
 constexpr double kPi = 3.141592653589793;
 
-// The values that are both stated and in the buffer; none where there are fewer than two.
+// The first min(npts, values in the buffer) values; none if there are fewer than two.
 std::optional<PackedBins> binsOf(const kroSpectrum& s) {
   if (s.npts() < 2 || !s.spectrum()) return std::nullopt;
   const std::size_t n =
@@ -35,14 +36,13 @@ double amplitude(float re, float im) {
   return std::sqrt(static_cast<double>(squared(re, im)));
 }
 
-// What a measure looks at: the two real values, and bins first to last.
+// The terms of a measure: the two real values, and bins first to last.
 struct Band {
   bool hasZeroFrequency, hasNyquist;
   std::int64_t first, last;
 
   float terms() const {
-    const std::int64_t bins = std::max(last - first + 1, std::int64_t{0});
-    return static_cast<float>(hasZeroFrequency + hasNyquist + bins);
+    return static_cast<float>(hasZeroFrequency + hasNyquist + last - first + 1);
   }
 };
 
@@ -50,27 +50,28 @@ Band wholeBand(const PackedBins& s) {
   return {true, true, 1, static_cast<std::int64_t>(s.size() / 2) - 1};
 }
 
-// None where the limits make no band.
+// None if the limits are invalid.
 std::optional<Band> bandBetween(const PackedBins& s, float f1, float f2) {
   const auto half = static_cast<std::int64_t>(s.size() / 2);
   const float nyquist = s.frequency(s.size() / 2);
+  f1 = std::max(f1, 0.0f);
   if (!(f1 <= f2) || f1 > nyquist) return std::nullopt;
-  const std::int64_t i1 = truncInt32(f1 / s.df()), i2 = truncInt32(std::min(nyquist, f2) / s.df());
-  if (i1 == kNoInt32 || i2 == kNoInt32) return std::nullopt;
+  // The quotient of the Nyquist frequency itself can be rounded below halfpts.
+  const auto binOf = [&](float f) { return f >= nyquist ? half : truncIndex(f / s.df()); };
+  const std::int64_t i1 = binOf(f1), i2 = binOf(f2);
+  if (i1 == kNoIndex || i2 == kNoIndex) return std::nullopt;
   return Band{i1 == 0, i2 == half, i1 == 0 ? 1 : i1, i2 == half ? half - 1 : i2};
 }
 
-// The sum, in single precision, of a measure that takes a real value or the parts of a bin.
+// The sum, in single precision, of a measure of a real value or of the two parts of a bin.
 template <typename Measure>
 float sumOver(const PackedBins& s, const Band& band, Measure measure) {
   float sum = 0.0f;
   const auto add = [&sum](auto term) { sum = static_cast<float>(sum + term); };
   if (band.hasZeroFrequency) add(measure(s.dc()));
   if (band.hasNyquist) add(measure(s.nyquist()));
-  if (band.first < 0) add(measure(0.0f, 0.0f));  // the same for one bin below 0 as for many
-  const std::int64_t last = std::min(band.last, static_cast<std::int64_t>(s.size() / 2) - 1);
   const float* value = s.values();
-  for (std::int64_t k = std::max(band.first, std::int64_t{0}); k <= last; ++k)
+  for (std::int64_t k = band.first; k <= band.last; ++k)
     add(measure(value[2 * k], value[2 * k + 1]));
   return sum;
 }
@@ -80,7 +81,7 @@ float powerOver(const PackedBins& s, const Band& band) {
   return static_cast<float>(s.df() * (2.0 * sum * kPi));
 }
 
-// measureBand(bins, band), or what stands for no spectrum and for no band.
+// Returns measureBand(bins, band), 0.0 without a spectrum, or -12345.0 without a band.
 template <typename MeasureBand>
 float overBand(const kroSpectrum& spectrum, float f1, float f2, MeasureBand measureBand) {
   const auto s = binsOf(spectrum);
@@ -92,10 +93,14 @@ float overBand(const kroSpectrum& spectrum, float f1, float f2, MeasureBand meas
 }  // namespace
 
 Ref<rfSpectrum> rfSpectrum::initWithImpulseSpectrumDt_Npts(float dt, std::int32_t n) {
+  clearReason();
   const std::int32_t points = nextPowerOfTwoPts(n);
-  if (!init() || points == 0) return nullptr;
+  if (!init()) return nullptr;
   const PackedSpectrum flat(static_cast<std::size_t>(points), dt);
-  if (!flat) return nullptr;
+  if (points == 0 || !flat) {
+    setReason("%d samples: too many, or no memory for their spectrum", n);
+    return nullptr;
+  }
   std::fill_n(flat.values(), std::min(points, 2), 1.0f);
   flat.forEachBin([](std::size_t, float& re, float&) { re = 1.0f; });
   setSpectrum(flat.buffer());
@@ -118,7 +123,7 @@ void rfSpectrum::computeExtrema() {
   s->forEachBin([&](std::size_t, float& re, float& im) { include(std::sqrt(squared(re, im))); });
   setMinAmp(least);
   setMaxAmp(greatest);
-  // Over the number of values, not of amplitudes; this is intended.
+  // Divided by the number of values, not of amplitudes; this is intended.
   setMeanAmp(sum / static_cast<float>(s->size()));
 }
 
@@ -147,11 +152,11 @@ float rfSpectrum::meanLog10AmplitudeValueFrom_To(float f1, float f2) const {
 Ref<ByteBuffer> rfSpectrum::amplitudeSpectrum() const {
   const auto s = binsOf(*this);
   if (!s) return nullptr;
-  const std::size_t half = s->size() / 2;
+  const auto half = static_cast<std::size_t>(halfpts());
   auto buffer = ByteBuffer::zeroed((half + 1) * sizeof(float));
   if (!buffer) return nullptr;
   auto* out = reinterpret_cast<float*>(buffer->mutableBytes());
-  // With their signs; this is intended.
+  // These two keep their signs; this is intended.
   out[0] = s->dc();
   out[half] = s->nyquist();
   s->forEachBin([&](std::size_t k, float& re, float& im) { out[k] = std::sqrt(squared(re, im)); });

@@ -1,5 +1,5 @@
-// The root of the time series that do not come from a SAC file: a number of samples, a kind, and an
-// object of the caller's.
+// The base class of time series that do not come from a SAC file: a number of samples, a type, and
+// an object of the caller.
 #ifndef KROSAC_SERIES_TIMESERIES_H
 #define KROSAC_SERIES_TIMESERIES_H
 
@@ -15,21 +15,21 @@ namespace krosac {
 
 class KROSAC_API timeSeries : public Object {
  public:
-  // No samples, no delegate, the kind "Basic Time Series". Gives the object.
+  // Sets no samples, no delegate and the type "Basic Time Series". Returns the object.
   Ref<Object> init() override;
 
   // The number of samples.
   KROSAC_FIELD(std::int32_t, npts, Npts);
-  // Kept alive and never called.
+  // An object of the caller. The series keeps a reference to it and never calls it.
   KROSAC_FIELD(Ref<Object>, delegate, Delegate);
-  // The kind of series, for display.
+  // The type of the series, for display.
   KROSAC_FIELD(OptionalText, typeString, TypeString);
 
-  // A new timeSeries of this class, also from a derived class that makes no copies of its own kind;
-  // the delegate is shared. Empty where there is no memory.
+  // Returns a copy that shares the delegate; empty without memory. A derived class without a copy
+  // of its own is copied as a timeSeries.
   Ref<timeSeries> copyWithZone() const { return clone(); }
 
-  // The kind and "\nNPTS:%d".
+  // Returns the type followed by "\nNPTS:%d".
   std::string description() const;
 
  protected:

@@ -7,10 +7,10 @@
 #include "krosac/dsp/Butterworth.h"
 #include "krosac/dsp/internal/Series.h"
 #include "krosac/platform/Numbers.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
-namespace {}  // namespace
 
 // ---- Making and fields ----
 
@@ -26,9 +26,13 @@ Ref<Object> uniformSampleTimeSeries::init() {
 
 Ref<uniformSampleTimeSeries> uniformSampleTimeSeries::initWithZerosNpts_Delta(std::int32_t n,
                                                                               float delta) {
-  if (!init() || n < 0) return nullptr;
-  data_ = ByteBuffer::zeroed(static_cast<std::size_t>(n) * sizeof(float));
-  if (!data_) return nullptr;
+  clearReason();
+  if (!init()) return nullptr;
+  if (n >= 0) data_ = ByteBuffer::zeroed(static_cast<std::size_t>(n) * sizeof(float));
+  if (!data_) {
+    setReason("%d samples: no such number or no memory for it", n);
+    return nullptr;
+  }
   setNpts(n);
   setDelta(delta);
   return Ref<uniformSampleTimeSeries>(this);
@@ -125,7 +129,9 @@ void uniformSampleTimeSeries::taper(float fraction) {
   const float rise = fraction * length, fall = length - rise;
   for (std::size_t i = 0; i < x.size(); ++i) {
     const float t = static_cast<float>(i) * delta_;
-    x[i] = static_cast<float>(x[i] * cosineEdges(t, 0.0f, rise, fall, length));
+    // Sample 0 has weight 0 for every fraction, even if the falling edge covers it.
+    const double weight = i == 0 ? 0.0 : cosineEdges(t, 0.0f, rise, fall, length);
+    x[i] = static_cast<float>(x[i] * weight);
   }
   computeExtrema();
 }
@@ -176,7 +182,7 @@ float uniformSampleTimeSeries::interpolateValueAtRelativeTime(float t) const {
   const auto x = samples();
   if (!covers(t)) return kSacUndefinedFloat;
   if (t == 0.0f) return x[0];
-  // The last sample, whose time may be infinite, before a place is looked for.
+  // The time of the last sample may be infinite, so test it before dividing.
   if (t == delta_ * static_cast<float>(x.size() - 1)) return x.back();
   const float place = std::floor(t / delta_);
   const std::int64_t next = std::int64_t{truncInt32(place)} + 1;

@@ -1,4 +1,4 @@
-// The scanner of columns, through the parsers of the records.
+// The scanner of fixed columns, tested through the parsers of the records.
 #include <gtest/gtest.h>
 
 #include <clocale>
@@ -42,13 +42,17 @@ TEST(FixedColumns, ScanAsSscanfDoes) {
   std::setlocale(LC_NUMERIC, before.c_str());
 }
 
-TEST(FixedColumns, TakeNumbersOfEveryFormInEveryLocale) {
-  std::setlocale(LC_ALL, "de_DE.UTF-8");  // a decimal comma, where the machine has one
+TEST(FixedColumns, ScanAllFormsOfNumbersInEveryLocale) {
+  std::setlocale(LC_ALL, "de_DE.UTF-8");  // a decimal comma, if the machine has this locale
   const auto event = make<kroHypocenter>();
   for (const auto& [text, expected] : {std::pair("0x1p4", 16.0f),
                                        {"-inf", -INFINITY},
                                        {"9e99", INFINITY},
                                        {"+-1", 7.0f},
+                                       {"0x", 7.0f},
+                                       {"-0Xg", 7.0f},
+                                       {"INF", INFINITY},
+                                       {"infini", 7.0f},
                                        {"1,5", 1.0f}}) {
     event->setLatErr(7.0f);
     event->parseEDRErrMagInfo(std::string(8, ' ') + text);

@@ -1,4 +1,4 @@
-// The records: what they parse, describe and archive.
+// Parsing, texts and archives of the records.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -18,7 +18,7 @@ std::string archivedBytes(const Archivable& record) {
   return {bytes->bytes(), bytes->bytes() + bytes->length()};
 }
 
-// A record as its init leaves it.
+// A record after init.
 template <typename T>
 Ref<T> newRecord() {
   auto record = make<T>();
@@ -32,7 +32,7 @@ Ref<kroHypocenter> hypocenterOf(const std::string& line) {
   return hypocenter;
 }
 
-// Every column of these lines is filled, so that none can be read by its neighbour.
+// These lines fill every column, so a field that is one column off reads its neighbour.
 const std::string kPlace = "38.297S9142.373W9129.5G12.345692281BCD*9",
                   kEarlier = "HY199706099235959.99&" + kPlace,
                   kLater = "HY199706109000000.00&" + kPlace,
@@ -89,37 +89,37 @@ TEST(Records, ReadTheirLines) {
   const std::tuple<std::string (*)(const std::string&), std::string, std::string> cases[] = {
       {hypocenter, kLater, "865900800.00 -38.297 -142.373 129.5 &G* 12.3 456 228 1BCD"},
       {hypocenter, kEarlier, "865900799.99 -38.297 -142.373 129.5 &G* 2.34 456 228 BCD"},
-      // Any letter but S and W is north or east.
+      // Any letter except S and W means north or east.
       {hypocenter, "HY19700102 000003.75 17.520N  69.800w 10.00 ", "86403.75 17.52 69.8 10" + none},
-      // A blank number repeats the one before, without its sign; without one the value stays.
+      // A blank number repeats the previous one without its sign; a blank first number is kept.
       {hypocenter, "HY19700102 000003.75 17.52 S        W", "86403.75 -17.52 -17.52 17.52" + none},
       {hypocenter, "HY19700102 000003.75       S  69.800W", "86403.75 -2048 -69.8 69.8" + none},
-      // Read in place, a number led by a blank reads on into later columns: here hour 42.
+      // Scanned in place, a number with a leading blank reads on into later columns: here hour 42.
       {hypocenter, "HY1970 1 2  4 5 7.5", "101107.50 -2048 -2048 -2048" + none},
       {hypocenter, "HY", "-62169984000.00 -2048 -2048 -2048" + none},
-      // Only a primary arrival before the origin moves to the next day.
+      // Only a primary arrival before the origin is moved to the next day.
       {primary, kPrimary, "MAJO1 Pn 1073001581.25 1073001581.25 1"},
       {primary, "               235950.00", "(null) (null) 1072915190.00 1072915190.00 1"},
       {secondary, kSecondary, "(null) SKSSKS12 1072915181.00 1072915181.25 0"},
-      // A number led by a blank reads on within the nine characters.
+      // A number with a leading blank reads on within the nine characters.
       {secondary, "         51 07.25", "(null) (null) 1073012467.00 1073012467.25 0"},
       {secondary, "        1  5     8", "(null) (null) 1072832700.00 1072832700.00 0"},
       {surfaceWave, "M      Z 20.1   23.4                             MSZ 5.6*",
        "Z 20.1 23.4 MSZ 5.6 * 90 0"},
-      // The end of a longer field goes on the shorter one behind it.
+      // The end of a longer field extends the shorter one behind it.
       {surfaceWave, "M      z 20.112345.6 n 18.2  11.25", "N 18.25 11.25 (null) 0.25   90 0"},
       {surfaceWave, kSurfaceWave, "E 19.3 3112.55 MSZ 5.63 * 90 0"},
-      // Without a component too, columns 38 to 41 lie under the magnitude; the kind reads on.
+      // Columns 38 to 41 lie under the magnitude without a component too; the type reads on.
       {surfaceWave, "M" + std::string(36, ' ') + "9.87            5.6*", "0 0 0 5.6 5.67 * 90 0"},
       {station, kStation, "ABCDE -12.5101 -145.255 120 A place"},
-      // Leading blanks of the elevation do not count. A line ends at its line end or NUL.
+      // Leading blanks of the elevation do not count. A line ends at a line break or NUL.
       {station, " QR5  894536.0s1790036.0E  1234 a, b \r c", "QR5 89.76 179.01 123 a, b "},
       {station, std::string("      \0 12", 10), "(null) -2048 -2048 -2048 "},
       // A blank longitude repeats the latitude's parts, a blank elevation the signed longitude.
       {station, "      123000.0          W\n   1234", "(null) 12.5 -12.5 -12.5 "},
       {station, "                45        -99", "(null) -2048 45 -99 "}};
   for (const auto& [parsed, line, expected] : cases) EXPECT_EQ(parsed(line), expected) << line;
-  EXPECT_EQ(log.texts, std::vector<std::string>{"1BCD 1BCD"}) << "of the later layout only";
+  EXPECT_EQ(log.texts, std::vector<std::string>{"1BCD 1BCD"}) << "only the later layout logs";
 }
 
 TEST(Hypocenter, PrintsItsSummaryAndPhases) {
@@ -131,12 +131,12 @@ TEST(Hypocenter, PrintsItsSummaryAndPhases) {
       "  LatUnc: 103.100 km /  LonUnc:  204.200 km / DepthUnc:302.5 km\n"
       " (FE Region:19) [JAPAN - KURIL ISLANDS - KAMCHATKA PENINSULA / Near east coast of eastern "
       "Honshu]\n\nMagnitude (nObs):\n mb: 5.8 (141)\n Ms: 5.6 (112)\n\n";
-  EXPECT_EQ(event->description(), summary + "\n\n") << "nothing without phases";
+  EXPECT_EQ(event->description(), summary + "\n\n") << "no phases";
   const auto p = newRecord<kroSeismicPhase>(), rayleigh = newRecord<kroSeismicPhase>();
   p->setDateYr_Month_Date(1970, 1, 1);
   p->parseEDRPrimaryPhase(kPrimary);
   p->setStation(newRecord<kroSeismicStation>());
-  p->station()->setStationCode("TLY");  // printed in place of the record's own code
+  p->station()->setStationCode("TLY");  // printed instead of the record's own code
   rayleigh->setPhaseName("S");
   event->setPhases({nullptr, p, rayleigh});
   event->addPhase(nullptr);
@@ -161,8 +161,8 @@ TEST(Hypocenter, Compares) {
   using H = kroHypocenter;
   const auto a = newRecord<H>(), b = newRecord<H>();
   a->setODate(Date{5.0});
-  EXPECT_EQ(a->compareOriginTimes(*b), -1) << "a record without a date is last";
-  for (const float value : {2.0f, NAN}) {  // which equals everything
+  EXPECT_EQ(a->compareOriginTimes(*b), -1) << "a record without a date comes last";
+  for (const float value : {2.0f, NAN}) {  // NaN compares equal to everything
     a->setMb(1.0f), b->setMb(value);
     a->setMs(value), b->setMs(1.0f);
     a->setLat(1.0f), b->setLat(value);
@@ -227,16 +227,17 @@ TEST(SeismicPhase, DecodesTheCodesOfPAndPn) {
     expectDecoded(code, "raw", 7, 8);
 }
 
-TEST(GeoLocation, PointsAtOthersFromItself) {
-  // Along the equator and to the pole the flattening bends no path; single precision has 1e-5.
+TEST(GeoLocation, MeasuresFromItselfToAnotherPoint) {
+  // The flattening has no effect along the equator and toward the pole; 1e-5 is the precision of a
+  // float.
   const auto location = make<kroGeoLocation>();
   EXPECT_NEAR(location->gcarcToLat_Lon(0.0f, 45.0f), 45.0f, 1e-5f);
   EXPECT_NEAR(location->azToLat_Lon(0.0f, 45.0f), 90.0f, 1e-5f);
   EXPECT_NEAR(location->azToLat_Lon(-89.0f, 0.0f), 180.0f, 2e-5f);
 }
 
-// The copy of a record, which archives to the same bytes under these keys. An archive lists its
-// names as they first appear, each behind its length: the keys, the class, then those of objects.
+// Returns a copy of a record and checks that it archives to the same bytes under these keys. An
+// archive lists names in order of first use, each with its length: keys, class, keys of objects.
 template <typename T>
 Ref<T> copied(const Ref<T>& record, const std::string& keys) {
   std::istringstream words(keys);
@@ -293,7 +294,7 @@ TEST(Records, ArchiveTheirFieldsUnderTheirKeys) {
   EXPECT_EQ(std::pair(samePhase->polarity(), samePhase->onset()), std::pair(0.5f, 1.0f));
   EXPECT_EQ(std::pair(samePhase->mbPeriod(), samePhase->mbAmp()), std::pair(10.8f, 1141.55f));
   EXPECT_TRUE(samePhase->station() && !(samePhase->station() == station));
-  phase->setTakeoffAngle(90.0f);  // is restored from the slowness: sides of 3, 4 and 5
+  phase->setTakeoffAngle(90.0f);  // restored from the slowness: a triangle of 3, 4 and 5
   EXPECT_NEAR(phase->copyWithZone()->takeoffAngle(), std::atan(0.75) * 180.0 / M_PI, 1e-5);
   phase->setSlowness(0.17f);
   EXPECT_TRUE(std::isnan(phase->takeoffAngle()));

@@ -8,6 +8,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 #include "seismogram/Traces.h"
 
 namespace krosac {
@@ -32,7 +33,7 @@ TEST(SeismogramArray, ScreensByEveryCriterionThatIsOn) {
   distance->setMinGCarc(30.0f);
   distance->setMaxGCarc(90.0f);
   quality->setQualityScreen(true);
-  EXPECT_TRUE(quality->screenSeismogram(*s)) << "undefined is the least quality of all";
+  EXPECT_TRUE(quality->screenSeismogram(*s)) << "undefined is the lowest quality";
   quality->setMinQuality(60);
   for (const float x : {29.0f, 30.0f, 59.0f, 60.0f, 90.0f, 91.0f}) {
     s->setGcarc(x);
@@ -55,7 +56,7 @@ TEST(SeismogramArray, ScreensByEveryCriterionThatIsOn) {
   EXPECT_FALSE(passes("I", "BHZ") || passes("II", "BH"));
 }
 
-TEST(SeismogramArray, LoadsATreeWhateverLiesInIt) {
+TEST(SeismogramArray, LoadsATreeWithAnyContent) {
   const fs::path before = fs::current_path();
   const CapturedLog quiet;
   const TemporaryFolder folder;
@@ -89,18 +90,24 @@ TEST(SeismogramArray, LoadsATreeWhateverLiesInIt) {
   };
   array->setGCarcScreen(true);
   array->setMaxGCarc(90.0f);
-  for (const char* path : {"data", "a.sac", "missing", "itself", ""})
+  array->loadSeismogramsFromPath("data");
+  EXPECT_THAT(lastReason(), testing::ContainsRegex("^pipe: "));
+  for (const char* path : {"a.sac", "missing", "itself", ""}) {
     array->loadSeismogramsFromPath(path);
+    EXPECT_THAT(lastReason(), testing::ContainsRegex(std::string("^") + path + ": .")) << path;
+  }
   EXPECT_THAT(paths(), ElementsAre("a.sac", "b/deep/x", "b.sac", "link"));
   EXPECT_EQ(fs::current_path(), fs::canonical(in("data")));
+  makeArray()->loadSeismogramsFromPath("b/deep");
+  EXPECT_STREQ(lastReason(), "") << "all of its files were loaded";
   array->setMaxGCarc(55.0f);
   array->filterSeismograms();
-  EXPECT_THAT(paths(), ElementsAre("b/deep/x", "link")) << "the accepted ones go";
+  EXPECT_THAT(paths(), ElementsAre("b/deep/x", "link")) << "the accepted ones are removed";
   fs::permissions(in("data/closed"), fs::perms::owner_all);
   fs::current_path(before);
 }
 
-TEST(SeismogramArray, GivesRangesAndTheCommonWindow) {
+TEST(SeismogramArray, ComputesRangesAndCutsToTheCommonWindow) {
   const CapturedLog quiet;
   const auto array = makeArray();
   const auto ranges = [&] {
@@ -119,7 +126,7 @@ TEST(SeismogramArray, GivesRangesAndTheCommonWindow) {
   }
   EXPECT_THAT(ranges(),
               ElementsAre(Range(0, 100), Range(40, 100), Range(90, 150), Range(240, 300)));
-  // The azimuths lie 60 and 120 degrees from 30; the nine digits of the degree leave 7e-9.
+  // The azimuths are 60 and 120 degrees from 30; pi / 180 with eight digits adds an error of 7e-9.
   const Range gamma = array->gammaRangeForAzimuth_slownessKey(30.0f, 2);
   EXPECT_LE(std::fabs(gamma.first + 0.04) + std::fabs(gamma.second - 0.04), 16e-9);
   EXPECT_EQ(array->gammaRangeForAzimuth_slownessKey(2, 30.0f), gamma);

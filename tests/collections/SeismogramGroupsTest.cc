@@ -12,7 +12,7 @@ namespace {
 
 using Traces = std::vector<Ref<SacObject>>;
 
-// From second b on, to second e of a reference time at this hour and second; none for hour 0.
+// A trace from b to e (s) after a reference time at this hour and second; none for hour 0.
 Ref<SacObject> traceAt(float b, float e, int hour = 0, int second = 0) {
   auto s = traceOf({}, 1, b);
   s->setEndTime(e);
@@ -22,18 +22,18 @@ Ref<SacObject> traceAt(float b, float e, int hour = 0, int second = 0) {
   return s;
 }
 
-TEST(SeismogramGroups, RemovesTheMeanOfAllSamples) {
-  // A float sum would lose every 1 beside 2^25.
+TEST(SeismogramGroups, RemoveTheMeanOfAllSamples) {
+  // A sum in single precision would lose every 1 added to 2^25.
   const Traces list = {traceOf({33554432}), nullptr, traceOf(Samples(1023, 1.0f)), traceOf({})};
   saRemoveCollectiveMean(list);
   EXPECT_EQ(list[2]->GetSacSeis()[9], static_cast<float>(1.0 - (33554432.0 + 1023.0) / 1024.0));
   EXPECT_TRUE(list[2]->smean() == -12345.0f && !list[2]->mSeisHasChanged()) << "nothing else";
 }
 
-TEST(SeismogramGroups, SharesTheReferenceTimeThatComesOutOfTheWalk) {
+TEST(SeismogramGroups, ShareTheReferenceTimeOfTheWalk) {
   const std::pair<Traces, Samples> cases[] = {
       {{traceAt(100, 0, 3, 20), traceAt(100, 0, 3, 10), traceAt(100, 0, 3, 40)}, {110, 100, 130}},
-      // Earlier, yet not less: its second is greater.
+      // Earlier but not less, because its second is greater.
       {{traceAt(100, 0, 3, 20), traceAt(100, 0, 2, 40)}, {100, 100 - 3580}},
       {{traceAt(100, 0), nullptr, traceAt(100, 0, 3, 20), traceAt(100, 0, 3, 0)}, {100, 120, 100}}};
   for (auto [list, begins] : cases) {
@@ -44,13 +44,13 @@ TEST(SeismogramGroups, SharesTheReferenceTimeThatComesOutOfTheWalk) {
     EXPECT_TRUE(
         list[1]->mySeisReferenceTime()->equalToSeisTime(*list.back()->mySeisReferenceTime()));
   }
-  // The ends are compared after all reference times are one.
+  // The ends are compared after all traces share one reference time.
   Traces moved = {traceAt(0, 2, 3, 10), traceAt(0, 1, 3, 13)};
   saRemoveOverlaps(moved);
   EXPECT_EQ(moved.size(), 2u);
 }
 
-// The rules as they are told: a walk, a look at every other still there, removal at once.
+// The rules as stated: walk the list, compare with all that remain, remove at once.
 Traces overlapsRemovedSlowly(Traces list) {
   for (auto c = list.end(); c != list.begin();) {
     --c;
@@ -71,7 +71,7 @@ Traces mergedSlowly(Traces list) {
   return list;
 }
 
-TEST(SeismogramGroups, RemoveWhatThePlainWalkRemoves) {
+TEST(SeismogramGroups, RemoveTheSameAsThePlainWalk) {
   std::mt19937 random(7);
   const Samples times = {-INFINITY, -0.0f, 0, 1, 2, 3, 4, 5, 6, 7, NAN, INFINITY};
   const auto pick = [&](const Samples& from) { return from[random() % from.size()]; };

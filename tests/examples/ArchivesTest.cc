@@ -30,7 +30,7 @@ TEST_F(Archives, AreTheSameFromOneProcessAndFromTwo) {
   EXPECT_EQ(one.out + two.out,
             "8 files on 1 processes, 1 failed\n8 files on 2 processes, 1 failed\n")
       << one.err;
-  EXPECT_THAT(same.err, HasSubstr("no files, or no such folders"));
+  EXPECT_THAT(same.err, HasSubstr("no files, or not two folders"));
   EXPECT_EQ(filesBelow(folder, "in"), before);
   auto files = filesBelow(folder, "out1");
   EXPECT_EQ(files, filesBelow(folder, "out2"));
@@ -58,7 +58,7 @@ TEST_F(Archives, FromPythonMatchTheSameStepsInCpp) {
   EXPECT_EQ(one.out, two.out) << one.err;
   EXPECT_THAT(
       one.out,
-      StartsWith("failed: in/A text: no SAC file in this byte order\nXX.S001.BHZ.SAC 4500 "));
+      StartsWith("failed: in/A text: not a SAC file in this byte order\nXX.S001.BHZ.SAC 4500 "));
   EXPECT_EQ(filesBelow(folder, "out1"), filesBelow(folder, "out2"));
   EXPECT_EQ(filesBelow(folder, "out1").size(), 7u);
   auto ours = make<SacObject>(), theirs = make<SacObject>();

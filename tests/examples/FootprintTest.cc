@@ -12,7 +12,7 @@ TEST(Examples, EndWriteAndComplainAsTheySay) {
   ASSERT_EQ(runExample(folder, "process_sac").exitCode, 0);
   const std::string z = "sample.BHZ.SAC ", n = "sample.BHN.SAC ", e = "sample.BHE.SAC",
                     s = "in/XX.S001.BHZ.SAC ";
-  const std::string notSac = "missing: no SAC file that can be processed\n",
+  const std::string notSac = "missing: not a SAC file that can be processed\n",
                     depths = "travel_time_curves [DEPTH], from 0 to 800 km\n";
   const struct {
     std::string name, arguments, written;
@@ -25,8 +25,8 @@ TEST(Examples, EndWriteAndComplainAsTheySay) {
       {"read_edr", "", ""},
       {"receiver_function", z + n + e, "receiver_function.SAC"},
       {"receiver_function", z + z + e, "", 1,
-       "the three files are no components of one seismogram\n"},
-      {"receiver_function", z + n + "none", "", 1, "none: no SAC file\n"},
+       "the three files are not components of one seismogram\n"},
+      {"receiver_function", z + n + "none", "", 1, "none: not a SAC file\n"},
       {"record_section", "in", ""},
       {"record_section", "none", "", 1, "none: no seismograms\n"},
       {"sac_to_text", s, ""},
@@ -38,8 +38,8 @@ TEST(Examples, EndWriteAndComplainAsTheySay) {
       {"edit_header", s, ""},
       {"edit_header", s + "new.SAC EVDP", "", 1, "edit_header FILE [OUTPUT FIELD VALUE ...]\n"},
       {"edit_header", "sample.SAC", "", 1, "sample.SAC: cannot be read\n"},
-      {"edit_header", s + "new.SAC NPTS 3", "", 1, "NPTS: no field that can be changed\n"},
-      {"edit_header", s + "new.SAC EVDP deep", "", 1, "deep: no value for EVDP\n"},
+      {"edit_header", s + "new.SAC NPTS 3", "", 1, "NPTS: not a field that can be changed\n"},
+      {"edit_header", s + "new.SAC EVDP deep", "", 1, "deep: not a value for EVDP\n"},
       {"edit_header", s + "no/new.SAC EVDP 3", "", 1, "no/new.SAC: cannot be written\n"}};
   for (const auto& [name, arguments, written, exitCode, message] : cases) {
     if (name == "edit_header" && !KROSAC_HAS_FORTRAN) continue;

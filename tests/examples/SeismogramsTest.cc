@@ -78,6 +78,11 @@ TEST(ReceiverFunction, FindsTheConvertedWaveAndItsMultiplesWithinOneSample) {
     EXPECT_NEAR(peaks[i][1] / expected[i][1], 1, 0.15);  // what the water level takes
   }
   EXPECT_NEAR(peaks[1].at(2), 35, 1);  // in IASP91, whose crust is 5.8 to 6.5 km/s fast
+  const auto north = load(folder, "sample.BHN.SAC");
+  north->setEventLocationLat_Lon_Depth(north->evla(), north->evlo(), 1000 * north->evdp());
+  ASSERT_TRUE(north->save());
+  const std::string files = "sample.BHZ.SAC sample.BHN.SAC sample.BHE.SAC";
+  EXPECT_EQ(runExample(folder, "receiver_function", files).out, made) << "a depth in metres";
   const auto function = load(folder, "receiver_function.SAC");
   EXPECT_EQ(function->pickLabelWithKey(0) + function->pickLabelWithKey(1), "P35 km");
 }
@@ -85,12 +90,14 @@ TEST(ReceiverFunction, FindsTheConvertedWaveAndItsMultiplesWithinOneSample) {
 TEST(RecordSection, AlignsTheArrivalsOfAFolderWithTheirPredictions) {
   const TemporaryFolder folder;
   runExample(folder, "make_stations", "in 6 20000");
-  // One counts its time from a minute after the origin, one does not know the origin.
-  const auto later = load(folder, "in/XX.S004.BHZ.SAC"),
+  // The first has its depth in metres, one counts its time from a minute after the origin, one does
+  // not know the origin.
+  const auto first = load(folder, "in/XX.S001.BHZ.SAC"), later = load(folder, "in/XX.S004.BHZ.SAC"),
              unknown = load(folder, "in/XX.S006.BHZ.SAC");
+  first->setEventLocationLat_Lon_Depth(first->evla(), first->evlo(), 1000 * first->evdp());
   later->ZeroThisTime(60.0f);
   unknown->setoriginTimeOffset(kSacUndefinedFloat);
-  ASSERT_TRUE(later->save() && unknown->save());
+  ASSERT_TRUE(first->save() && later->save() && unknown->save());
   const ExampleRun run = runExample(folder, "record_section", "in");
   EXPECT_EQ(run.err, "1 seismograms without origin time or distance are left out\n");
   auto sets = dataSetsOf(run.out);

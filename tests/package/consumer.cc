@@ -21,6 +21,7 @@ int main() {
   const bool good = std::fabs(p.time - 364.0f) < 1.0f &&
                     region == "Near east coast of eastern Honshu" &&
                     std::strcmp(krosac::krosacVersion(), KROSAC_VERSION) == 0;
+  trace->setEventLocationLat_Lon_Depth(38.3f, 142.4f, 32000.0f);  // m, as in many files
   trace->setPath("trace.SAC");
   return good && trace->save() ? 0 : 1;
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 
 namespace krosac {
 namespace {
@@ -45,17 +46,16 @@ TEST(DispersionCurve, ReadsHeaderAndPeriods) {
   EXPECT_THAT((std::vector{c->stationID(), c->channelID(), c->dataSource(), c->networkID()}),
               ElementsAre("TLY", "BHZ", "# Group velocities    ab12", std::nullopt));
   EXPECT_EQ(c->modeIsolation(), 1);
-  // From Japan the station lies to the north-west, from the station Japan to the east; each stands
-  // under the other's name.
+  // The azimuth from Japan to the station is north-west, that from the station to Japan east; the
+  // two names are exchanged.
   EXPECT_NEAR(c->baz(), 309.092, 1e-3);
   EXPECT_NEAR(c->az(), 101.021, 1e-3);
   EXPECT_FLOAT_EQ(c->distance(), c->gcarc() * 111.19f);
 }
 
-TEST(DispersionCurve, CountsLinesAndTakesTheWaveTypeFromTheName) {
+TEST(DispersionCurve, CountsLinesAndDerivesTheWaveTypeFromTheName) {
   EXPECT_TRUE(read(kHeader, "r.ga")->wType() == 1 && read(kHeader, "TLY.r.gas")->wType() == 0);
-  // Header lines without the mark count; as many lines are missing at the end, and the last one
-  // stands for them.
+  // Header lines without "#" count as periods; the last line is then read again for each of them.
   std::string bare = kHeader;
   std::erase(bare, '#');
   const auto c = read(bare + "20 21 3 3 0 0 0 0\n30 31 3 3 0 0 0 0", "x.l.ga");
@@ -69,7 +69,7 @@ TEST(DispersionCurve, SurvivesAnyFile) {
       {"  \n\n \n", 1},
       {std::string(300000, '7') + "\n" + std::string(200000, 'x'), 2},
       {std::string(5000, '\0') + "\n" + std::string(3, '\0'), 2},
-      // Lines too short for their fields leave them, and those behind them, unset.
+      // A line too short for a field leaves this field and those behind it unset.
       {"# short\n# Station       TLY 51.68\n# Event\n#\n5\n6\n7\n8\n9\n10\n11\n12\na b", 9}};
   for (const auto& [text, periods] : texts) {
     const auto c = read(text);
@@ -78,9 +78,32 @@ TEST(DispersionCurve, SurvivesAnyFile) {
     EXPECT_FALSE(c->channelID() || c->elat() != 0.0f) << text.substr(0, 9);
     EXPECT_THAT(c->velocity(), Each(0.0f));
   }
-  EXPECT_FALSE(read("# short\n")->dataSource());
-  const auto none = make<DispersionCurve>();
-  EXPECT_EQ(none->initWithKESTRAVFile("/missing/x.l.ga"), none);
+  EXPECT_EQ(read("# short\n2\n3\n#   26 characters in all  word")->dataSource(), "# short word");
+}
+
+TEST(DispersionCurve, ClearsEverythingAndReportsWhatItCannotRead) {
+  const TemporaryFolder folder;
+  const auto c = read(kHeader + "20 19.5 3.1 3.2 -0.2 0.4 5 6\n");
+  EXPECT_STREQ(lastReason(), "");
+  const std::vector<float> predicted = {3.5f, 3.75f};
+  EXPECT_TRUE(c->setPredictedValue(predicted) && c->setMisfit(predicted));
+  EXPECT_THAT(c->misfit(), ElementsAre(3.5f, 3.75f));
+  c->setNetworkID("IU");
+  c->setOriginalText("text");
+  c->setDateMeasured(Date{1.0});
+  c->setSelva(579.0f);
+  for (const std::string& path :
+       {folder.path("missing.l.ga"), folder.path(), folder.write("blank", "\n20 21"),
+        folder.write("none", "# 1\n")}) {
+    EXPECT_EQ(c->initWithKESTRAVFile(path), c);
+    EXPECT_THAT(lastReason(), testing::StartsWith(path + ": "));
+    EXPECT_FALSE(c->stationID() || c->channelID() || c->networkID() || c->originalText() ||
+                 c->dateMeasured());
+    EXPECT_THAT((std::vector{c->minPeriod(), c->maxPeriod(), c->gcarc(), c->az(), c->baz(),
+                             c->slat(), c->selva(), c->elon(), c->hdv(), float(c->nPeriods())}),
+                Each(0.0f));
+    EXPECT_TRUE(c->instPeriod().empty() && c->predictedValue().empty() && c->misfit().empty());
+  }
 }
 
 }  // namespace

@@ -43,24 +43,28 @@ TEST(Spectrum, OfAnImpulseIsFlat) {
 TEST(Spectrum, MeasuresBands) {
   // Amplitudes 1, 2 (Nyquist), 5, 10 at 0, 0.75, 0.25, 0.5 Hz.
   const auto s = spectrumOf({1, -2, 3, 4, -6, 8}, 0.25f);
-  const float cases[][5] = {
-      {0, 99, 130, 18 / 4.0f, 0.5f},
-      {0.3f, 0.6f, 125, 15 / 2.0f, std::log10(50.0f) / 2},
-      {0.1f, 0.2f, 1, 1, 0},
-      {0.75f, 9, 4, 2, std::log10(2.0f)},
-      {-0.5f, 0.3f, 30, (std::sqrt(5.0f) + 5) / 4, -HUGE_VALF}};  // 1 - 2i in bin 0
+  const float cases[][5] = {{0, 99, 130, 18 / 4.0f, 0.5f},
+                            {0.3f, 0.6f, 125, 15 / 2.0f, std::log10(50.0f) / 2},
+                            {0.1f, 0.2f, 1, 1, 0},
+                            {0.75f, 9, 4, 2, std::log10(2.0f)},
+                            {-INFINITY, 0.3f, 26, 3, std::log10(5.0f) / 2}};  // the same as from 0
   for (const auto& [f1, f2, power, mean, meanLog] : cases) {
     EXPECT_FLOAT_EQ(s->signalPowerFromFreq_To(f1, f2), 1.5707963f * power) << f1;
     EXPECT_FLOAT_EQ(s->meanAmplitudeValueFrom_To(f1, f2), mean) << f1;
     EXPECT_FLOAT_EQ(s->meanLog10AmplitudeValueFrom_To(f1, f2), meanLog) << f1;
   }
-  EXPECT_EQ(s->signalPower(), s->signalPowerFromFreq_To(0.0f, 1e30f));
-  for (const auto& [f1, f2] : {std::pair{1.0f, 0.9f}, {0.76f, 9.0f}, {0.0f, NAN}, {-1e30f, 1.0f}})
+  for (const auto& [f1, f2] : {std::pair{1.0f, 0.9f}, {0.76f, 9.0f}, {0.0f, NAN}, {-2.0f, -1.0f}})
     EXPECT_EQ(s->meanAmplitudeValueFrom_To(f1, f2), -12345.0f) << f1;
   s->setDf(0.0f);
   EXPECT_EQ(s->signalPower() + s->meanAmplitudeValueFrom_To(2.0f, 1.0f), 0.0f);
-  s->setDf(-1.0f);
-  EXPECT_EQ(s->signalPowerFromFreq_To(-90.0f, -90.0f), 0.0f) << "bins far above the last";
+  // For some of these lengths halfpts df / df is rounded below halfpts.
+  for (int n = 2; n < 200; ++n) {
+    const auto t = spectrumOf(noise(static_cast<std::size_t>(n)), 1.0f / (0.3f * float(n)));
+    const float nyquist = t->df() * float(t->halfpts()), whole = t->signalPower();
+    EXPECT_EQ(t->signalPowerFromFreq_To(0.0f, INFINITY), whole) << n;
+    EXPECT_EQ(t->signalPowerFromFreq_To(0.0f, nyquist), whole) << n;
+    EXPECT_EQ(t->meanAmplitudeValueFrom_To(nyquist, nyquist), std::abs(valuesOf(t->spectrum())[1]));
+  }
 }
 
 TEST(Spectrum, FindsExtremaCopiesAndAdds) {
@@ -75,12 +79,12 @@ TEST(Spectrum, FindsExtremaCopiesAndAdds) {
   s->addSpectrum(*spectrumOf(Values(8, 9.0f), std::nextafter(1.0f, 2.0f)));
   s->addSpectrum(*spectrumOf(Values(9, 9.0f), 1.0f));
   s->addSpectrum(*s);
-  EXPECT_EQ(valuesOf(s->spectrum())[7], 24.0f) << "only what fits is added";
+  EXPECT_EQ(valuesOf(s->spectrum())[7], 24.0f) << "only the matching spectrum is added";
   EXPECT_EQ(valuesOf(copy->spectrum())[7], 12.0f);
 }
 
 TEST(Spectrum, ShapesItsBins) {
-  // What becomes of a bin at angular frequency w; the two real values become `ends`, or do as bins.
+  // The expected bin at angular frequency w. The two real values become `ends`, or change as bins.
   const struct {
     void (*shape)(rfSpectrum&);
     Complex (*bin)(Complex, double);
@@ -114,9 +118,12 @@ TEST(Spectrum, ShapesItsBins) {
 TEST(Spectrum, IsSafeWithoutItsValues) {
   const auto none = make<rfSpectrum>(), one = spectrumOf({5.0f}, 1.0f),
              cut = spectrumOf({3.0f, 1.0f, 3.0f, 4.0f, 9.0f}, 1.0f);
+  cut->setNpts(12);
+  EXPECT_THAT(valuesOf(cut->amplitudeSpectrum()), ElementsAre(3, 5, 0, 0, 0, 0, 1));
   for (const auto& s : {none, one, cut}) {
-    s->setNpts(1 << 30);  // more than there is: what is there counts
+    s->setNpts(12);  // more than the buffer holds
     EXPECT_TRUE((s->signalPower() > 0.0f) == (s == cut) && !s->amplitudeSpectrum() == (s != cut));
+    s->setNpts(1 << 30);
     for (const auto operation : {&rfSpectrum::computeExtrema, &rfSpectrum::prewhiten,
                                  &rfSpectrum::multiplyByIOmega, &rfSpectrum::divideByIOmega})
       (s.get()->*operation)();
@@ -125,8 +132,8 @@ TEST(Spectrum, IsSafeWithoutItsValues) {
     s->addSpectrum(*s);
     s->setZeroFrequencyValue(7.0f);
   }
-  EXPECT_THAT(valuesOf(one->spectrum()), ElementsAre(7.0f)) << "set without a look at npts";
-  EXPECT_EQ(valuesOf(cut->spectrum())[4], 36.0f) << "scaled, and added to itself";
+  EXPECT_THAT(valuesOf(one->spectrum()), ElementsAre(7.0f)) << "set for any npts";
+  EXPECT_EQ(valuesOf(cut->spectrum())[4], 36.0f) << "scaled by 2, then doubled";
 }
 
 }  // namespace

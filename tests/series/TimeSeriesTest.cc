@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "dsp/Noise.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/series/momentRateFtn.h"
 #include "seismogram/Traces.h"
 
@@ -25,11 +26,12 @@ Samples listOf(const Series& s) {
   return {s.dataPointer(), s.dataPointer() + s.data()->length() / sizeof(float)};
 }
 
-TEST(TimeSeries, KnowsItsKindAndTimes) {
+TEST(TimeSeries, HasATypeAndTimes) {
   const auto basic = make<timeSeries>();
   basic->init();
   EXPECT_EQ(basic->copyWithZone()->description(), "Basic Time Series\nNPTS:0");
   EXPECT_FALSE(make<Series>()->initWithZerosNpts_Delta(-1, 0.1f));
+  EXPECT_STREQ(lastReason(), "-1 samples: no such number or no memory for it");
   const auto s = seriesOf(Samples(100), 0.05f);
   EXPECT_NEAR(s->epochStartTime(), static_cast<double>(std::time(nullptr)), 60.0);
   s->setEpochStartTime(1e9);
@@ -52,7 +54,7 @@ TEST(TimeSeries, KnowsItsKindAndTimes) {
     [](Series& t) { t.ours; }, [](S& s) { s.theirs; } \
   }
 
-// What both classes do by one rule, and with the extrema of the result.
+// Operations that both classes share, compared with their extrema.
 TEST(TimeSeries, DoesWhatASeismogramDoes) {
   const std::pair<void (*)(Series&), void (*)(S&)> rows[] = {
       KROSAC_BOTH(removeMean(), RemoveMean()),
@@ -78,7 +80,7 @@ TEST(TimeSeries, DoesWhatASeismogramDoes) {
     Samples x = listOf(*t), y = samplesIn(*s);
     x.insert(x.end(), {t->min(), t->max(), t->mean(), t->simpleRMS(), t->signalPower() / 10});
     y.insert(y.end(), {s->smin(), s->smax(), s->smean(), s->simpleRMS(), s->signalPower() / 10});
-    // Means and intercepts are summed in double precision here and in single precision there.
+    // SacObject sums means and intercepts in single precision, the series in double precision.
     EXPECT_THAT(x, testing::Pointwise(testing::FloatNear(1e-5f), y));
   }
   Samples uneven(1025, 1.0f);  // a float sum would stop at 2^24
@@ -93,7 +95,17 @@ TEST(TimeSeries, DoesWhatASeismogramDoes) {
     x->trapezoidFilter(1.0f, refused, 1.0f);
   }
   x->cosineTimeFunctionFilterDuration(0.07f);
-  EXPECT_TRUE(listOf(*x) == noise(30) && x->max() == 0.0f) << "nor are the extrema looked for";
+  EXPECT_TRUE(listOf(*x) == noise(30) && x->max() == 0.0f) << "the extrema do not change either";
+}
+
+TEST(TimeSeries, TapersTheFirstSampleToZero) {
+  for (const float fraction : {-1.0f, 0.0f, 0.3f, 1.0f, 1.5f, INFINITY}) {
+    const auto s = seriesOf(Samples(10, 1.0f), 0.5f);
+    s->taper(fraction);
+    EXPECT_EQ(s->dataPointer()[0], 0.0f) << fraction;
+    // With a fraction of 1 the other samples are a quarter period of cos over the whole series.
+    EXPECT_TRUE(fraction != 1.0f || std::abs(s->dataPointer()[5] - std::sqrt(0.5f)) < 1e-6f);
+  }
 }
 
 TEST(TimeSeries, MeasuresAndLooksUp) {
@@ -110,7 +122,7 @@ TEST(TimeSeries, MeasuresAndLooksUp) {
   }
   s->setDelta(0.0f);
   EXPECT_EQ(s->lookupValueAtRelativeTime(0.0f), -12345.0f);
-  // On a ramp the value is the time in samples, to the rounding of the quotient, up to the last.
+  // On a ramp the value is the time in samples, up to the rounding of the quotient.
   const auto ramp = seriesOf(Samples(400), 0.0f);
   for (int i = 0; i < 400; ++i) ramp->dataPointer()[i] = static_cast<float>(i);
   for (int i = 0; i < 999; ++i) {
@@ -123,7 +135,7 @@ TEST(TimeSeries, MeasuresAndLooksUp) {
 TEST(TimeSeries, IsSafeWithFewOrNoSamples) {
   const auto bare = make<Series>(), single = seriesOf({4.0f}, 1.0f), cut = seriesOf(noise(7), 1.0f);
   bare->setNpts(5);
-  cut->setNpts(1 << 30);  // more than there is
+  cut->setNpts(1 << 30);  // more than the buffer holds
   for (const auto& s : {cut, single, bare}) {
     for (const auto operation : {&Series::removeMean, &Series::subtractLinearTrend,
                                  &Series::integrate, &Series::differentiate})

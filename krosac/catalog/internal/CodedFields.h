@@ -1,8 +1,8 @@
-// The archived fields of a record as one list, from which it is written and read:
+// Archives a record from one list of its fields:
 //
 //   constexpr std::tuple kFields{codedField("mb", &Record::mb, &Record::setMb), ...};
 //
-// Fields are written and read in the order of the list, and read through their setters.
+// Fields are encoded and decoded in the order of the list, and decoded through their setters.
 #ifndef KROSAC_CATALOG_INTERNAL_CODEDFIELDS_H
 #define KROSAC_CATALOG_INTERNAL_CODEDFIELDS_H
 
