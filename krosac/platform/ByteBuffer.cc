@@ -13,53 +13,13 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "krosac/platform/internal/RegularFile.h"
+#include "krosac/platform/internal/Files.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {
 
 constexpr int kMostLinks = 40;
-
-class File {
- public:
-  explicit File(int descriptor) noexcept : descriptor_(descriptor) {}
-  ~File() { close(); }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-
-  bool isOpen() const noexcept { return descriptor_ >= 0; }
-  int descriptor() const noexcept { return descriptor_; }
-  bool close() noexcept {
-    const int descriptor = std::exchange(descriptor_, -1);
-    return descriptor < 0 || ::close(descriptor) == 0;
-  }
-
-  bool readAll(unsigned char* to, std::size_t length) noexcept {
-    return transfer(
-        length, [&](std::size_t done, std::size_t n) { return ::read(descriptor_, to + done, n); });
-  }
-  bool writeAll(const unsigned char* from, std::size_t length) noexcept {
-    return transfer(length, [&](std::size_t done, std::size_t n) {
-      return ::write(descriptor_, from + done, n);
-    });
-  }
-
- private:
-  template <typename Step>
-  static bool transfer(std::size_t length, Step step) noexcept {
-    std::size_t done = 0;
-    while (done < length) {
-      const ssize_t n = step(done, std::min<std::size_t>(length - done, SSIZE_MAX));
-      if (n < 0 && errno == EINTR) continue;
-      if (n <= 0) return false;
-      done += static_cast<std::size_t>(n);
-    }
-    return true;
-  }
-
-  int descriptor_;
-};
 
 // Memory for std::free. Much of the time that reading a large file takes goes into making pages, so
 // these are large ones where the system has them.
@@ -137,14 +97,13 @@ Ref<ByteBuffer> ByteBuffer::copyOf(const void* bytes, std::size_t length) {
 }
 
 Ref<ByteBuffer> ByteBuffer::fromFile(const std::string& path) {
-  std::int64_t size = 0;
-  File file(openRegularFile(path.c_str(), &size));
-  if (!file.isOpen()) return nullptr;
+  File file = openRegularFile(path.c_str());
+  const std::int64_t size = file.size();
+  if (size < 0) return nullptr;
   auto buffer = unfilled(static_cast<std::size_t>(size));
   if (!buffer || !file.readAll(buffer->bytes_, buffer->length_)) return nullptr;
-  // A page that a shrinking file loses is read as zeros when its length was looked up before.
-  struct stat now;
-  return ::fstat(file.descriptor(), &now) == 0 && now.st_size == size ? buffer : nullptr;
+  // A read that overlaps a truncation may return zeros for the pages that are gone.
+  return file.size() == size ? buffer : nullptr;
 }
 
 bool ByteBuffer::writeAtomically(const std::string& path) const {

@@ -1,73 +1,47 @@
 #include "krosac/sacio/SacFile.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <utility>
 
-#include "krosac/platform/internal/RegularFile.h"
+#include "krosac/platform/internal/Files.h"
+#include "krosac/sacio/internal/SacWriting.h"
 
 namespace krosac {
 namespace {
 
-// A stream that is closed with its scope. Items move whole or not at all; a null path or array, or
-// a count below 1, is none.
-class Stream {
+// Reads items of a regular file in order, each whole or not at all. A null array and a count below
+// 1 are failures.
+class Reader {
  public:
-  static Stream reading(const char* path) noexcept { return Stream(openRegularStream(path)); }
-  static Stream writing(const char* path) noexcept {
-    return Stream(path ? std::fopen(path, "w") : nullptr);
-  }
-  ~Stream() { close(); }
-  Stream(const Stream&) = delete;
-  Stream& operator=(const Stream&) = delete;
+  explicit Reader(const char* path) noexcept : file_(openRegularFile(path)) {}
 
-  bool isOpen() const noexcept { return file_ != nullptr; }
-  bool close() noexcept {
-    std::FILE* file = std::exchange(file_, nullptr);
-    return file && std::fclose(file) == 0;
-  }
+  std::int64_t size() const noexcept { return file_.size(); }
 
-  // `count` values as one item.
   template <typename T>
   bool read(T* to, std::int32_t count = 1) noexcept {
-    if (!file_ || !to || count <= 0 || std::fread(to, bytes<T>(count), 1, file_) != 1) return false;
-    bytesRead_ += static_cast<std::int64_t>(bytes<T>(count));
-    return stillHoldsWhatWasRead();
-  }
-  template <typename T>
-  bool write(const T* from, std::int32_t count = 1) noexcept {
-    return file_ && from && count > 0 && std::fwrite(from, bytes<T>(count), 1, file_) == 1;
+    if (!to || count <= 0) return false;
+    const std::size_t bytes = static_cast<std::size_t>(count) * sizeof *to;
+    bytesRead_ += static_cast<std::int64_t>(bytes);
+    // A read that overlaps a truncation may return zeros for the pages that are gone.
+    return file_.readAll(to, bytes) && file_.size() >= bytesRead_;
   }
 
  private:
-  explicit Stream(std::FILE* file) noexcept : file_(file) {}
-
-  template <typename T>
-  static std::size_t bytes(std::int32_t count) {
-    return static_cast<std::size_t>(count) * sizeof(T);
-  }
-
-  // A page that a shrinking file loses is read as zeros when its length was looked up before.
-  bool stillHoldsWhatWasRead() const noexcept {
-    struct stat now;
-    return ::fstat(::fileno(file_), &now) == 0 && now.st_size >= bytesRead_;
-  }
-
-  std::FILE* file_;
+  File file_;
   std::int64_t bytesRead_ = 0;
 };
 
-void setStatus(std::int32_t* status, bool good) {
-  if (status) *status = good ? 0 : -1;
+// Writes `count` values as one item; no values are a failure.
+template <typename T>
+bool writeItem(const Stream& file, const T* from, std::int32_t count = 1) noexcept {
+  return count > 0 &&
+         std::fwrite(from, static_cast<std::size_t>(count) * sizeof *from, 1, file.get()) == 1;
 }
 
-template <typename T>
-void give(T* output, T value) {
-  if (output) *output = value;
+void setStatus(std::int32_t* status, bool good) {
+  setOutput(status, good ? 0 : -1);
 }
 
 bool canBeWritten(const float* samples, std::int32_t count) {
@@ -85,15 +59,23 @@ SacHeader headerFor(std::int32_t n) {
 
 }  // namespace
 
+bool writeEvenFile(const char* path, SacHeader header, const float* samples) noexcept {
+  if (!path || (header.NPTS > 0 && !samples)) return false;
+  header.E = static_cast<float>(std::int64_t{header.NPTS} - 1) * header.DELTA + header.B;
+  Stream file(std::fopen(path, "w"));
+  if (!file) return false;
+  const bool good = writeItem(file, &header) && writeItem(file, samples, header.NPTS);
+  return std::fclose(file.release()) == 0 && good;
+}
+
 std::int32_t IsSacFile(const char* path) {
-  struct stat file;
-  if (!path || ::stat(path, &file) != 0) return -1;
-  if (file.st_size < static_cast<std::int64_t>(kSacHeaderBytes)) return -1;
+  Reader file(path);
+  const std::int64_t size = file.size();
   SacHeader header;
-  if (!Stream::reading(path).read(&header)) return -1;
+  if (!file.read(&header)) return -1;
   if (!(header.DELTA > 0.0f) || header.NPTS < 1 || header.NVHDR < 0) return -1;
   const auto longest = static_cast<std::int64_t>(kSacHeaderBytes) + std::int64_t{4} * header.NPTS;
-  return file.st_size <= longest ? 1 : -1;
+  return size <= longest ? 1 : -1;
 }
 
 void NewSacHeader(SacHeader* header) {
@@ -107,20 +89,18 @@ void NewSacHeader(SacHeader* header) {
 }
 
 void ReadSACHeader(const char* path, SacHeader* header, std::int32_t* status) {
-  Stream file = Stream::reading(path);
-  const bool good = file.read(header);
-  setStatus(status, file.close() && good);
+  setStatus(status, Reader(path).read(header));
 }
 
 void ReadSACfile(const char* path, float* samples, SacHeader* header, std::int32_t max,
                  std::int32_t* status) {
-  Stream file = Stream::reading(path);
+  Reader file(path);
   bool good = file.read(header);
   if (good) {
     header->NPTS = std::min(header->NPTS, max);
     good = file.read(samples, header->NPTS);
   }
-  setStatus(status, file.close() && good);
+  setStatus(status, good);
 }
 
 void ReadSAC1(const char* path, float* samples, std::int32_t* npts, float* delta, float* b,
@@ -129,33 +109,28 @@ void ReadSAC1(const char* path, float* samples, std::int32_t* npts, float* delta
   std::int32_t outcome = -1;
   ReadSACfile(path, samples, &header, max, &outcome);
   if (outcome == 0) {
-    give(npts, header.NPTS);
-    give(delta, header.DELTA);
-    give(b, header.B);
+    setOutput(npts, header.NPTS);
+    setOutput(delta, header.DELTA);
+    setOutput(b, header.B);
   }
-  give(status, outcome);
+  setOutput(status, outcome);
 }
 
 void ReadSAC2(const char* path, std::int32_t* n, float* second, float* first, std::int32_t max,
               std::int32_t* status) {
   SacHeader header;
-  Stream file = Stream::reading(path);
+  Reader file(path);
   bool good = file.read(&header);
   if (good) {
     const std::int32_t count = std::min(header.NPTS, max);
-    give(n, count);
+    setOutput(n, count);
     good = count == 0 || (file.read(first, count) && file.read(second, count));
   }
-  setStatus(status, file.close() && good);
+  setStatus(status, good);
 }
 
 void WriteSACfile(const char* path, const float* samples, std::int32_t* status, SacHeader header) {
-  setStatus(status, false);
-  if (!canBeWritten(samples, header.NPTS)) return;
-  header.E = static_cast<float>(header.NPTS - 1) * header.DELTA + header.B;
-  Stream file = Stream::writing(path);
-  const bool good = file.write(&header) && file.write(samples, header.NPTS);
-  setStatus(status, file.close() && good);
+  setStatus(status, header.NPTS >= 0 && writeEvenFile(path, header, samples));
 }
 
 void WriteSAC1(const char* path, const float* samples, std::int32_t n, std::int32_t* status,
@@ -173,19 +148,19 @@ void WriteSAC2(const char* path, std::int32_t n, const float* x, const float* y,
   header.IFTYPE = kSacXY;
   header.LEVEN = 0;
 
-  Stream file = Stream::writing(canBeWritten(x, n) && canBeWritten(y, n) ? path : nullptr);
+  Stream file(path && canBeWritten(x, n) && canBeWritten(y, n) ? std::fopen(path, "w") : nullptr);
   const char* problem = nullptr;
-  if (!file.isOpen()) {
+  if (!file) {
     problem = "creating";
-  } else if (!file.write(&header)) {
+  } else if (!writeItem(file, &header)) {
     problem = "writing header for";
-  } else if (n > 0 && !file.write(y, n)) {
+  } else if (n > 0 && !writeItem(file, y, n)) {
     problem = "writing x values for";  // The block is y's: names exchanged, as intended.
-  } else if (n > 0 && !file.write(x, n)) {
+  } else if (n > 0 && !writeItem(file, x, n)) {
     problem = "writing y values for";
   }
   if (problem) std::printf("Problem %s file %s\n", problem, path ? path : "(null)");
-  setStatus(status, file.close() && !problem);
+  setStatus(status, file && std::fclose(file.release()) == 0 && !problem);
 }
 
 }  // namespace krosac

@@ -9,19 +9,52 @@
 
 #include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/SacFile.h"
-#include "krosac/sacio/internal/HeaderNames.h"
+#include "krosac/sacio/internal/SacWriting.h"
 
 namespace krosac {
 namespace {
 
+// The header fields that can be reached by name.
+
+enum class FieldKind { kFloat, kInteger, kText, kEnumerated, kLogical };
+
+struct NamedField {
+  FieldKind kind;
+  std::string_view name;
+  std::size_t offset;  // in SacHeader, bytes
+};
+
+#define FIELD(KIND, NAME)                             \
+  NamedField {                                        \
+    FieldKind::KIND, #NAME, offsetof(SacHeader, NAME) \
+  }
+
+constexpr NamedField kNamedFields[] = {
+    FIELD(kFloat, B),        FIELD(kFloat, E),        FIELD(kFloat, DELTA),
+    FIELD(kFloat, DEPMIN),   FIELD(kFloat, DEPMEN),   FIELD(kFloat, DEPMAX),
+    FIELD(kFloat, EVLA),     FIELD(kFloat, EVLO),     FIELD(kFloat, EVDP),
+    FIELD(kFloat, STLA),     FIELD(kFloat, STLO),     FIELD(kFloat, STEL),
+    FIELD(kFloat, CMPAZ),    FIELD(kFloat, CMPINC),   FIELD(kFloat, DIST),
+    FIELD(kFloat, GCARC),    FIELD(kFloat, AZ),       FIELD(kFloat, BAZ),
+    FIELD(kFloat, O),        FIELD(kFloat, A),        FIELD(kFloat, T0),
+    FIELD(kFloat, T1),       FIELD(kFloat, T2),       FIELD(kFloat, T3),
+    FIELD(kFloat, T4),       FIELD(kFloat, T5),       FIELD(kFloat, T6),
+    FIELD(kFloat, T7),       FIELD(kFloat, T8),       FIELD(kFloat, T9),
+    FIELD(kFloat, USER0),    FIELD(kFloat, USER1),    FIELD(kFloat, USER2),
+    FIELD(kFloat, USER3),    FIELD(kFloat, USER4),    FIELD(kFloat, USER5),
+    FIELD(kFloat, USER6),    FIELD(kFloat, USER7),    FIELD(kFloat, USER8),
+    FIELD(kFloat, USER9),    FIELD(kInteger, NZYEAR), FIELD(kInteger, NZJDAY),
+    FIELD(kInteger, NZHOUR), FIELD(kInteger, NZMIN),  FIELD(kInteger, NZSEC),
+    FIELD(kInteger, NZMSEC), FIELD(kInteger, NVHDR),  FIELD(kInteger, NPTS),
+    FIELD(kText, KCMPNM),    FIELD(kText, KSTNM),     FIELD(kEnumerated, IFTYPE),
+    FIELD(kLogical, LEVEN),
+};
+
+#undef FIELD
+
 template <typename T>
 T valueOr(const T* value, T otherwise) {
   return value ? *value : otherwise;
-}
-
-template <typename T>
-void give(T* output, T value) {
-  if (output) *output = value;
 }
 
 char upper(char c) {
@@ -89,18 +122,6 @@ void readGlobalHeader(const FileName& file, const char* what) {
   }
 }
 
-// Writes the header and, as one item, its NPTS samples. Unlike WriteSACfile it writes the header
-// also where NPTS is negative.
-bool writeFile(const char* path, const SacHeader& header, const float* samples) {
-  const std::int32_t count = std::max(header.NPTS, 0);
-  std::FILE* file = path && (samples || count == 0) ? std::fopen(path, "w") : nullptr;
-  if (!file) return false;
-  const bool good =
-      std::fwrite(&header, sizeof header, 1, file) == 1 && count > 0 &&
-      std::fwrite(samples, static_cast<std::size_t>(count) * sizeof *samples, 1, file) == 1;
-  return std::fclose(file) == 0 && good;
-}
-
 }  // namespace
 
 SacHeader ghdr = {};
@@ -120,7 +141,7 @@ void rsac1_(const char* path, float* samples, std::int32_t* n, float* b, float* 
   readGlobalHeader(file, "SAC Header");
   ReadSAC1(file.path(), samples, n, delta, b, valueOr(max, -1), &outcome);
   if (outcome == -1) tellUnread("SAC File", file);
-  give(error, outcome);
+  setOutput(error, outcome);
 }
 
 void rsac2_(const char* path, float* y, std::int32_t* n, float* x, const std::int32_t* max,
@@ -130,15 +151,13 @@ void rsac2_(const char* path, float* y, std::int32_t* n, float* x, const std::in
   readGlobalHeader(file, "SAC XY Header");
   ReadSAC2(file.path(), n, x, y, valueOr(max, -1), &outcome);
   if (outcome == -1) tellUnread("SAC XY File", file);
-  give(error, outcome);
+  setOutput(error, outcome);
 }
 
 void wsac0_(const char* path, const float*, const float* y, std::int32_t* error, int pathLength) {
   const FileName file(path, pathLength);
   if (ghdr.NVHDR == kSacUndefinedInt) ghdr.NVHDR = kSacHeaderVersion;
-  SacHeader header = ghdr;
-  header.E = static_cast<float>(std::int64_t{header.NPTS} - 1) * header.DELTA + header.B;
-  give(error, writeFile(file.path(), header, y) ? 0 : -1);
+  setOutput(error, writeEvenFile(file.path(), ghdr, y) ? 0 : -1);
 }
 
 void wsac1_(const char* path, const float* samples, const std::int32_t* n, const float* b,
@@ -153,14 +172,14 @@ void wsac2_(const char* path, const float* y, const std::int32_t* n, const float
   const FileName file(path, pathLength);
   if (file.path()) return WriteSAC2(file.path(), valueOr(n, -1), x, y, error);
   std::printf("Problem creating file %.*s\n", file.length(), file.text());
-  give(error, -1);
+  setOutput(error, -1);
 }
 
 void getfhv_(const char* name, float* value, std::int32_t*, int nameLength) {
   const Name wanted(name, nameLength);
   const float* field = find<float>(FieldKind::kFloat, wanted);
   if (!field) wanted.warn(stdout, "Warning ", " not matched in getfhv\n");
-  give(value, valueOr(field, kSacUndefinedFloat));
+  setOutput(value, valueOr(field, kSacUndefinedFloat));
 }
 
 void setfhv_(const char* name, const float* value, std::int32_t*, int nameLength) {
@@ -174,7 +193,7 @@ void getnhv_(const char* name, std::int32_t* value, std::int32_t*, int nameLengt
   const Name wanted(name, nameLength);
   const std::int32_t* field = find<std::int32_t>(FieldKind::kInteger, wanted);
   if (!field) wanted.warn(stdout, "Warning ", " not matched in getnhv\n");
-  give(value, valueOr(field, kSacUndefinedInt));
+  setOutput(value, valueOr(field, kSacUndefinedInt));
 }
 
 void setnhv_(const char* name, const std::int32_t* value, std::int32_t*, int nameLength) {
