@@ -1,5 +1,4 @@
-/* The library from C: krosac.h compiles as C11, and a function of each of its headers can be
- * called. */
+/* Compiles krosac.h as C11 and calls a function of each of its headers. */
 #include <math.h>
 #include <stdio.h>
 #include <string.h>

@@ -21,8 +21,8 @@ namespace {
 
 constexpr int kMostLinks = 40;
 
-// Memory for std::free. Much of the time that reading a large file takes goes into making pages, so
-// these are large ones where the system has them.
+// Allocates memory for std::free. Page faults take much of the time of reading a large file, so
+// large buffers ask for large pages.
 unsigned char* newBytes(std::size_t length) {
   constexpr std::size_t kLargePage = std::size_t{1} << 21;
   if (length < 4 * kLargePage)
@@ -35,9 +35,8 @@ unsigned char* newBytes(std::size_t length) {
   return static_cast<unsigned char*>(bytes);
 }
 
-// The path behind any chain of symbolic links, also where its end does not exist yet; empty when
-// the chain does not end.
-std::string behindLinks(std::string path) {
+// Follows symbolic links. The target need not exist. Returns an empty path for a loop of links.
+std::string followLinks(std::string path) {
   for (int link = 0; link < kMostLinks; ++link) {
     char target[PATH_MAX];
     const ssize_t length = ::readlink(path.c_str(), target, sizeof target);
@@ -50,8 +49,8 @@ std::string behindLinks(std::string path) {
   return {};
 }
 
-// Opens a new file beside the target under a name that nobody has. The name does not grow with the
-// target's, so that a target name of the greatest length still can be saved.
+// Creates a file beside the target under an unused name. The length of that name does not depend on
+// the target's, so a target whose name has the greatest length can still be saved.
 int openTemporary(const std::string& target, std::string& temporary) {
   static std::atomic<unsigned> counter{0};
   const std::size_t slash = target.find_last_of('/');
@@ -111,7 +110,7 @@ bool ByteBuffer::writeAtomically(const std::string& path) const {
 }
 
 bool ByteBuffer::writeAtomically(const std::string& path, std::size_t length) const {
-  const std::string target = behindLinks(path);
+  const std::string target = followLinks(path);
   if (target.empty() || target.back() == '/') return false;
   struct stat old;
   const bool exists = ::stat(target.c_str(), &old) == 0;
@@ -124,8 +123,8 @@ bool ByteBuffer::writeAtomically(const std::string& path, std::size_t length) co
   if (!file.isOpen()) return false;
   bool good = file.writeAll(bytes_, std::min(length, length_));
   if (good && exists) {
-    // The owner is kept where the system lets us; the permissions must be, after it, since a new
-    // owner clears some.
+    // Keeping the owner may fail, keeping the permissions must not. Changing the owner can clear
+    // permissions, so it comes first.
     [[maybe_unused]] const int owner = ::fchown(file.descriptor(), old.st_uid, old.st_gid);
     good = ::fchmod(file.descriptor(), old.st_mode & 07777) == 0;
   }

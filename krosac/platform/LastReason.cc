@@ -38,7 +38,7 @@ void setReason(const char* format, ...) noexcept {
   if (std::getenv("KROSAC_DEBUG")) {
     try {
       log("%s", reason);
-    } catch (const std::bad_alloc&) {  // the reason itself is kept
+    } catch (const std::bad_alloc&) {  // the reason is set anyway
     }
   }
   errno = systemError;

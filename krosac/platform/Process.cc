@@ -20,7 +20,7 @@ extern char** environ;
 namespace krosac {
 namespace {
 
-constexpr char kNothing[] = "/dev/null";
+constexpr char kEmptyFile[] = "/dev/null";
 
 // The same file under a number above those of the standard streams, which a caller may have closed:
 // setting up one stream of the child must not overwrite another.
@@ -31,12 +31,12 @@ File aboveStandardStreams(int descriptor) noexcept {
 }
 
 std::string failure(const char* what, const std::string& name, int error) {
-  CLocaleScope sameWordsInEveryLocale;
+  CLocaleScope cLocaleHere;
   return formatText("Could not %s %s: %s.", what, name.c_str(),
                     std::generic_category().message(error).c_str());
 }
 
-// What posix_spawn is told beside the program and its arguments.
+// File actions and attributes for posix_spawn. The first error is kept and returned by spawn().
 class SpawnRules {
  public:
   SpawnRules() noexcept {
@@ -64,7 +64,7 @@ class SpawnRules {
     if (!directory.empty())
       note(posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str()));
   }
-  // 0, or the number of the error.
+  // Returns 0 or the error number.
   int spawn(const std::string& program, char* const arguments[], pid_t& child) const noexcept {
     if (error_ != 0) return error_;
     return posix_spawn(&child, program.c_str(), &actions_, &attributes_, arguments, environ);
@@ -88,8 +88,8 @@ bool openPipe(File& readEnd, File& writeEnd) noexcept {
   return readEnd.isOpen() && writeEnd.isOpen();
 }
 
-// 0, or the number of the error. Reads on when there is no memory to keep it all, so that the
-// writer is not stopped.
+// Returns 0 or the error number. If memory runs out it reads on without storing, so that the writer
+// does not block.
 int readToEnd(File& pipe, std::string& text) noexcept {
   char block[65536];
   int error = 0;
@@ -112,7 +112,7 @@ std::optional<int> waitForEnd(pid_t child) noexcept {
   do {
     ended = ::waitpid(child, &status, 0);
   } while (ended < 0 && errno == EINTR);
-  // Where the caller ignores SIGCHLD the wait lasts as long, and then finds no status.
+  // If the caller ignores SIGCHLD, waitpid returns after the child's end, without a status.
   if (ended != child || !WIFEXITED(status)) return std::nullopt;
   return WEXITSTATUS(status);
 }
@@ -134,13 +134,13 @@ ProcessResult runProcess(const ProcessCommand& command) {
         ::open(command.outputFile->c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
     if (!output.isOpen()) return failed("write", *command.outputFile, errno);
   }
-  const std::string inputFile = command.inputFile.value_or(kNothing);
+  const std::string inputFile = command.inputFile.value_or(kEmptyFile);
   const File input = aboveStandardStreams(::open(inputFile.c_str(), O_RDONLY | O_CLOEXEC));
   if (!input.isOpen()) return failed("read", inputFile, errno);
   if (!command.directory.empty() && ::access((command.directory + "/.").c_str(), X_OK) != 0)
     return failed("enter", command.directory, errno);
 
-  // The child is in its own directory when it looks for the program.
+  // The child changes its directory before it runs the program, so a relative path would fail.
   std::error_code unknownDirectory;
   const std::string program = std::filesystem::absolute(command.program, unknownDirectory).string();
   if (unknownDirectory) return failed("run", command.program, unknownDirectory.value());

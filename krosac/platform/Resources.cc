@@ -12,8 +12,8 @@
 namespace krosac {
 namespace {
 
-// The data folders in the order in which they are searched. KROSAC_DATA_FROM_LIBRARY is the way
-// from the library's folder to the data in the installed tree; no machine path is compiled in.
+// The data folders in the order of the search. KROSAC_DATA_FROM_LIBRARY is the relative path from
+// the library's folder to the data in the installed tree; no absolute path is compiled in.
 std::vector<std::string> dataFolders() {
   std::vector<std::string> folders;
   if (const char* named = std::getenv("KROSAC_DATA"); named && *named) folders.emplace_back(named);
@@ -38,8 +38,8 @@ std::optional<std::string> pathForResource(const std::string& name, const std::s
     if (::access(path.c_str(), R_OK) == 0) return path;
     tried += " " + path;
   }
-  static std::atomic<bool> said{false};
-  if ((hasLogSink() || std::getenv("KROSAC_DEBUG")) && !said.exchange(true)) {
+  static std::atomic<bool> logged{false};
+  if ((hasLogSink() || std::getenv("KROSAC_DEBUG")) && !logged.exchange(true)) {
     log("Data file %s.%s not found; tried:%s", name.c_str(), type.c_str(), tried.c_str());
   }
   return std::nullopt;

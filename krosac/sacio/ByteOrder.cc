@@ -7,8 +7,8 @@
 
 #include "krosac/sacio/SacHeader.h"
 
-// The word loop is compiled a second time for processors that shuffle bytes in vectors; the loader
-// picks one, too early for the thread sanitizer.
+// The word loop is also compiled for AVX2, which shuffles bytes in vectors. The dynamic loader
+// selects the version, before the thread sanitizer is ready.
 #if defined(__x86_64__) && defined(__GLIBC__) && !defined(__SANITIZE_THREAD__)
 #define KROSAC_VECTOR_CLONES __attribute__((target_clones("default", "avx2")))
 #else
@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t kNumericWords = offsetof(SacHeader, KSTNM) / 4;
 
-// Words are reversed as integers: a float load may alter the patterns of signalling NaNs.
+// Reverses words as integers, since loading a signalling NaN as a float may change its bits.
 KROSAC_VECTOR_CLONES void reverseWords(unsigned char* bytes, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     std::uint32_t word;

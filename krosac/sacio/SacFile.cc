@@ -48,7 +48,7 @@ bool canBeWritten(const float* samples, std::int32_t count) {
   return count == 0 || (count > 0 && samples);
 }
 
-// What the headers of WriteSAC1 and WriteSAC2 have in common.
+// The header of n samples that WriteSAC1 and WriteSAC2 start from.
 SacHeader headerFor(std::int32_t n) {
   SacHeader header;
   NewSacHeader(&header);
@@ -155,7 +155,7 @@ void WriteSAC2(const char* path, std::int32_t n, const float* x, const float* y,
   } else if (!writeItem(file, &header)) {
     problem = "writing header for";
   } else if (n > 0 && !writeItem(file, y, n)) {
-    problem = "writing x values for";  // The block is y's: names exchanged, as intended.
+    problem = "writing x values for";  // The block holds y; the exchanged names are intended.
   } else if (n > 0 && !writeItem(file, x, n)) {
     problem = "writing y values for";
   }

@@ -61,7 +61,7 @@ char upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-// A file name argument. One that is too long has no path, which the plain functions refuse.
+// A file name argument. A name that is too long has a null path, which the plain functions refuse.
 class FileName {
  public:
   FileName(const char* text, int length) : text_(text ? text : ""), length_(fslen(text_, length)) {
@@ -79,7 +79,7 @@ class FileName {
   int length_;
 };
 
-// The name of a field or a value, in upper case wherever it is looked at.
+// The name of a field or a value, compared and printed in upper case.
 class Name {
  public:
   Name(const char* text, int length)
@@ -96,7 +96,7 @@ class Name {
   std::string_view text_;
 };
 
-// The field of this kind and name in ghdr; null where there is none.
+// The field of this kind and name in ghdr; null if there is none.
 template <typename T>
 T* find(FieldKind kind, const Name& name) {
   for (const NamedField& field : kNamedFields) {
@@ -106,7 +106,7 @@ T* find(FieldKind kind, const Name& name) {
   return nullptr;
 }
 
-void tellUnread(const char* what, const FileName& file) {
+void printUnread(const char* what, const FileName& file) {
   std::printf("Problem reading the %s (io_error = %d, name = %.*s)\n", what, -1, file.length(),
               file.text());
 }
@@ -118,7 +118,7 @@ void readGlobalHeader(const FileName& file, const char* what) {
   if (error == 0) {
     ghdr = header;
   } else {
-    tellUnread(what, file);
+    printUnread(what, file);
   }
 }
 
@@ -140,7 +140,7 @@ void rsac1_(const char* path, float* samples, std::int32_t* n, float* b, float* 
   std::int32_t outcome = -1;
   readGlobalHeader(file, "SAC Header");
   ReadSAC1(file.path(), samples, n, delta, b, valueOr(max, -1), &outcome);
-  if (outcome == -1) tellUnread("SAC File", file);
+  if (outcome == -1) printUnread("SAC File", file);
   setOutput(error, outcome);
 }
 
@@ -150,7 +150,7 @@ void rsac2_(const char* path, float* y, std::int32_t* n, float* x, const std::in
   std::int32_t outcome = -1;
   readGlobalHeader(file, "SAC XY Header");
   ReadSAC2(file.path(), n, x, y, valueOr(max, -1), &outcome);
-  if (outcome == -1) tellUnread("SAC XY File", file);
+  if (outcome == -1) printUnread("SAC XY File", file);
   setOutput(error, outcome);
 }
 
@@ -208,7 +208,7 @@ void setnhv_(const char* name, const std::int32_t* value, std::int32_t*, int nam
 void getkhv_(const char* name, char* text, std::int32_t*, int nameLength, int textLength) {
   const Name wanted(name, nameLength);
   const char* field = find<const char>(FieldKind::kText, wanted);
-  // The words of the float routine, as intended.
+  // The message of the float routine is intended.
   if (!field) wanted.warn(stderr, "Warning ", " not matched in getfhv\n");
   if (text)
     std::copy_n(field ? field : kSacUndefinedText, std::min(textLength, field ? 8 : 6), text);

@@ -10,10 +10,10 @@
 namespace krosac {
 namespace {
 
-// Outside of archive() it has nothing to write to.
+// Only archive() gives it a buffer to write to.
 static_assert(!std::is_default_constructible_v<KeyedArchiver>);
 
-// A value of each type, by the names of its coders.
+// One value of each type, named as its encode and decode methods.
 // clang-format off
 #define VALUES(DO)                                                                   \
   DO(Int32, -2147483647) DO(Bool, true) DO(Char, -3) DO(Float, -0.1f) DO(Double, 1.0 / 3) \
@@ -26,7 +26,7 @@ static_assert(!std::is_default_constructible_v<KeyedArchiver>);
             coder.decode##TYPE("absent") == none##TYPE && coder.decode##TYPE("children") == none##TYPE;
 // clang-format on
 
-// Holds these values and references to others.
+// Holds these values and references to other nodes.
 struct Node : Archivable {
   const char* archiveClassName() const override { return name; }
   void encodeWithCoder(KeyedArchiver& coder) const override {
@@ -36,7 +36,7 @@ struct Node : Archivable {
     coder.encodeObject("next", next);
     coder.encodeObjects("children", children);
   }
-  // Not in the order of encoding: the search must come round, also behind another object's.
+  // Decodes in another order than encoded, also after another object, so the search must wrap around.
   Ref<Node> initWithCoder(KeyedUnarchiver& coder) {
     children = coder.decodeObjects<Node>("children");
     next = coder.decodeObject<Node>("next").get();
@@ -47,18 +47,18 @@ struct Node : Archivable {
   }
 
   const char* name = "Node";
-  const Node* next = nullptr;  // not owned, and after decoding only to be compared
+  const Node* next = nullptr;  // not owned; compared only after decoding
   std::vector<Ref<Node>> children;
   bool isRight = false;
 };
 
-TEST(ArchiveTest, ValuesComeBackSharedObjectsStaySharedAndCyclesEnd) {
+TEST(ArchiveTest, RestoresValuesSharedObjectsAndCycles) {
   const auto root = make<Node>(), shared = make<Node>(), stranger = make<Node>();
   root->next = root.get();
   root->children = {shared, make<Node>(), shared, nullptr, stranger};
   stranger->name = "Stranger";
   const auto copy = archivedCopy(*root);
-  ASSERT_TRUE(copy && copy->children.size() == 3) << "neither none nor another class";
+  ASSERT_TRUE(copy && copy->children.size() == 3) << "without the null and the other class";
   for (const Node* node : {copy.get(), copy->children[0].get(), copy->children[1].get()})
     EXPECT_TRUE(node->isRight);
   EXPECT_TRUE(copy->next == copy.get() && !copy->children[0]->next);
@@ -66,7 +66,7 @@ TEST(ArchiveTest, ValuesComeBackSharedObjectsStaySharedAndCyclesEnd) {
   EXPECT_FALSE(archivedCopy(*stranger));
 }
 
-TEST(ArchiveTest, DamageAndDeepNestingAreRefusedWithAMessage) {
+TEST(ArchiveTest, RefusesDamageAndDeepNestingWithAMessage) {
   CapturedLog log;
   std::vector<Ref<Node>> chain(kDeepestNesting + 1);
   for (auto& node : chain) node = make<Node>();
@@ -83,8 +83,8 @@ TEST(ArchiveTest, DamageAndDeepNestingAreRefusedWithAMessage) {
   }
 }
 
-// The checksum, which another program computed, stands for all the bytes before it.
-TEST(ArchiveTest, TheFormatStaysAsItIs) {
+// The expected checksum of the whole archive was computed by another program.
+TEST(ArchiveTest, TheFormatDoesNotChange) {
   const auto bytes = archive(*make<Node>());
   const unsigned char* end = bytes->bytes() + bytes->length();
   EXPECT_EQ(std::string(end - 4, end), "\x96\x15\xfb\x20");

@@ -22,7 +22,7 @@ std::string file(std::int32_t npts, int samples, int off = 0) {
   return image;
 }
 
-TEST(SacFile, IsSacFileWantsPlausibleHeaders) {
+TEST(SacFile, IsSacFileChecksTheHeader) {
   const TemporaryFolder folder;
   const std::tuple<std::size_t, std::uint32_t, int> cases[] = {
       {0, wordOf(0), -1}, {0, wordOf(-0.5f), -1}, {0, 0x7fc00000, -1}, {304, 0u - 12345, -1},
@@ -33,15 +33,15 @@ TEST(SacFile, IsSacFileWantsPlausibleHeaders) {
   }
 }
 
-TEST(SacFile, ReadersTakeWhatIsThereAndSayWhatIsNot) {
+TEST(SacFile, ReadersReturnSamplesAndStatus) {
   const TemporaryFolder folder;
   const struct {
     std::string bytes;
-    std::int32_t max, isSac, n;  // n: what is read of each block
+    std::int32_t max, isSac, n;  // n: values read of each block
     std::int32_t even, xy;       // status of ReadSACfile and ReadSAC1, and of ReadSAC2
   } cases[] = {{file(3, 3), 4, 1, 3, 0, -1},
                {file(3, 6), 4, -1, 3, 0, 0},
-               {file(3, 6), 2, -1, 2, 0, 0},  // two reads in a row
+               {file(3, 6), 2, -1, 2, 0, 0},  // two consecutive reads
                {file(INT_MAX, 4), 2, 1, 2, 0, 0},
                {file(3, 3, -1), 4, 1, 3, -1, -1},
                {file(3, 6, -1), 4, -1, 3, 0, -1},
@@ -72,7 +72,7 @@ TEST(SacFile, ReadersTakeWhatIsThereAndSayWhatIsNot) {
   }
 }
 
-TEST(SacFile, ReadersRefuseWhatIsNoFileAndNullArrays) {
+TEST(SacFile, ReadersRefuseBadPathsAndNullArrays) {
   const TemporaryFolder folder;
   const std::string brief = folder.write("brief", file(3, 0, -1)),
                     whole = folder.write("whole", file(2, 4));
@@ -94,7 +94,7 @@ TEST(SacFile, ReadersRefuseWhatIsNoFileAndNullArrays) {
   EXPECT_THAT(x, ElementsAre(1, 2));
 }
 
-// The writers alike: n samples, or n points with y from `samples` and x from `others`.
+// Calls one of the writers with n samples, or n points with y = samples and x = others.
 void write(int writer, const char* path, const float* samples, const float* others, std::int32_t n,
            std::int32_t* status) {
   SacHeader header = kSacHeaderTemplate;
@@ -106,12 +106,12 @@ void write(int writer, const char* path, const float* samples, const float* othe
   if (writer == 2) WriteSAC2(path, n, others, samples, status);
 }
 
-TEST(SacFile, WritersWriteTheseBytes) {
+TEST(SacFile, WritersWriteHeaderAndSamples) {
   const TemporaryFolder folder;
   const std::string path = folder.write("file", std::string(5000, 'x'));
   const float y[4] = {std::bit_cast<float>(0x7fa00001), -2, -3, -4}, x[4] = {1, 2, 3, 4};
   const Words made = {{304, 6}, {308, 0}, {312, 0}, {424, 0}, {436, 0}};
-  // 3 * 0.1f rounded to a float is 0.3f, so that E is 0; in double, or fused, it would not be.
+  // E is 0 since 3 * 0.1f rounds to 0.3f. In double precision or fused it would differ from 0.
   for (const auto& [n, e] : {std::pair(4u, 0.0f), {0u, -0.4f}}) {
     const Words even = {{0, wordOf(0.1f)}, {20, wordOf(-0.3f)}, {24, wordOf(e)}, {316, n}};
     const std::string headers[] = {headerImage(even),
@@ -128,7 +128,7 @@ TEST(SacFile, WritersWriteTheseBytes) {
   }
 }
 
-TEST(SacFile, WritersRefuse) {
+TEST(SacFile, WritersReportFailuresAndLeaveOldFilesWhenArgumentsAreBad) {
   const TemporaryFolder folder;
   const std::string old = folder.write("old", "precious"), missing = folder.path("no/file");
   const std::vector<float> values(5000, 1.0f);
@@ -139,16 +139,16 @@ TEST(SacFile, WritersRefuse) {
       {old.c_str(), &values[0], -1, "creating file " + old},
       {"/dev/full", &values[0], 5000, "writing x values for file /dev/full"},
       {"/dev/full", &values[0], 600, "writing y values for file /dev/full"},
-      {"/dev/full", &values[0], 10, ""}};  // fails when it is closed
+      {"/dev/full", &values[0], 10, ""}};  // closing the file fails
   for (const auto& [path, samples, n, message] : cases) {
     std::int32_t status[] = {7, 7, 7};
-    std::string told;
+    std::string printed;
     for (int writer = 0; writer < 3; ++writer)
-      told += printedBy([&, path = path, samples = samples, n = n] {
+      printed += printedBy([&, path = path, samples = samples, n = n] {
         write(writer, path, samples, &values[0], n, &status[writer]);
         if (writer < 2) write(writer, path, samples, &values[0], n, nullptr);
       });
-    EXPECT_EQ(told, message.empty() ? "|||" : "||Problem " + message + "\n|");
+    EXPECT_EQ(printed, message.empty() ? "|||" : "||Problem " + message + "\n|");
     EXPECT_THAT(status, Each(-1)) << message;
   }
   EXPECT_EQ(folder.read("old"), "precious");
