@@ -19,7 +19,8 @@ static void callFolders(void) {
   SacHeader header;
   NewSacHeader(&header);
   expect(header.NVHDR == 6 && kSacHeaderTemplate.NVHDR == -12345, "sacio/SacHeader.h");
-  expect(IsSacFile("") == -1, "sacio/SacFile.h");
+  expect(IsSacFile("missing") == -1, "sacio/SacFile.h");
+  expect(strcmp(lastReason(), "missing: No such file or directory") == 0, "platform/LastReason.h");
   newhdr_();
   expect(ghdr.NPTS == -12345, "sacio/SacRoutines.h");
   expect(doy(2000, 3, 1) == 61, "timegeo/Calendar.h");

@@ -5,8 +5,10 @@
 #include <cstring>
 #include <utility>
 
+#include "krosac/platform/LastReason.h"
 #include "krosac/platform/Log.h"
 #include "krosac/platform/internal/Crc32.h"
+#include "krosac/platform/internal/Reason.h"
 
 // The format. A number is a little-endian base-128 varint. A text is a number of bytes, then those
 // bytes.
@@ -199,6 +201,7 @@ Ref<ByteBuffer> KeyedArchiver::finish(const Archivable& root) {
 }
 
 Ref<ByteBuffer> archive(const Archivable& root) {
+  clearReason();
   return KeyedArchiver().finish(root);
 }
 
@@ -206,6 +209,7 @@ Ref<ByteBuffer> archive(const Archivable& root) {
 
 KeyedUnarchiver::KeyedUnarchiver(const ByteBuffer& archive)
     : bytes_(reinterpret_cast<const char*>(archive.bytes()), archive.length()) {
+  clearReason();
   good_ = check();
   if (!good_) log("A keyed archive is damaged or of an unknown version; nothing is taken from it.");
 }
@@ -266,18 +270,30 @@ bool KeyedUnarchiver::getCount(std::size_t& at, std::uint64_t& count) const {
   return getNumber(at, count) && count <= bytes_.size() - at;
 }
 
-// Checks the structure of the whole archive once, so that the decoders can rely on it.
+// Checks the whole archive once, so that the decoders can rely on its structure.
 bool KeyedUnarchiver::check() {
-  const std::size_t head = kMagic.size() + 1;
-  if (bytes_.size() < head + kChecksumBytes || !bytes_.starts_with(kMagic) ||
-      bytes_[kMagic.size()] != kVersion)
+  std::size_t at = kMagic.size() + 1;
+  if (bytes_.size() < at + kChecksumBytes || !bytes_.starts_with(kMagic)) {
+    setReason("not a keyed archive: %zu bytes", bytes_.size());
     return false;
+  }
+  if (bytes_[kMagic.size()] != kVersion) {
+    setReason("keyed archive of version %d, not %d", bytes_[kMagic.size()], kVersion);
+    return false;
+  }
   const std::string_view checked = bytes_.substr(0, bytes_.size() - kChecksumBytes);
-  if (littleEndianAt<std::uint32_t>(checked.data() + checked.size()) != crc32(checked))
+  const auto stated = littleEndianAt<std::uint32_t>(checked.data() + checked.size());
+  if (const std::uint32_t computed = crc32(checked); computed != stated) {
+    setReason("damaged keyed archive: checksum %08x, computed %08x", stated, computed);
     return false;
+  }
   bytes_ = checked;
+  const bool isWhole = checkStructure(at);
+  if (!isWhole) setReason("damaged keyed archive: wrong structure before byte %zu", at);
+  return isWhole;
+}
 
-  std::size_t at = head;
+bool KeyedUnarchiver::checkStructure(std::size_t& at) {
   std::uint64_t count, index;
   std::string_view text;
   if (!getCount(at, count)) return false;
@@ -317,8 +333,10 @@ std::string_view KeyedUnarchiver::className(std::size_t index) const {
 
 bool KeyedUnarchiver::enter(std::size_t index) {
   if (depth_ >= kDeepestNesting) {
-    if (good_)
+    if (good_) {
+      setReason("keyed archive nests more than %d objects", kDeepestNesting);
       log("A keyed archive nests more than %d objects; nothing is taken from it.", kDeepestNesting);
+    }
     good_ = false;
     return false;
   }
@@ -334,6 +352,19 @@ bool KeyedUnarchiver::enter(std::size_t index) {
 void KeyedUnarchiver::leave(const Frame& outer) {
   --depth_;
   frame_ = outer;
+}
+
+void KeyedUnarchiver::refuse(std::size_t index, const char* wanted) const {
+  const std::string held(className(index));
+  if (wanted) {
+    setReason("keyed archive holds a %s, not a %s", held.c_str(), wanted);
+  } else if (*lastReason() == '\0') {
+    setReason("a %s could not be decoded", held.c_str());
+  }
+}
+
+void KeyedUnarchiver::accept() const {
+  clearReason();
 }
 
 // Keys are mostly decoded in the order in which they were encoded, so the search starts behind the

@@ -2,9 +2,9 @@
 //
 // The format is versioned, little-endian and self-describing, and ends with a checksum. An object
 // that is referred to twice is stored once and shared again after decoding, also in cycles.
-// Decoding a damaged or hostile archive returns nothing and logs one line. It never recurses deeper
-// than kDeepestNesting objects and never allocates more than a small multiple of the archive's
-// size.
+// Decoding a damaged or hostile archive returns nothing, sets lastReason() and logs one line. It
+// never recurses deeper than kDeepestNesting objects and never allocates more than a small multiple
+// of the archive's size.
 #ifndef KROSAC_PLATFORM_ARCHIVE_H
 #define KROSAC_PLATFORM_ARCHIVE_H
 
@@ -120,10 +120,13 @@ class KROSAC_API KeyedUnarchiver {
     }
     return objects;
   }
-  // The object that the archive was made from.
+  // The object that the archive was made from; none, with a reason, if the archive is damaged or
+  // the object is of another class.
   template <typename T>
   Ref<T> decodeRoot() {
-    return objectAt<T>(0);
+    auto root = objectAt<T>(0);
+    if (root) accept();
+    return root;
   }
 
  private:
@@ -141,19 +144,28 @@ class KROSAC_API KeyedUnarchiver {
     if (!good_ || index >= objects_.size()) return nullptr;
     if (objects_[index].object) return Ref<T>(dynamic_cast<T*>(objects_[index].object.get()));
     auto object = make<T>();
-    if (!object || className(index) != object->archiveClassName()) return nullptr;
+    if (!object || className(index) != object->archiveClassName()) {
+      refuse(index, object ? object->archiveClassName() : nullptr);
+      return nullptr;
+    }
     // Stored before its fields are read, so that objects can refer back to it.
     objects_[index].object = object;
     const Frame outer = frame_;
     if (!enter(index)) return nullptr;
     good_ = static_cast<bool>(object->initWithCoder(*this)) && good_;
     leave(outer);
-    return good_ ? object : nullptr;
+    if (good_) return object;
+    refuse(index, nullptr);
+    return nullptr;
   }
 
   std::string_view className(std::size_t index) const;
   bool enter(std::size_t index);
   void leave(const Frame& outer);
+  // Set the reason that the object at this index was refused, null for another cause than its
+  // class, and clear it after objects of other classes were skipped.
+  void refuse(std::size_t index, const char* wanted) const;
+  void accept() const;
   std::size_t objectIndex(const char* key);
   std::vector<std::size_t> objectIndexes(const char* key);
   // The offset of the value under the key; 0 if there is none of this type.
@@ -162,6 +174,7 @@ class KROSAC_API KeyedUnarchiver {
   T plainValue(const char* key, unsigned char type);
 
   bool check();
+  bool checkStructure(std::size_t& at);
   bool skipValue(std::size_t& at, unsigned char type) const;
   bool getNumber(std::size_t& at, std::uint64_t& value) const;
   bool getCount(std::size_t& at, std::uint64_t& count) const;
@@ -178,7 +191,9 @@ class KROSAC_API KeyedUnarchiver {
 // The archive of an object and of all objects that it refers to; empty if memory runs out.
 KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
 
-// The object that an archive was made from; none if the archive is damaged or holds another class.
+// The object that an archive was made from; none, with a reason, if the archive is damaged or holds
+// another class. Check a SacObject by isSacFile() afterwards, since its image is restored
+// unchecked.
 template <typename T>
 Ref<T> unarchive(const ByteBuffer& bytes) {
   return KeyedUnarchiver(bytes).template decodeRoot<T>();

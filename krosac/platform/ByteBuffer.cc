@@ -14,6 +14,7 @@
 #include <cstring>
 
 #include "krosac/platform/internal/Files.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -35,17 +36,22 @@ unsigned char* newBytes(std::size_t length) {
   return static_cast<unsigned char*>(bytes);
 }
 
-// Follows symbolic links. The target need not exist. Returns an empty path for a loop of links.
+// Follows symbolic links. The target need not exist. Returns an empty path, with errno set, for a
+// loop of links and for an empty path.
 std::string followLinks(std::string path) {
   for (int link = 0; link < kMostLinks; ++link) {
     char target[PATH_MAX];
     const ssize_t length = ::readlink(path.c_str(), target, sizeof target);
     if (length < 0) return path;
-    if (length == static_cast<ssize_t>(sizeof target)) break;
+    if (length == static_cast<ssize_t>(sizeof target)) {
+      errno = ENAMETOOLONG;
+      return {};
+    }
     const std::string to(target, static_cast<std::size_t>(length));
     const std::size_t slash = path.find_last_of('/');
     path = to.front() == '/' || slash == std::string::npos ? to : path.substr(0, slash + 1) + to;
   }
+  errno = ELOOP;
   return {};
 }
 
@@ -72,6 +78,7 @@ ByteBuffer::~ByteBuffer() {
 Ref<ByteBuffer> ByteBuffer::adoptBytes(unsigned char* bytes, std::size_t length) {
   auto buffer = bytes ? make<ByteBuffer>() : nullptr;
   if (!buffer) {
+    setReason("no memory for %zu bytes", length);
     std::free(bytes);
     return nullptr;
   }
@@ -96,13 +103,22 @@ Ref<ByteBuffer> ByteBuffer::copyOf(const void* bytes, std::size_t length) {
 }
 
 Ref<ByteBuffer> ByteBuffer::fromFile(const std::string& path) {
+  clearReason();
   File file = openRegularFile(path.c_str());
   const std::int64_t size = file.size();
   if (size < 0) return nullptr;
   auto buffer = unfilled(static_cast<std::size_t>(size));
-  if (!buffer || !file.readAll(buffer->bytes_, buffer->length_)) return nullptr;
+  if (!buffer) return nullptr;
+  const bool isRead = file.readAll(buffer->bytes_, buffer->length_);
   // A read that overlaps a truncation may return zeros for the pages that are gone.
-  return file.size() == size ? buffer : nullptr;
+  if (file.size() != size) {
+    setReason("%s: changed its length while it was read", path.c_str());
+  } else if (!isRead) {
+    setSystemReason(path.c_str());
+  } else {
+    return buffer;
+  }
+  return nullptr;
 }
 
 bool ByteBuffer::writeAtomically(const std::string& path) const {
@@ -110,29 +126,35 @@ bool ByteBuffer::writeAtomically(const std::string& path) const {
 }
 
 bool ByteBuffer::writeAtomically(const std::string& path, std::size_t length) const {
+  clearReason();
+  const auto failed = [&] {
+    setSystemReason(path.c_str());
+    return false;
+  };
   const std::string target = followLinks(path);
-  if (target.empty() || target.back() == '/') return false;
+  if (target.empty()) return failed();
   struct stat old;
   const bool exists = ::stat(target.c_str(), &old) == 0;
-  if (exists &&
-      (!S_ISREG(old.st_mode) || ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0))
-    return false;
+  if (target.back() == '/') return checkRegular(S_IFDIR, path.c_str());
+  if (exists && !checkRegular(old.st_mode, path.c_str())) return false;
+  if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return failed();
 
   std::string temporary;
   File file(openTemporary(target, temporary));
-  if (!file.isOpen()) return false;
-  bool good = file.writeAll(bytes_, std::min(length, length_));
-  if (good && exists) {
+  if (!file.isOpen()) return failed();
+  const auto keepOwnerAndMode = [&] {
     // Keeping the owner may fail, keeping the permissions must not. Changing the owner can clear
     // permissions, so it comes first.
     [[maybe_unused]] const int owner = ::fchown(file.descriptor(), old.st_uid, old.st_gid);
-    good = ::fchmod(file.descriptor(), old.st_mode & 07777) == 0;
-  }
-  good = good && ::fsync(file.descriptor()) == 0;
-  good = file.close() && good;
-  good = good && std::rename(temporary.c_str(), target.c_str()) == 0;
-  if (!good) ::unlink(temporary.c_str());
-  return good;
+    return ::fchmod(file.descriptor(), old.st_mode & 07777) == 0;
+  };
+  if (file.writeAll(bytes_, std::min(length, length_)) && (!exists || keepOwnerAndMode()) &&
+      ::fsync(file.descriptor()) == 0 && file.close() &&
+      std::rename(temporary.c_str(), target.c_str()) == 0)
+    return true;
+  failed();
+  ::unlink(temporary.c_str());
+  return false;
 }
 
 }  // namespace krosac

@@ -28,13 +28,15 @@ void clearReason() noexcept {
 
 void setReason(const char* format, ...) noexcept {
   const int systemError = errno;
+  char text[sizeof reason];  // the arguments may include the old reason
   {
-    CLocaleScope cLocaleHere;
+    const CLocaleScope cLocaleHere;
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(reason, sizeof reason, format, arguments);
+    std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
   }
+  std::memcpy(reason, text, sizeof reason);
   if (std::getenv("KROSAC_DEBUG")) {
     try {
       log("%s", reason);
@@ -45,6 +47,7 @@ void setReason(const char* format, ...) noexcept {
 }
 
 void setSystemReason(const char* path) noexcept {
+  const CLocaleScope cLocaleHere;
   setReason("%s: %s", path, std::strerror(errno));
 }
 

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "krosac/platform/internal/Files.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 extern char** environ;
@@ -123,8 +124,10 @@ ProcessResult runProcess(const ProcessCommand& command) {
   ProcessResult result;
   const auto failed = [&](const char* what, const std::string& name, int error) {
     result.error = failure(what, name, error);
+    setReason("%s", result.error.c_str());
     return result;
   };
+  clearReason();
 
   File output, captured;
   if (command.capturesOutput) {

@@ -1,36 +1,55 @@
 #include "krosac/sacio/SacFile.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 
 #include "krosac/platform/internal/Files.h"
-#include "krosac/sacio/internal/SacWriting.h"
+#include "krosac/sacio/internal/SacParts.h"
 
 namespace krosac {
 namespace {
 
-// Reads items of a regular file in order, each whole or not at all. A null array and a count below
-// 1 are failures.
+constexpr auto kHeaderBytes = static_cast<std::int64_t>(kSacHeaderBytes);
+
+// Reads items of a regular file in order, each whole or not at all, and sets the reason of
+// failures.
 class Reader {
  public:
-  explicit Reader(const char* path) noexcept : file_(openRegularFile(path)) {}
+  explicit Reader(const char* path) noexcept : path_(path), file_(openRegularFile(path)) {}
 
   std::int64_t size() const noexcept { return file_.size(); }
 
+  // Reads `count` values, or skips them if `to` is null. A count below 1 is a failure.
   template <typename T>
   bool read(T* to, std::int32_t count = 1) noexcept {
-    if (!to || count <= 0) return false;
+    if (!file_.isOpen()) return false;
+    if (count <= 0) {
+      setReason("%s: no samples to read, NPTS or the maximum is %d", path_, count);
+      return false;
+    }
     const std::size_t bytes = static_cast<std::size_t>(count) * sizeof *to;
-    bytesRead_ += static_cast<std::int64_t>(bytes);
+    place_ += static_cast<std::int64_t>(bytes);
+    const bool isRead =
+        to ? file_.readAll(to, bytes) : ::lseek(file_.descriptor(), place_, SEEK_SET) == place_;
     // A read that overlaps a truncation may return zeros for the pages that are gone.
-    return file_.readAll(to, bytes) && file_.size() >= bytesRead_;
+    const std::int64_t found = file_.size();
+    if (isRead && found >= place_) return true;
+    if (found >= place_) {
+      setSystemReason(path_);
+    } else {
+      setTooShortReason(path_, (place_ - kHeaderBytes) / 4, found);
+    }
+    return false;
   }
 
  private:
+  const char* path_;
   File file_;
-  std::int64_t bytesRead_ = 0;
+  std::int64_t place_ = 0;  // the end of the last item
 };
 
 // Writes `count` values as one item; no values are a failure.
@@ -44,8 +63,18 @@ void setStatus(std::int32_t* status, bool good) {
   setOutput(status, good ? 0 : -1);
 }
 
-bool canBeWritten(const float* samples, std::int32_t count) {
-  return count == 0 || (count > 0 && samples);
+// False, with a reason, unless the arguments of a writer can be used.
+bool checkArguments(const char* path, const float* samples, std::int32_t count) noexcept {
+  if (!path) {
+    setReason("no path given");
+  } else if (count < 0) {
+    setReason("%s: NPTS is %d", path, count);
+  } else if (count > 0 && !samples) {
+    setReason("%s: no samples given", path);
+  } else {
+    return true;
+  }
+  return false;
 }
 
 // The header of n samples that WriteSAC1 and WriteSAC2 start from.
@@ -60,22 +89,41 @@ SacHeader headerFor(std::int32_t n) {
 }  // namespace
 
 bool writeEvenFile(const char* path, SacHeader header, const float* samples) noexcept {
-  if (!path || (header.NPTS > 0 && !samples)) return false;
+  if (!checkArguments(path, samples, std::max(header.NPTS, 0))) return false;
   header.E = static_cast<float>(std::int64_t{header.NPTS} - 1) * header.DELTA + header.B;
   Stream file(std::fopen(path, "w"));
-  if (!file) return false;
-  const bool good = writeItem(file, &header) && writeItem(file, samples, header.NPTS);
-  return std::fclose(file.release()) == 0 && good;
+  if (file && writeItem(file, &header)) {
+    if (header.NPTS <= 0) {
+      setReason("%s: NPTS is %d, so the header alone was written", path, header.NPTS);
+      return false;
+    }
+    if (writeItem(file, samples, header.NPTS) && std::fclose(file.release()) == 0) return true;
+  }
+  setSystemReason(path);
+  return false;
 }
 
 std::int32_t IsSacFile(const char* path) {
+  clearReason();
   Reader file(path);
   const std::int64_t size = file.size();
   SacHeader header;
   if (!file.read(&header)) return -1;
-  if (!(header.DELTA > 0.0f) || header.NPTS < 1 || header.NVHDR < 0) return -1;
-  const auto longest = static_cast<std::int64_t>(kSacHeaderBytes) + std::int64_t{4} * header.NPTS;
-  return size <= longest ? 1 : -1;
+  const std::int64_t longest = kHeaderBytes + std::int64_t{4} * header.NPTS;
+  if (!(header.DELTA > 0.0f)) {
+    setReason("%s: DELTA is %g, not above 0", path, static_cast<double>(header.DELTA));
+  } else if (header.NPTS < 1) {
+    setReason("%s: NPTS is %d, below 1", path, header.NPTS);
+  } else if (header.NVHDR < 0) {
+    setReason("%s: NVHDR is %d, below 0", path, header.NVHDR);
+  } else if (size > longest) {
+    setReason("%s: may have %lld + 4 x %d = %lld bytes, found %lld", path,
+              static_cast<long long>(kHeaderBytes), header.NPTS, static_cast<long long>(longest),
+              static_cast<long long>(size));
+  } else {
+    return 1;
+  }
+  return -1;
 }
 
 void NewSacHeader(SacHeader* header) {
@@ -89,16 +137,20 @@ void NewSacHeader(SacHeader* header) {
 }
 
 void ReadSACHeader(const char* path, SacHeader* header, std::int32_t* status) {
+  clearReason();
   setStatus(status, Reader(path).read(header));
 }
 
 void ReadSACfile(const char* path, float* samples, SacHeader* header, std::int32_t max,
                  std::int32_t* status) {
+  clearReason();
   Reader file(path);
-  bool good = file.read(header);
+  SacHeader own;
+  bool good = file.read(&own);
   if (good) {
-    header->NPTS = std::min(header->NPTS, max);
-    good = file.read(samples, header->NPTS);
+    own.NPTS = std::min(own.NPTS, max);
+    setOutput(header, own);
+    good = file.read(samples, own.NPTS);
   }
   setStatus(status, good);
 }
@@ -118,6 +170,7 @@ void ReadSAC1(const char* path, float* samples, std::int32_t* npts, float* delta
 
 void ReadSAC2(const char* path, std::int32_t* n, float* second, float* first, std::int32_t max,
               std::int32_t* status) {
+  clearReason();
   SacHeader header;
   Reader file(path);
   bool good = file.read(&header);
@@ -130,7 +183,9 @@ void ReadSAC2(const char* path, std::int32_t* n, float* second, float* first, st
 }
 
 void WriteSACfile(const char* path, const float* samples, std::int32_t* status, SacHeader header) {
-  setStatus(status, header.NPTS >= 0 && writeEvenFile(path, header, samples));
+  clearReason();
+  setStatus(status,
+            checkArguments(path, samples, header.NPTS) && writeEvenFile(path, header, samples));
 }
 
 void WriteSAC1(const char* path, const float* samples, std::int32_t n, std::int32_t* status,
@@ -144,11 +199,13 @@ void WriteSAC1(const char* path, const float* samples, std::int32_t n, std::int3
 
 void WriteSAC2(const char* path, std::int32_t n, const float* x, const float* y,
                std::int32_t* status) {
+  clearReason();
   SacHeader header = headerFor(n);
   header.IFTYPE = kSacXY;
   header.LEVEN = 0;
 
-  Stream file(path && canBeWritten(x, n) && canBeWritten(y, n) ? std::fopen(path, "w") : nullptr);
+  const bool isUsable = checkArguments(path, x, n) && checkArguments(path, y, n);
+  Stream file(isUsable ? std::fopen(path, "w") : nullptr);
   const char* problem = nullptr;
   if (!file) {
     problem = "creating";
@@ -159,8 +216,10 @@ void WriteSAC2(const char* path, std::int32_t n, const float* x, const float* y,
   } else if (n > 0 && !writeItem(file, x, n)) {
     problem = "writing y values for";
   }
+  const bool good = !problem && std::fclose(file.release()) == 0;
+  if (isUsable && !good) setSystemReason(path);
   if (problem) std::printf("Problem %s file %s\n", problem, path ? path : "(null)");
-  setStatus(status, file && std::fclose(file.release()) == 0 && !problem);
+  setStatus(status, good);
 }
 
 }  // namespace krosac

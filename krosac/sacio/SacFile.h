@@ -1,11 +1,14 @@
 // Plain functions that test, read and write SAC files by path.
 //
 // The caller provides the header and sample buffers. Nothing is allocated, kept or byte-swapped.
-// Readers and writers set `status` to 0 on success and -1 on any failure. A null path, header or
-// sample array and a negative count are failures; a null status or output is skipped. Readers
-// refuse everything but regular files, since pipes would block and devices may have no end. A
-// failed read may have filled part of its arrays, and a failed write may leave part of a file.
-// Writers check their arguments before they touch the file.
+// Readers and writers set `status` to 0 on success and -1 on any failure; lastReason() then says
+// why. A null path, a null array to write and a negative count are failures; a null output is
+// skipped, also a header or an array to read. Readers refuse everything but regular files, since
+// pipes would block and devices may have no end. A failed read may have filled part of its arrays,
+// and a failed write may leave part of a file. Writers check their arguments before they touch the
+// file.
+//
+// Files of the other byte order are not recognised: see IsSacFile.
 #ifndef KROSAC_SACIO_SACFILE_H
 #define KROSAC_SACIO_SACFILE_H
 
@@ -16,9 +19,12 @@
 
 KROSAC_C_BEGIN
 
-// Returns 1 if a file looks like an evenly sampled SAC file in this machine's byte order, else -1.
-// Requires DELTA > 0, NPTS >= 1, NVHDR >= 0 and a length of 632 to 632 + 4 * NPTS bytes. A
-// truncated file passes; a file with trailing bytes, such as an x-y file, fails. Both are intended.
+// Returns 1 if the header of a file could be that of an evenly sampled SAC file, else -1 with a
+// reason. Requires DELTA > 0, NPTS >= 1, NVHDR >= 0 and a length of 632 to 632 + 4 * NPTS bytes,
+// and nothing else. A truncated file passes; a file with trailing bytes, such as an x-y file,
+// fails. Both are intended. ASCII texts of 632 bytes and more pass too, and so do many files of the
+// other byte order, whose fields happen to be positive in this one. To load files of either order,
+// use SacObject or swapSACBytes.
 KROSAC_API int32_t IsSacFile(const char* path);
 
 // Fills a header with kSacHeaderTemplate, then sets NVHDR = 6, NEVID = 0, LPSPOL = 0, LCALDA = 1
@@ -30,7 +36,8 @@ KROSAC_API void ReadSACHeader(const char* path, SacHeader* header, int32_t* stat
 
 // Reads the header and at most `max` samples of the first data block. If NPTS exceeds `max`, it
 // becomes `max` in the caller's header. The samples are one item: a file with fewer samples than
-// that is a failure. NPTS = 0 also fails, although the header has been read.
+// that is a failure. NPTS = 0 also fails, although the header has been read. Many files of the
+// other byte order are read up to `max` without a failure, with meaningless values.
 KROSAC_API void ReadSACfile(const char* path, float* samples, SacHeader* header, int32_t max,
                             int32_t* status);
 
@@ -42,7 +49,8 @@ KROSAC_API void ReadSAC1(const char* path, float* samples, int32_t* npts, float*
 // Reads an x-y file. Sets `n` to the smaller of NPTS and `max`, reads n values into `first` (y in
 // files made by WriteSAC2), then the next n values of the file into `second` (x). If n < NPTS the
 // second read starts within the first block; this is intended. A short read is a failure; n = 0 is
-// not. IFTYPE and LEVEN are not checked.
+// not. IFTYPE and LEVEN are not checked. The second block comes before the first in the arguments:
+//   ReadSAC2("xy.sac", &n, x, y, 1000, &status);
 KROSAC_API void ReadSAC2(const char* path, int32_t* n, float* second, float* first, int32_t max,
                          int32_t* status);
 

@@ -9,7 +9,7 @@
 
 #include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/SacFile.h"
-#include "krosac/sacio/internal/SacWriting.h"
+#include "krosac/sacio/internal/SacParts.h"
 
 namespace krosac {
 namespace {
@@ -71,6 +71,12 @@ class FileName {
   int length() const { return length_; }
   const char* text() const { return text_; }
 
+  // Stores the error argument, and the reason if the name is too long.
+  void setError(std::int32_t* error, bool good) const {
+    setOutput(error, good ? 0 : -1);
+    if (!fits()) setReason("file name of %d characters, at most 511 are possible", length_);
+  }
+
  private:
   bool fits() const { return length_ < static_cast<int>(sizeof path_); }
 
@@ -91,19 +97,34 @@ class Name {
     for (const char c : text_) std::fputc(upper(c), stream);
     std::fputs(after, stream);
   }
+  void setUnknownReason(const char* what) const {
+    setReason("no %s is named \"%.*s\"", what, static_cast<int>(text_.size()), text_.data());
+  }
 
  private:
   std::string_view text_;
 };
 
-// The field of this kind and name in ghdr; null if there is none.
+// The field of this kind and name in ghdr; null, with a reason, if there is none.
 template <typename T>
 T* find(FieldKind kind, const Name& name) {
+  clearReason();
   for (const NamedField& field : kNamedFields) {
     if (field.kind == kind && name.is(field.name))
       return reinterpret_cast<T*>(reinterpret_cast<char*>(&ghdr) + field.offset);
   }
+  name.setUnknownReason("header field of this type");
   return nullptr;
+}
+
+// Stores an input in a field; without an input sets the reason.
+template <typename T>
+void setField(T* field, const T* value) {
+  if (value) {
+    *field = *value;
+  } else {
+    setReason("no value given");
+  }
 }
 
 void printUnread(const char* what, const FileName& file) {
@@ -141,7 +162,7 @@ void rsac1_(const char* path, float* samples, std::int32_t* n, float* b, float* 
   readGlobalHeader(file, "SAC Header");
   ReadSAC1(file.path(), samples, n, delta, b, valueOr(max, -1), &outcome);
   if (outcome == -1) printUnread("SAC File", file);
-  setOutput(error, outcome);
+  file.setError(error, outcome == 0);
 }
 
 void rsac2_(const char* path, float* y, std::int32_t* n, float* x, const std::int32_t* max,
@@ -151,28 +172,38 @@ void rsac2_(const char* path, float* y, std::int32_t* n, float* x, const std::in
   readGlobalHeader(file, "SAC XY Header");
   ReadSAC2(file.path(), n, x, y, valueOr(max, -1), &outcome);
   if (outcome == -1) printUnread("SAC XY File", file);
-  setOutput(error, outcome);
+  file.setError(error, outcome == 0);
 }
 
 void wsac0_(const char* path, const float*, const float* y, std::int32_t* error, int pathLength) {
+  clearReason();
   const FileName file(path, pathLength);
   if (ghdr.NVHDR == kSacUndefinedInt) ghdr.NVHDR = kSacHeaderVersion;
-  setOutput(error, writeEvenFile(file.path(), ghdr, y) ? 0 : -1);
+  file.setError(error, writeEvenFile(file.path(), ghdr, y));
 }
 
 void wsac1_(const char* path, const float* samples, const std::int32_t* n, const float* b,
             const float* delta, std::int32_t* error, int pathLength) {
   const FileName file(path, pathLength);
-  WriteSAC1(b && delta ? file.path() : nullptr, samples, valueOr(n, -1), error,
-            valueOr(delta, 0.0f), valueOr(b, 0.0f));
+  std::int32_t outcome = -1;
+  if (n && b && delta) {
+    WriteSAC1(file.path(), samples, *n, &outcome, *delta, *b);
+  } else {
+    setReason("no count, begin time or interval given");
+  }
+  file.setError(error, outcome == 0);
 }
 
 void wsac2_(const char* path, const float* y, const std::int32_t* n, const float* x,
             std::int32_t* error, int pathLength) {
   const FileName file(path, pathLength);
-  if (file.path()) return WriteSAC2(file.path(), valueOr(n, -1), x, y, error);
-  std::printf("Problem creating file %.*s\n", file.length(), file.text());
-  setOutput(error, -1);
+  std::int32_t outcome = -1;
+  if (file.path()) {
+    WriteSAC2(file.path(), valueOr(n, -1), x, y, &outcome);
+  } else {
+    std::printf("Problem creating file %.*s\n", file.length(), file.text());
+  }
+  file.setError(error, outcome == 0);
 }
 
 void getfhv_(const char* name, float* value, std::int32_t*, int nameLength) {
@@ -186,7 +217,7 @@ void setfhv_(const char* name, const float* value, std::int32_t*, int nameLength
   const Name wanted(name, nameLength);
   float* field = find<float>(FieldKind::kFloat, wanted);
   if (!field) return wanted.warn(stdout, "Warning ", " not matched in setfhv\n");
-  if (value) *field = *value;
+  setField(field, value);
 }
 
 void getnhv_(const char* name, std::int32_t* value, std::int32_t*, int nameLength) {
@@ -200,9 +231,8 @@ void setnhv_(const char* name, const std::int32_t* value, std::int32_t*, int nam
   const Name wanted(name, nameLength);
   std::int32_t* field = find<std::int32_t>(FieldKind::kInteger, wanted);
   if (!field) return wanted.warn(stdout, "Warning: ", " not found in setnhv\n");
-  if (!value) return;
-  if (field == &ghdr.NPTS) std::printf("NPTS = %d\n", *value);
-  *field = *value;
+  if (value && field == &ghdr.NPTS) std::printf("NPTS = %d\n", *value);
+  setField(field, value);
 }
 
 void getkhv_(const char* name, char* text, std::int32_t*, int nameLength, int textLength) {
@@ -215,6 +245,7 @@ void getkhv_(const char* name, char* text, std::int32_t*, int nameLength, int te
 }
 
 void setkhv_(const char*, const char*, std::int32_t*, int, int) {
+  setReason("setkhv is not implemented");
   std::fputs("Warning setkhv is not implemented yet.\n", stderr);
 }
 
@@ -222,14 +253,19 @@ void setihv_(const char* name, const char* value, std::int32_t*, int nameLength,
   const Name wanted(name, nameLength);
   std::int32_t* field = find<std::int32_t>(FieldKind::kEnumerated, wanted);
   if (!field) return wanted.warn(stdout, "Warning: ", " not found in setihv\n");
-  if (Name(value, valueLength).is("ITIME")) *field = kSacTimeSeries;
+  const Name type(value, valueLength);
+  if (type.is("ITIME")) {
+    *field = kSacTimeSeries;
+  } else {
+    type.setUnknownReason("value of IFTYPE");
+  }
 }
 
 void setlhv_(const char* name, const std::int32_t* value, std::int32_t*, int nameLength) {
   const Name wanted(name, nameLength);
   std::int32_t* field = find<std::int32_t>(FieldKind::kLogical, wanted);
   if (!field) return wanted.warn(stdout, "Warning: ", " not found in setlhv\n");
-  if (value) *field = *value;
+  setField(field, value);
 }
 
 int fslen(const char* text, int max) {

@@ -7,7 +7,8 @@
 //
 // A file name ends at its first white space, so it may be padded with blanks. A name of more than
 // 511 characters fails like a file that cannot be opened. The file routines set `error` to 0 on
-// success and -1 on any failure. A null input is a failure; a null output or error is skipped.
+// success and -1 on any failure. A null input is a failure and changes nothing; a null output or
+// error is skipped. After a failure or warning lastReason() says why.
 //
 // Field names may be in upper or lower case. All their characters count: "DELTA   " with length 8
 // does not match "DELTA", as intended. A warning prints a name without a match in upper case and in
@@ -96,10 +97,11 @@ KROSAC_API void setihv_(const char* name, const char* value, int32_t* error, int
 KROSAC_API void setlhv_(const char* name, const int32_t* value, int32_t* error, int nameLength);
 
 // Number of characters before the first white space (blank, tab, line feed, vertical tab, form
-// feed, carriage return) or NUL, at most `max`; 0 if `max` < 1 or the text is null.
+// feed, carriage return) or NUL, at most `max`; 0 if `max` < 1 or the text is null. Fortran calls
+// it as fslen(text).
 KROSAC_API int fslen(const char* text, int max);
 
-// fslen with the length that a Fortran compiler adds.
+// fslen with the length of the text that a Fortran compiler adds.
 KROSAC_API int fslen_(const char* text, int textLength);
 
 // Copies the characters that fslen counts and appends a NUL. The destination needs room for max + 1
@@ -107,7 +109,8 @@ KROSAC_API int fslen_(const char* text, int textLength);
 KROSAC_API char* fscpy(char* destination, const char* source, int max);
 
 // Writes n blanks and a NUL, so the text needs room for n + 1 characters: from Fortran, pass all
-// but the last character of a variable. Returns n; 0 if n is negative. A null text is not written.
+// but the last character of a variable: fclearstring(text(1:n)). Returns n; 0 if n is negative. A
+// null text is not written.
 KROSAC_API int fclearstring_(char* text, int n);
 
 // Prints "Brevlo library version: myVersionNumber". The fixed word for the version is intended.

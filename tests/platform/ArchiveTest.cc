@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "CapturedLog.h"
+#include "krosac/platform/LastReason.h"
 
 namespace krosac {
 namespace {
@@ -36,7 +37,8 @@ struct Node : Archivable {
     coder.encodeObject("next", next);
     coder.encodeObjects("children", children);
   }
-  // Decodes in another order than encoded, also after another object, so the search must wrap around.
+  // Decodes in another order than encoded, also after another object, so the search must wrap
+  // around.
   Ref<Node> initWithCoder(KeyedUnarchiver& coder) {
     children = coder.decodeObjects<Node>("children");
     next = coder.decodeObject<Node>("next").get();
@@ -81,6 +83,33 @@ TEST(ArchiveTest, RefusesDamageAndDeepNestingWithAMessage) {
                  unarchive<Node>(*ByteBuffer::copyOf(bytes->bytes(), i)));
     EXPECT_EQ(log.texts.size(), 2 * i + 3);
   }
+}
+
+struct OtherNode : Node {
+  const char* archiveClassName() const override { return "OtherNode"; }
+};
+
+TEST(ArchiveTest, RefusalsHaveReasonsAndSuccessHasNone) {
+  CapturedLog log;
+  std::vector<Ref<Node>> chain(kDeepestNesting + 1);
+  for (auto& node : chain) node = make<Node>();
+  for (std::size_t i = 0; i + 1 < chain.size(); ++i) chain[i]->next = chain[i + 1].get();
+  const auto deep = archive(*chain[0]), good = archive(*chain.back());
+  const auto reasonFor = [](std::string bytes, std::size_t at = 0, char difference = 0) {
+    bytes[at] = static_cast<char>(bytes[at] ^ difference);
+    unarchive<Node>(*ByteBuffer::copyOf(bytes.data(), bytes.size()));
+    return std::string(lastReason());
+  };
+  const std::string bytes(good->bytes(), good->bytes() + good->length());
+  EXPECT_EQ(reasonFor("krosac"), "not a keyed archive: 6 bytes");
+  EXPECT_EQ(reasonFor(bytes, 8, 2), "keyed archive of version 3, not 1");
+  EXPECT_EQ(reasonFor(bytes, bytes.size() - 4, 1),
+            "damaged keyed archive: checksum 20fb1597, computed 20fb1596");
+  EXPECT_EQ(reasonFor({deep->bytes(), deep->bytes() + deep->length()}),
+            "keyed archive nests more than 64 objects");
+  EXPECT_EQ(reasonFor(bytes), "");
+  EXPECT_FALSE(unarchive<OtherNode>(*good));
+  EXPECT_STREQ(lastReason(), "keyed archive holds a Node, not a OtherNode");
 }
 
 // The expected checksum of the whole archive was computed by another program.

@@ -9,6 +9,7 @@
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
 #include "krosac/platform/Date.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/platform/Resources.h"
 #include "krosac/platform/internal/TruncIndex.h"
 
@@ -91,11 +92,27 @@ TEST(ResourcesTest, TheFolderOfTheEnvironmentComesFirstAndThePlacesTriedAreLogge
   CapturedLog log;
   EXPECT_FALSE(pathForResource("iasp91_none", "txt") || pathForResource("iasp91_none", "txt"));
   ASSERT_EQ(log.texts.size(), 1u);
+  EXPECT_EQ(log.texts[0], lastReason());
   EXPECT_NE(log.texts[0].find("/share/krosac/data/iasp91_none.txt"), std::string::npos);
   ::setenv("KROSAC_DATA", folder.path().c_str(), 1);
   EXPECT_TRUE(pathForResource("iasp91_p", "txt")) << "the installed file";
   const std::string file = folder.write("iasp91_p.txt", "1\n");
   EXPECT_EQ(pathForResource("iasp91_p", "txt"), file);
+  EXPECT_STREQ(lastReason(), "");
+  std::filesystem::create_directory(folder.path("iasp91_s.txt"));
+  EXPECT_NE(pathForResource("iasp91_s", "txt"), folder.path("iasp91_s.txt")) << "is a folder";
+  ::unsetenv("KROSAC_DATA");
+}
+
+TEST(ResourcesTest, ARelativeFolderIsResolvedWhenItIsFirstRead) {
+  const TemporaryFolder folder;
+  const auto former = std::filesystem::current_path();
+  const std::string file = folder.write("iasp91_p.txt", "1\n");
+  std::filesystem::current_path(folder.path());
+  ::setenv("KROSAC_DATA", ".", 1);
+  pathForResource("jbtables", "txt");
+  std::filesystem::current_path(former);
+  EXPECT_TRUE(std::filesystem::equivalent(*pathForResource("iasp91_p", "txt"), file));
   ::unsetenv("KROSAC_DATA");
 }
 

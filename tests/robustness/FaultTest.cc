@@ -1,5 +1,5 @@
-// Files stay complete when a process is killed, a system call fails, a disk is full, a folder may not
-// be written or a file changes while it is read.
+// Files stay complete when a process is killed, a system call fails, a disk is full, a folder may
+// not be written or a file changes while it is read.
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -79,8 +79,8 @@ class Traced {
   }
 
 #ifdef __x86_64__
-  // At the entry of a system call: its number, or -1 if it only manages memory or signals or ends the
-  // process.
+  // At the entry of a system call: its number, or -1 if it only manages memory or signals or ends
+  // the process.
   long call() {
     constexpr long kInternal[] = {SYS_brk,         SYS_mmap,           SYS_munmap,
                                   SYS_mremap,      SYS_mprotect,       SYS_madvise,
@@ -189,7 +189,8 @@ TEST_F(FaultTest, ASaverKilledAtAnySystemCallLeavesTheOldOrTheNewFile) {
       ASSERT_TRUE(isNew || bytes() == saver.bytes(kBefore)) << stops;
       outcomes += ended && isNew ? 'e' : isNew ? 'n' : 'o';
     }
-    // The temporary files of killed savers do not stop the last one. One rename separates old from new.
+    // The temporary files of killed savers do not stop the last one. One rename separates old from
+    // new.
     EXPECT_NE(outcomes.find("on"), std::string::npos) << outcomes;
 #ifndef __SANITIZE_ADDRESS__  // it makes a varying number of system calls itself
     EXPECT_EQ(outcomes.find("no"), std::string::npos) << outcomes;
@@ -222,8 +223,8 @@ TEST_F(FaultTest, AReaderSeesCompleteFilesWhileSaversRunAndAreKilled) {
 }
 
 #if defined(__x86_64__) && !defined(__SANITIZE_ADDRESS__)
-// Runs an action once for each of its system calls and makes that call fail with an error or, if the
-// error is 0, transfer only some of its bytes. The last run is undisturbed.
+// Runs an action once for each of its system calls and makes that call fail with an error or, if
+// the error is 0, transfer only some of its bytes. The last run is undisturbed.
 template <typename Prepare, typename Check>
 void disturbEachCall(Prepare prepare, int error, Check check) {
   bool reached = true;
@@ -257,8 +258,8 @@ TEST_F(FaultTest, WhicheverCallOfASaverFailsTheResultAgreesWithTheFile) {
         refusals[error == EINTR] += outcome == kRefused;
       });
     }
-    // Checking access, opening, writing, setting permissions, flushing, closing and renaming can fail.
-    // An interrupted write continues.
+    // Checking access, opening, writing, setting permissions, flushing, closing and renaming can
+    // fail. An interrupted write continues.
     EXPECT_GE(refusals[0], 7);
     EXPECT_LT(refusals[1], refusals[0]);
   }
@@ -316,8 +317,8 @@ TEST_F(FaultTest, SaversWithoutRightsOrDescriptorsLeaveTheOldFile) {
   EXPECT_FALSE(traceOf(kBefore)->saveToPath("/dev/full"));
 }
 
-// A file system of 20 KiB cannot hold the new file. It is mounted in a child's name space, so nothing
-// stays mounted.
+// A file system of 20 KiB cannot hold the new file. It is mounted in a child's name space, so
+// nothing stays mounted.
 TEST_F(FaultTest, SaversOnASmallFileSystemLeaveTheOldFile) {
   for (const Saver& saver : kSavers) {
     const auto outcome = inChild([&]() -> int {

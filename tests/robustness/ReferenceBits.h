@@ -1,5 +1,5 @@
-// Results from all folders of the library, one line each: a name and a hash of the bits. They must be
-// the same for every compiler, optimisation level, time zone, locale and thread.
+// Results from all folders of the library, one line each: a name and a hash of the bits. They must
+// be the same for every compiler, optimisation level, time zone, locale and thread.
 #ifndef KROSAC_TESTS_ROBUSTNESS_REFERENCEBITS_H
 #define KROSAC_TESTS_ROBUSTNESS_REFERENCEBITS_H
 
@@ -62,7 +62,8 @@ inline Samples noise(std::size_t n) {
   return x;
 }
 
-// A trace of one day with all header values that operations use. It begins before the reference time.
+// A trace of one day with all header values that operations use. It begins before the reference
+// time.
 inline Ref<SacObject> dayOfNoise() {
   const Samples x = noise(86400);
   auto s = make<SacObject>();

@@ -1,5 +1,5 @@
-// Threads that work on separate objects get the results of a single thread. The state that the library
-// shares between threads is used here too.
+// Threads that work on separate objects get the results of a single thread. The state that the
+// library shares between threads is used here too.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -7,6 +7,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/sacio/SacFile.h"
 #include "sacio/SacImage.h"
 
@@ -190,6 +191,37 @@ TEST(SacRoutines, NullInputsAreRefusedAndNullOutputsSkipped) {
     EXPECT_EQ(bytesOf(ghdr), headerImage({{304, 6}, {316, 3}}));
   }
   EXPECT_EQ(folder.read("old"), "precious");
+}
+
+TEST(SacRoutines, FailuresHaveReasonsAndSuccessHasNone) {
+  const TemporaryFolder folder;
+  const std::string file = folder.path("file"), tooLong(513, 'f');
+  const std::int32_t one = 1;
+  const float value = 7;
+  const auto write = [&](const std::string& path, const float* b) {
+    wsac1_(path.data(), kValues, &one, b, &value, nullptr, length(path));
+    return std::string(lastReason());
+  };
+  const auto set = [&](const std::string& name, const float* input) {
+    setfhv_(name.data(), input, nullptr, length(name));
+    return std::string(lastReason());
+  };
+  const auto setType = [&](const std::string& type) {
+    setihv_("IFTYPE", type.data(), nullptr, 6, length(type));
+    return std::string(lastReason());
+  };
+  testing::internal::CaptureStdout();
+  const std::pair<std::string, std::string> reasons[] = {
+      {write(tooLong, &value), "file name of 513 characters, at most 511 are possible"},
+      {write(file, nullptr), "no count, begin time or interval given"},
+      {write(file, &value), ""},
+      {set("T0 ", &value), "no header field of this type is named \"T0 \""},
+      {set("T0", nullptr), "no value given"},
+      {set("T0", &value), ""},
+      {setType("IXY"), "no value of IFTYPE is named \"IXY\""},
+      {setType("ITIME"), ""}};
+  testing::internal::GetCapturedStdout();
+  for (const auto& [reason, expected] : reasons) EXPECT_EQ(reason, expected);
 }
 
 TEST(SacRoutines, TextHelpers) {

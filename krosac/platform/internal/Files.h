@@ -90,10 +90,14 @@ struct StreamCloser {
 // A buffered stream, or none. `std::fclose(stream.release())` reports errors of the last write.
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
-// Open a file for reading; none unless it is a regular file that can be read. Pipes would block and
-// devices may have no end.
+// Open a file for reading; none, with a reason, unless it is a regular file that can be read. Pipes
+// would block and devices may have no end.
 KROSAC_API File openRegularFile(const char* path) noexcept;
 Stream openRegularStream(const char* path) noexcept;
+
+// True for the mode of a regular file; else sets the reason that the path is a folder or another
+// kind of file.
+bool checkRegular(mode_t mode, const char* path) noexcept;
 
 }  // namespace krosac
 

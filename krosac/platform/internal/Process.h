@@ -26,7 +26,7 @@ struct ProcessCommand {
 
 // The result of running a program.
 struct ProcessResult {
-  // Why the program did not run or its output is incomplete; empty on success.
+  // Why the program did not run or its output is incomplete, as lastReason(); empty on success.
   std::string error = {};
   // None if the program did not run or was ended by a signal, or if the caller ignores SIGCHLD, so
   // that the system keeps no status.

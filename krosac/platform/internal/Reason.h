@@ -12,7 +12,7 @@ void clearReason() noexcept;
 // Leaves errno as it was.
 void setReason(const char* format, ...) noexcept __attribute__((format(printf, 1, 2)));
 
-// Sets "PATH: TEXT" with the system's text for errno.
+// Sets "PATH: TEXT" with the system's English text for errno.
 void setSystemReason(const char* path) noexcept;
 
 }  // namespace krosac

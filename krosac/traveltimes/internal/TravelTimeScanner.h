@@ -69,10 +69,10 @@ class TravelTimeScanner {
     return file_.isOpen();
   }
 
-  // Opens the resource `name`.txt. Its path takes at most 1023 characters.
+  // Opens the resource `name`.txt.
   bool openResource(const char* name) noexcept try {
     const auto path = pathForResource(name, "txt");
-    return path && path->size() < 1024 && open(path->c_str());
+    return path && open(path->c_str());
   } catch (const std::bad_alloc&) {
     return false;
   }
