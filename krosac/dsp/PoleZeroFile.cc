@@ -1,15 +1,14 @@
 #include "krosac/dsp/PoleZeroFile.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
 #include "krosac/dsp/internal/PolesAndZeros.h"
+#include "krosac/platform/internal/Files.h"
 #include "krosac/platform/internal/Reason.h"
-#include "krosac/platform/internal/RegularFile.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -89,21 +88,12 @@ void parse(std::FILE* file, PolesAndZeros& response, bool& hasKeywords) {
 }
 
 bool read(const char* path, PolesAndZeros& response, bool& hasKeywords) {
-  errno = 0;
-  std::FILE* file = openRegularStream(path);
-  if (!path) {
-    setReason("no path given");
-  } else if (!file && errno == 0) {
-    setReason("%s: is not a regular file", path);
-  } else if (!file) {
-    setSystemReason(path);
-  }
+  const Stream file = openRegularStream(path);
   if (!file) return false;
-  parse(file, response, hasKeywords);
-  const bool complete = !std::ferror(file);
-  if (!complete) setSystemReason(path);
-  std::fclose(file);
-  return complete;
+  parse(file.get(), response, hasKeywords);
+  if (!std::ferror(file.get())) return true;
+  setSystemReason(path);
+  return false;
 }
 
 }  // namespace
