@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "krosac/platform/Numbers.h"
-#include "krosac/source/internal/RadiationTerms.h"
+#include "krosac/source/internal/Radiation.h"
 #include "krosac/timegeo/GreatCircle.h"
 
 namespace krosac {

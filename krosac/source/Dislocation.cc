@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "krosac/source/internal/DislocationAngles.h"
+#include "krosac/source/internal/Radiation.h"
 
 namespace krosac {
 namespace {

@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "krosac/source/Dislocation.h"
-#include "krosac/source/internal/DislocationAngles.h"
+#include "krosac/source/internal/Radiation.h"
 
 namespace krosac {
 namespace {

@@ -1,7 +1,7 @@
 #include "krosac/traveltimes/JBTableObject.h"
 
 #include "krosac/traveltimes/JBTables.h"
-#include "krosac/traveltimes/internal/JBTables.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 

@@ -3,7 +3,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "krosac/traveltimes/internal/JBTables.h"
+#include "krosac/traveltimes/SeismicPhase.h"
+#include "krosac/traveltimes/internal/Tables.h"
 #include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
 namespace krosac {
@@ -12,7 +13,8 @@ namespace {
 constexpr float kDepths[] = {0, 33, 63, 127, 190, 254, 317, 380, 444, 507, 570, 634, 697, 761};
 constexpr float kPhaseDepths[] = {0, 25, 65, 130, 191, 256, 322, 387, 453, 518, 584, 650, 715};
 constexpr std::size_t kColumns = std::size(kDepths), kPhaseColumns = std::size(kPhaseDepths);
-constexpr std::size_t kLongestLine = 79;
+constexpr std::size_t kLineLength = 79;
+constexpr char kCannotOpen[] = "Sorry, can't open the JB Tables file.\n";
 
 bool readBlock(TravelTimeScanner& file, float* table, std::size_t elements) {
   std::size_t read = 0;
@@ -29,24 +31,24 @@ SeismicPhase interpolate(const Corners& t, float depthWeight, float distanceWeig
 }  // namespace
 
 void readJBPhase(const char* phase, std::int32_t capacity, float* table, std::int32_t* rows) {
-  readPhaseTable("", phase, kNoJBTables, kPhaseColumns, capacity, table, rows);
+  readPhaseTable("", phase, kCannotOpen, kPhaseColumns, capacity, table, rows);
 }
 
 void ReadJBTables(float* tp, float* ts) {
   TravelTimeScanner file;
   if (!file.openResource("jbtables")) {
-    std::fputs(kNoJBTables, stderr);
+    std::fputs(kCannotOpen, stderr);
     return;
   }
-  for (int line = 0; line < 4; ++line) file.nextLine(kLongestLine);
+  for (int line = 0; line < 4; ++line) file.nextLine(kLineLength);
   if (!readBlock(file, tp, kJBPRows * kColumns)) return;
   // The rest of the last P row's line, and the separator line.
-  for (int line = 0; line < 2; ++line) file.nextLine(kLongestLine);
+  for (int line = 0; line < 2; ++line) file.nextLine(kLineLength);
   readBlock(file, ts, kJBSRows * kColumns);
 }
 
 void ReadJBTablePhase(const char* phase, float* table, std::int32_t* rows) {
-  readJBPhase(phase, kMostRows, table, rows);
+  readJBPhase(phase, kMaxRows, table, rows);
 }
 
 void GetJBTimes(const float* tp, const float* ts, float* pTime, float* sTime, float* pSlowness,

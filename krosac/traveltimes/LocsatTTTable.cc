@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "krosac/platform/internal/Text.h"
-#include "krosac/traveltimes/internal/PhaseTable.h"
+#include "krosac/traveltimes/internal/Tables.h"
 #include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
 namespace krosac {

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "krosac/platform/Numbers.h"
-#include "krosac/traveltimes/internal/PsNMOTables.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 namespace {

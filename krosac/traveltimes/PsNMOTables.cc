@@ -3,18 +3,17 @@
 #include <cmath>
 #include <cstdio>
 
-#include "krosac/traveltimes/internal/PsNMOTables.h"
+#include "krosac/traveltimes/internal/Tables.h"
 #include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
 namespace krosac {
 namespace {
 
 constexpr int kPoints = 77;
-constexpr float kNoValue = -12345.0f;
 
 // The ordinate at x along the curve of the points, ascending in abscissa.
 float along(const float (&abscissa)[kPoints], const float (&ordinate)[kPoints], float x) {
-  if (x < 0.0f || std::isnan(x)) return kNoValue;
+  if (x < 0.0f || std::isnan(x)) return kSacUndefinedFloat;
   if (x == 0.0f) return 0.0f;
   int i = 0;
   while (i < kPoints && !(abscissa[i] >= x)) ++i;

@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "krosac/traveltimes/TTTables.h"
-#include "krosac/traveltimes/internal/TTTables.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <optional>
 
-#include "krosac/traveltimes/internal/TTTables.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 namespace {
@@ -43,7 +43,7 @@ void readTTPhase(const char* prefix, const char* phase, std::int32_t capacity, f
 }
 
 void ReadTTTablePhase(const char* prefix, const char* phase, float* table, std::int32_t* rows) {
-  readTTPhase(prefix, phase, kMostRows, table, rows);
+  readTTPhase(prefix, phase, kMaxRows, table, rows);
 }
 
 void GetTTTimeSlowness(const char*, const float* table, std::int32_t rows, float* time,

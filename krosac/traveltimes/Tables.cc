@@ -2,7 +2,7 @@
 #include <cstdio>
 
 #include "krosac/platform/internal/Text.h"
-#include "krosac/traveltimes/internal/PhaseTable.h"
+#include "krosac/traveltimes/internal/Tables.h"
 #include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
 namespace krosac {
