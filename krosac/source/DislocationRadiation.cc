@@ -5,7 +5,7 @@
 
 namespace krosac {
 
-// What the coefficients of one ray are made of, in single precision.
+// The terms of the coefficients of one ray, in single precision.
 struct Dislocation::Ray {
   float p, eta, velocitySquared;
   float sR, qR, pR, pL, qL;

@@ -63,7 +63,7 @@ void delta_az(const float* lat1, const float* lon1, const float* lat2, const flo
   const DirectionCosines p2 = directionCosines(*lat2, *lon2);
 
   const double cosDlon = p1.sinLon * p2.sinLon + p1.cosLon * p2.cosLon;
-  // However this sum rounds, a point lies at distance 0 from itself.
+  // Rounding of the sum must not separate equal points.
   const double cosDistance =
       p1 == p2 ? 1.0 : p1.sinLat * p2.sinLat + p1.cosLat * p2.cosLat * cosDlon;
   const double y = (p1.cosLon * p2.sinLon - p1.sinLon * p2.cosLon) * p2.cosLat;

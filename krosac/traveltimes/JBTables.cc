@@ -22,7 +22,7 @@ bool readBlock(TravelTimeScanner& file, float* table, std::size_t elements) {
   return read == elements;
 }
 
-// Time and slowness in the bracket of row and row + 1, column and column + 1.
+// Time and slowness between the four corners.
 SeismicPhase interpolate(const Corners& t, float depthWeight, float distanceWeight) {
   return {t.bilinear(1.0f - depthWeight, depthWeight, distanceWeight),
           static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree)};
@@ -59,11 +59,11 @@ void GetJBTimes(const float* tp, const float* ts, float* pTime, float* sTime, fl
     if (depth > 761.0f) depth = 761.0f;
     if (gcarc == 0.0f) gcarc = 0.0001f;
     const bool halfDegrees = gcarc <= 11.0f;
-    // The last row whose node lies before the distance.
+    // The last row whose node is less than the distance.
     const auto row = gcarc <= 0.0f    ? 0
                      : gcarc <= 10.0f ? static_cast<std::size_t>(std::ceil(gcarc * 2.0f)) - 1
                                       : static_cast<std::size_t>(std::ceil(gcarc)) + 9;
-    // The row at 10 degrees counts as half a degree wide although the next one is at 11: intended.
+    // The cell from 10 to 11 degrees is taken as half a degree wide: intended.
     const float step = halfDegrees ? 0.5f : 1.0f;
     const float node =
         halfDegrees ? static_cast<float>(row) * 0.5f : static_cast<float>(row) - 10.0f;
@@ -71,14 +71,14 @@ void GetJBTimes(const float* tp, const float* ts, float* pTime, float* sTime, fl
 
     const std::size_t column = columnAbove(kDepths, depth);
     const float depthWeight = (depth - kDepths[column]) / (kDepths[column + 1] - kDepths[column]);
-    const auto answer = [&](const float* table) {
-      auto found =
+    const auto lookUp = [&](const float* table) {
+      auto phase =
           interpolate(Corners::of(table, kColumns, row, column), depthWeight, distanceWeight);
-      if (gcarc < 10.0f) found.slowness *= 2.0f;
-      return found;
+      if (gcarc < 10.0f) phase.slowness *= 2.0f;
+      return phase;
     };
-    if (row + 1 < kJBPRows) p = answer(tp);
-    s = answer(ts);
+    if (row + 1 < kJBPRows) p = lookUp(tp);
+    s = lookUp(ts);
   }
   *pTime = p.time;
   *sTime = s.time;

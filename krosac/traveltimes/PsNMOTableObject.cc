@@ -9,12 +9,12 @@
 namespace krosac {
 namespace {
 
-// The four curves around a point: a and b at the upper source depth, c and d at the lower one, a
-// and c at the shorter distance.
+// The four curves around a point: a and b at the shallower source depth, c and d at the deeper one;
+// a and c at the shorter distance.
 struct Bracket {
   const PsNMO *a, *b, *c, *d;
 
-  // False outside the grid. On its far edges it gives the last bracket.
+  // Returns false outside the grid. Its far edges belong to the last bracket.
   bool find(const PsNMO* curves, float srcdepth, float gcarc) {
     const std::int32_t depth = psNMOCurveIndexClosestButShallowerThan(srcdepth);
     const std::int32_t distance = psNMOCurveIndexClosestButLessThan(gcarc);
@@ -27,12 +27,12 @@ struct Bracket {
     return true;
   }
 
-  float bilinear(float (*read)(float, PsNMO), float value, float srcdepth, float gcarc,
+  float bilinear(float (*convert)(float, PsNMO), float value, float srcdepth, float gcarc,
                  float depthStep) const {
     const float bWeight = (gcarc - a->gcarc) / (b->gcarc - a->gcarc);
     const float aWeight = (b->gcarc - gcarc) / (b->gcarc - a->gcarc);
-    const float shallow = read(value, *a) * aWeight + read(value, *b) * bWeight;
-    const float deep = read(value, *c) * aWeight + read(value, *d) * bWeight;
+    const float shallow = convert(value, *a) * aWeight + convert(value, *b) * bWeight;
+    const float deep = convert(value, *c) * aWeight + convert(value, *d) * bWeight;
     return (c->srcdepth - srcdepth) / depthStep * shallow +
            (srcdepth - a->srcdepth) / depthStep * deep;
   }
@@ -59,7 +59,7 @@ float PsNMOTableObject::bilinearDepthFromTime_SrcDepth_Gcarc(float time, float s
   if (time == 0.0f) return 0.0f;
   Bracket bracket;
   if (!(time > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kSacUndefinedFloat;
-  // Both curves are of the same source depth, so that the divisor is 0: intended.
+  // Both curves have the same source depth, so the divisor is 0: intended.
   const float depthStep = bracket.b->srcdepth - bracket.a->srcdepth;
   return bracket.bilinear(depthFromTime, time, srcdepth, gcarc, depthStep);
 }

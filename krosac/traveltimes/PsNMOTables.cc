@@ -11,13 +11,13 @@ namespace {
 
 constexpr int kPoints = 77;
 
-// The ordinate at x along the curve of the points, ascending in abscissa.
-float along(const float (&abscissa)[kPoints], const float (&ordinate)[kPoints], float x) {
+// Interpolates linearly in points of ascending abscissa.
+float interpolate(const float (&abscissa)[kPoints], const float (&ordinate)[kPoints], float x) {
   if (x < 0.0f || std::isnan(x)) return kSacUndefinedFloat;
   if (x == 0.0f) return 0.0f;
   int i = 0;
   while (i < kPoints && !(abscissa[i] >= x)) ++i;
-  // Before the first point the first two count, behind the last one the last two.
+  // Extrapolates from the first two points or from the last two.
   const int upper = i == 0 ? 1 : i == kPoints ? kPoints - 1 : i;
   const int from = i == kPoints ? upper : upper - 1;
   return ordinate[from] + (x - abscissa[from]) / (abscissa[upper] - abscissa[upper - 1]) *
@@ -84,11 +84,11 @@ std::int32_t psNMOCurveIndexClosestButLessThan(float gcarc) {
 }
 
 float depthFromTime(float time, PsNMO curve) {
-  return along(curve.t, curve.z, time);
+  return interpolate(curve.t, curve.z, time);
 }
 
 float timeFromDepth(float depth, PsNMO curve) {
-  return along(curve.z, curve.t, depth);
+  return interpolate(curve.z, curve.t, depth);
 }
 
 }  // namespace krosac

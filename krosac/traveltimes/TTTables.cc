@@ -11,7 +11,7 @@ namespace {
 constexpr float kDepths[kTTColumns] = {0,   25,  50,  100, 150, 200, 250, 300, 350,
                                        400, 450, 500, 550, 600, 650, 700, 750, 800};
 
-// The nodes around a point, the point's time, and the depth bracket.
+// The nodes around a point, the interpolated time, and the depth bracket.
 struct Bracket {
   Corners t;
   float time, upperDepth, lowerDepth;
@@ -61,13 +61,13 @@ void GetTTTimeSlownesses(const char*, const float* table, std::int32_t rows, flo
   *time = *slowness = *depthDerivative = kSacUndefinedFloat;
   if (const auto bracket = bracketOf(table, rows, gcarc, depth)) {
     const Corners& t = bracket->t;
-    const double across = (t.farUpper - t.nearUpper) + (t.farLower - t.nearLower);
+    const double alongDistance = (t.farUpper - t.nearUpper) + (t.farLower - t.nearLower);
     const double nearUpper = t.nearUpper, farUpper = t.farUpper;
-    const double upward = (nearUpper - t.nearLower) + (farUpper - t.farLower);
+    const double alongDepth = (nearUpper - t.nearLower) + (farUpper - t.farLower);
     *time = bracket->time;
-    *slowness = static_cast<float>(across * 0.5 / kKilometresPerDegree);
+    *slowness = static_cast<float>(alongDistance * 0.5 / kKilometresPerDegree);
     *depthDerivative =
-        static_cast<float>(upward * 0.5 / (bracket->upperDepth - bracket->lowerDepth));
+        static_cast<float>(alongDepth * 0.5 / (bracket->upperDepth - bracket->lowerDepth));
   }
 }
 

@@ -8,9 +8,9 @@
 namespace krosac {
 namespace {
 
-constexpr std::size_t kMostColumns = 18;
+constexpr std::size_t kMaxColumns = 18;
 
-// Joins two texts in lower case; false when they do not fit.
+// Joins two texts in lower case. Returns false if they do not fit.
 bool joinLowerCase(const char* first, const char* second, char (&joined)[1024]) {
   if (!first || !second || std::strlen(first) + std::strlen(second) >= sizeof joined) return false;
   char* end = joined;
@@ -31,12 +31,12 @@ void readPhaseTable(const char* prefix, const char* phase, const char* message,
     std::fputs(message, stderr);
     return;
   }
-  float row[kMostColumns], distance;
+  float row[kMaxColumns], distance;
   std::int32_t complete = 0;
   for (; complete < capacity; ++complete) {
-    bool good = file.nextFloat(distance);
-    for (std::int32_t c = 0; good && c < columns; ++c) good = file.nextFloat(row[c]);
-    if (!good) break;
+    bool converts = file.nextFloat(distance);
+    for (std::int32_t c = 0; converts && c < columns; ++c) converts = file.nextFloat(row[c]);
+    if (!converts) break;
     table = std::copy_n(row, columns, table);
   }
   *rows = complete;
