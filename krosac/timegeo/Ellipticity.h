@@ -17,8 +17,10 @@ extern KROSAC_API const float pEllipCoeff[504];
 
 // Returns the ellipticity correction (s) of the travel time from a source (degrees, depth in km) to
 // a station (degrees). The coefficients are interpolated in distance and depth and combined with
-// the source's colatitude and the azimuth to the station. Distances are clamped to 100 degrees and
-// depths to 700 km; a negative depth extrapolates from the first row. Returns NaN for NaN.
+// the source's colatitude and the azimuth to the station. The weights of the four nodes are not the
+// bilinear ones (intended), so the correction jumps where the distance or the depth passes a node;
+// at large distances by more than 1 s. Distances are clamped to 100 degrees and depths to 700 km; a
+// negative depth extrapolates from the first row. Returns NaN for NaN.
 KROSAC_API float ellipCorrection(float sourceLatitude, float sourceLongitude, float sourceDepth,
                                  float stationLatitude, float stationLongitude);
 

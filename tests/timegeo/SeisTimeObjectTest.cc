@@ -97,6 +97,12 @@ TEST(SeisTimeObject, AddsAndSubtracts) {
   EXPECT_EQ(fieldsOf(time), normalisedStepByStep({2005, 1, 1, 2 - 1.0 * INT_MIN, 1}));
   time->subtractSeconds(-1e35f);
   EXPECT_EQ(time->mYr(), INT_MAX);
+  for (const auto& [seconds, text] :
+       {std::pair{1.0f, "2001 (000) 23:59:59.000"}, {86401.0f, "2000 (364) 23:59:59.000"}}) {
+    const auto newYear = timeOf({2001, 1});
+    newYear->subtractSeconds(seconds);
+    EXPECT_STREQ(newYear->DOYcString(), text) << "the borrow is that of the later year";
+  }
   // In single precision, 0.1 s is exactly 100 ms.
   const auto other = timeOf({2004, 1});
   other->addSeconds(0.1f);
@@ -142,9 +148,16 @@ TEST(SeisTimeObject, CopiesNormalisedAndArchivesAsItIs) {
   EXPECT_STREQ(make<SeisTimeObject>()->initWithTimeObject(*time)->YMDcString(),
                "1999/01/07 01:03:03.456");
   EXPECT_STREQ(time->copyWithZone()->DOYcString(), "1999 (066) 01:03:03.456");
+  time->setDOYString();
+  EXPECT_STREQ(time->mString(), "1999 (007) 01:02:63.456");
+  time->setYMDString();
+  EXPECT_STREQ(time->mString(), "1999/03/07 01:02:63.456");
   const auto decoded = archivedCopy(*time);
   EXPECT_EQ(fieldsOf(decoded), fieldsOf(time));
   EXPECT_TRUE(decoded->mMonth() == 3 && decoded->mDate() == 7);
+  EXPECT_STREQ(decoded->mString(), time->mString());
+  time->setMMsec(-1e-20);
+  EXPECT_LT(time->copyWithZone()->mMsec(), 1000.0);
 }
 
 }  // namespace
