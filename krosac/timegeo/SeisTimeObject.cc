@@ -100,8 +100,10 @@ void SeisTimeObject::setValue(const SeisTimeObject& other) {
 Ref<SeisTimeObject> SeisTimeObject::clone() const {
   auto copy = make<SeisTimeObject>();
   if (!copy) return nullptr;
-  return copy->initWithValues_month_date_hour_minute_second_millisecond(mYr_, mMonth_, mDate_, mHr_,
-                                                                        mMn_, mSec_, mMsec_);
+  copy->initWithValues_month_date_hour_minute_second_millisecond(mYr_, mMonth_, mDate_, mHr_, mMn_,
+                                                                 mSec_, mMsec_);
+  copy->formatTime();
+  return copy;
 }
 
 // ---- Normalisation ----

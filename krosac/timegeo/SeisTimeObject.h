@@ -36,9 +36,10 @@ class KROSAC_API SeisTimeObject : public Archivable {
   // Copies the same into an existing object.
   void setValue(const SeisTimeObject& other);
 
-  // Returns a new time with this one's year, month, date and time of day. The day of the copy is
-  // computed from month and date, which disagree with `mDay` only after setters without formatTime.
-  // Returns an empty reference if memory is exhausted.
+  // Returns a new, normalised time with this one's year, month, date and time of day. The day of
+  // the copy is computed from month and date, which disagree with `mDay` only after setters without
+  // formatTime; initWithTimeObject copies `mDay`. Returns an empty reference if memory is
+  // exhausted.
   Ref<SeisTimeObject> copyWithZone() const { return clone(); }
 
   // ---- Normalisation ----
@@ -51,7 +52,7 @@ class KROSAC_API SeisTimeObject : public Archivable {
   // lengths are crossed (intended). A count equal to the length stays; a multiple of it leaves day
   // 0 of a later year. Negative days borrow years, but stay negative in year 0. The run time does
   // not depend on the values. Milliseconds that are not finite are not carried. Negative
-  // milliseconds that vanish when added to 1000 become 1000, which the next call carries.
+  // milliseconds that vanish when added to 1000 become 1000, which the next call carries back.
   void formatTime();
 
   // ---- Arithmetic ----
@@ -61,7 +62,8 @@ class KROSAC_API SeisTimeObject : public Archivable {
   void subtractSeisTimeObject(const SeisTimeObject& other);
 
   // Adds or subtracts seconds (and whole minutes). Seconds are converted to milliseconds in single
-  // precision.
+  // precision. Going back over New Year keeps day 0 and then adds the length of the later year
+  // (intended): 2001-01-01 minus 1 s is 2001 day 0, minus 86401 s is 2000 day 364.
   void addSeconds(float seconds);
   void subtractSeconds(float seconds);
   void addMinutesSeconds_Seconds(std::int32_t minutes, float seconds);
@@ -95,13 +97,17 @@ class KROSAC_API SeisTimeObject : public Archivable {
 
   // ---- Text ----
 
-  // Print the fields, without formatTime, into the object's own text: "1999 (007) 01:02:03.456" and
-  // "1999/01/07 01:02:03.456". Truncated to 255 characters; independent of the locale.
+  // Print the fields, without formatTime, into mString(): "1999 (007) 01:02:03.456" with `mDay`,
+  // and "1999/01/07 01:02:03.456" with `mMonth` and `mDate`. Truncated to 255 characters;
+  // independent of the locale.
   void setDOYString();
   void setYMDString();
 
-  // Run formatTime, print likewise and return the text. It is valid until the next print into this
-  // object or its destruction.
+  // The object's own text: the form printed last, empty at first. Valid until the next print into
+  // this object or its destruction.
+  const char* mString() const { return mString_; }
+
+  // Run formatTime, print likewise and return mString().
   const char* DOYcString();
   const char* YMDcString();
 
