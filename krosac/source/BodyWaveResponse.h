@@ -25,8 +25,12 @@ KROSAC_C_BEGIN
 //                                                     reflection
 //
 // P amplitudes are vertical, in the units of geospread, for unit moment: the caller multiplies by
-// the moment. The source is in a Poisson solid. A ray parameter above 1/6 s/km, or above the
-// inverse of a velocity at the source, yields NaN. Does nothing if the block is null.
+// the moment. The source is in a Poisson solid.
+//
+// The P and SV amplitudes (0 to 5, 11 and 12) are NaN if the ray parameter is above 1/6 s/km or
+// above the P slowness at the source. The delays of pP and sP (8, 9) are finite up to the P
+// slowness at the source; SH, sS of SH and the delay of sS (6, 7, 10) up to the S slowness. Does
+// nothing if the block is null.
 KROSAC_API void GetBWResponse(float block[13]);
 
 KROSAC_C_END

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 
 #include "DoubleCouple.h"
 #include "krosac/timegeo/GreatCircle.h"
@@ -68,11 +69,16 @@ TEST(BodyWaveResponse, AgreesWithMomentTensorAndFreeSurface) {
     for (std::size_t j = 0; j < 13; ++j)
       ASSERT_NEAR(in[j], truth[j], 1e-7 * std::fabs(truth[j]) + 1e-14 * scale) << i << ": " << j;
   }
-  // Above 1/6 s/km and the P slowness of the source, only SH, sS of SH and the S delay are finite.
-  Block beyond = {0, 45, 30, 9, 10, 0.15f, 7, 0, 60};
-  GetBWResponse(beyond.data());
-  for (std::size_t i = 0; i < 13; ++i)
-    EXPECT_EQ(std::isnan(beyond[i]), i != 6 && i != 7 && i != 10) << i;
+  // Above 1/6 s/km, above the P slowness and above the S slowness at the source.
+  for (const auto& [rayParameter, velocity, finite] :
+       {std::tuple{0.17f, 5.0f, std::set<std::size_t>{6, 7, 8, 9, 10}},
+        {0.15f, 7.0f, {6, 7, 10}},
+        {0.35f, 5.0f, {}}}) {
+    Block beyond = {0, 45, 30, 9, 10, rayParameter, velocity, 0, 60};
+    GetBWResponse(beyond.data());
+    for (std::size_t i = 0; i < 13; ++i)
+      EXPECT_EQ(std::isfinite(beyond[i]), finite.contains(i)) << i << " for " << rayParameter;
+  }
   GetBWResponse(nullptr);
 }
 
