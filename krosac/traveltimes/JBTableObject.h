@@ -10,15 +10,18 @@
 
 namespace krosac {
 
+// Look-ups change nothing: threads may share one object after init.
 class KROSAC_API JBTableObject : public Object {
  public:
   // Reads the six tables from the library's data files. Rows beyond an array's end are ignored. If
   // a file cannot be opened, prints a message on standard error and leaves that table zero.
+  // lastReason() reports the last file that is missing or damaged, or files from different folders.
   Ref<Object> init() override;
 
   // Returns the time (s) and slowness (s/km) of the phase "p", "s", "pp", "ss", "pcp" or "scs" at a
   // distance (degrees) and source depth (km), computed by GetJBTimes or GetJBTimeSlowness. Case is
-  // ignored. Both are -12345.0 outside the table and for any other name.
+  // ignored: "pP" is PP. Both are -12345.0 where there is no time, at distances outside the table
+  // and for any other name; depths are clamped to the table.
   SeismicPhase GetJBPhase_GCARC_Depth(std::string_view phase, float gcarc, float depth) const;
 
   // The tables in row-major order, 14 depths per row for P and S and 13 for the others, and the

@@ -1,11 +1,9 @@
 #include "krosac/traveltimes/JBTables.h"
 
 #include <cmath>
-#include <cstdio>
 
 #include "krosac/traveltimes/SeismicPhase.h"
 #include "krosac/traveltimes/internal/Tables.h"
-#include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
 namespace krosac {
 namespace {
@@ -16,52 +14,84 @@ constexpr std::size_t kColumns = std::size(kDepths), kPhaseColumns = std::size(k
 constexpr std::size_t kLineLength = 79;
 constexpr char kCannotOpen[] = "Sorry, can't open the JB Tables file.\n";
 
-bool readBlock(TravelTimeScanner& file, float* table, std::size_t elements) {
-  std::size_t read = 0;
-  while (read < elements && file.nextFloat(table[read])) ++read;
-  return read == elements;
+constexpr SeismicPhase kNoTime{kSacUndefinedFloat, kSacUndefinedFloat};
+
+// Returns false if the file has fewer elements. A null table is skipped.
+bool readBlock(TableFiles& files, TravelTimeScanner& file, const char* kind, std::size_t elements,
+               float* table) {
+  for (std::size_t read = 0; read < elements; ++read) {
+    float value = 0.0f;
+    if (!file.nextFloat(value)) {
+      files.reportDamage(file, kind, elements, read);
+      return false;
+    }
+    if (table) table[read] = value;
+  }
+  return true;
 }
 
-// Time and slowness between the four corners.
-SeismicPhase interpolate(const Corners& t, float depthWeight, float distanceWeight) {
-  return {t.bilinear(1.0f - depthWeight, depthWeight, distanceWeight),
-          static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree)};
+// Time and slowness between the four corners, the row difference times `slownessFactor`. There is no
+// time if a corner of non-zero weight is absent, and no slowness if one of its two corners is.
+SeismicPhase interpolate(const Corners& t, float depthWeight, float distanceWeight,
+                         float slownessFactor) {
+  const float upperWeight = 1.0f - depthWeight, nearWeight = 1.0f - distanceWeight;
+  const auto isAbsent = [](float node, float weight1, float weight2) {
+    return !isDefined(node) && weight1 != 0.0f && weight2 != 0.0f;
+  };
+  if (isAbsent(t.nearUpper, nearWeight, upperWeight) ||
+      isAbsent(t.nearLower, nearWeight, depthWeight) ||
+      isAbsent(t.farUpper, distanceWeight, upperWeight) ||
+      isAbsent(t.farLower, distanceWeight, depthWeight))
+    return kNoTime;
+  const float time = t.bilinear(upperWeight, depthWeight, distanceWeight);
+  const bool hasSlowness = isDefined(t.nearLower) && isDefined(t.farLower);
+  const auto slowness = static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree);
+  return {finiteOr(time, kSacUndefinedFloat),
+          hasSlowness ? finiteOr(slowness * slownessFactor, kSacUndefinedFloat)
+                      : kSacUndefinedFloat};
+}
+
+void store(float* output, float value) {
+  if (output) *output = value;
 }
 
 }  // namespace
 
-void readJBPhase(const char* phase, std::int32_t capacity, float* table, std::int32_t* rows) {
-  readPhaseTable("", phase, kCannotOpen, kPhaseColumns, capacity, table, rows);
+void readJBPhase(TableFiles& files, const char* phase, std::int32_t capacity, float* table,
+                 std::int32_t* rows) {
+  readPhaseTable(files, "", phase, kCannotOpen, kPhaseColumns, capacity, table, rows);
+}
+
+void readJBTables(TableFiles& files, float* tp, float* ts) {
+  TravelTimeScanner file;
+  if (!files.openResource("jbtables", kCannotOpen, file)) return;
+  for (int line = 0; line < 4; ++line) file.nextLine(kLineLength);
+  if (!readBlock(files, file, "P times", kJBPRows * kColumns, tp)) return;
+  // The rest of the last P row's line, and the separator line.
+  for (int line = 0; line < 2; ++line) file.nextLine(kLineLength);
+  readBlock(files, file, "S times", kJBSRows * kColumns, ts);
 }
 
 void ReadJBTables(float* tp, float* ts) {
-  TravelTimeScanner file;
-  if (!file.openResource("jbtables")) {
-    std::fputs(kCannotOpen, stderr);
-    return;
-  }
-  for (int line = 0; line < 4; ++line) file.nextLine(kLineLength);
-  if (!readBlock(file, tp, kJBPRows * kColumns)) return;
-  // The rest of the last P row's line, and the separator line.
-  for (int line = 0; line < 2; ++line) file.nextLine(kLineLength);
-  readBlock(file, ts, kJBSRows * kColumns);
+  TableFiles files;
+  readJBTables(files, tp, ts);
 }
 
 void ReadJBTablePhase(const char* phase, float* table, std::int32_t* rows) {
-  readJBPhase(phase, kMaxRows, table, rows);
+  TableFiles files;
+  readJBPhase(files, phase, kMaxRows, table, rows);
 }
 
 void GetJBTimes(const float* tp, const float* ts, float* pTime, float* sTime, float* pSlowness,
                 float* sSlowness, float gcarc, float depth) {
-  SeismicPhase p{kSacUndefinedFloat, kSacUndefinedFloat}, s = p;
-  if (std::isfinite(gcarc) && gcarc < 108.0f && !std::isnan(depth)) {
+  SeismicPhase p = kNoTime, s = kNoTime;
+  if (tp && ts && gcarc >= 0.0f && gcarc < 108.0f && !std::isnan(depth)) {
     if (depth <= 0.0f) depth = 0.1f;
     if (depth > 761.0f) depth = 761.0f;
     if (gcarc == 0.0f) gcarc = 0.0001f;
     const bool halfDegrees = gcarc <= 11.0f;
     // The last row whose node is less than the distance.
-    const auto row = gcarc <= 0.0f    ? 0
-                     : gcarc <= 10.0f ? static_cast<std::size_t>(std::ceil(gcarc * 2.0f)) - 1
+    const auto row = gcarc <= 10.0f ? static_cast<std::size_t>(std::ceil(gcarc * 2.0f)) - 1
                                       : static_cast<std::size_t>(std::ceil(gcarc)) + 9;
     // The cell from 10 to 11 degrees is taken as half a degree wide: intended.
     const float step = halfDegrees ? 0.5f : 1.0f;
@@ -71,19 +101,19 @@ void GetJBTimes(const float* tp, const float* ts, float* pTime, float* sTime, fl
 
     const std::size_t column = columnAbove(kDepths, depth);
     const float depthWeight = (depth - kDepths[column]) / (kDepths[column + 1] - kDepths[column]);
+    // Rows are half a degree apart up to 10 degrees.
+    const float slownessFactor = gcarc < 10.0f ? 2.0f : 1.0f;
     const auto lookUp = [&](const float* table) {
-      auto phase =
-          interpolate(Corners::of(table, kColumns, row, column), depthWeight, distanceWeight);
-      if (gcarc < 10.0f) phase.slowness *= 2.0f;
-      return phase;
+      return interpolate(Corners::of(table, kColumns, row, column), depthWeight, distanceWeight,
+                         slownessFactor);
     };
     if (row + 1 < kJBPRows) p = lookUp(tp);
     s = lookUp(ts);
   }
-  *pTime = p.time;
-  *sTime = s.time;
-  *pSlowness = p.slowness;
-  *sSlowness = s.slowness;
+  store(pTime, p.time);
+  store(sTime, s.time);
+  store(pSlowness, p.slowness);
+  store(sSlowness, s.slowness);
 }
 
 void GetJBTimeSlowness(const char*, const float* table, std::int32_t rows, float* time,
@@ -92,17 +122,17 @@ void GetJBTimeSlowness(const char*, const float* table, std::int32_t rows, float
   if (depth > 715.0f) depth = 714.9f;
   if (gcarc == 0.0f) gcarc = 0.0001f;
   if (gcarc == 180.0f) gcarc = 179.9999f;
-  SeismicPhase found{kSacUndefinedFloat, kSacUndefinedFloat};
+  SeismicPhase found = kNoTime;
   const std::int32_t row = rowBefore(gcarc, rows);
-  if (row + 1 != rows && std::isfinite(gcarc) && !std::isnan(depth)) {
+  if (table && row + 1 != rows && gcarc >= 0.0f && std::isfinite(gcarc) && !std::isnan(depth)) {
     const std::size_t column = columnAbove(kPhaseDepths, depth);
     const float depthWeight =
         (depth - kPhaseDepths[column]) / (kPhaseDepths[column + 1] - kPhaseDepths[column]);
     found = interpolate(Corners::of(table, kPhaseColumns, static_cast<std::size_t>(row), column),
-                        depthWeight, gcarc - static_cast<float>(row));
+                        depthWeight, gcarc - static_cast<float>(row), 1.0f);
   }
-  *time = found.time;
-  *slowness = found.slowness;
+  store(time, found.time);
+  store(slowness, found.slowness);
 }
 
 }  // namespace krosac

@@ -11,6 +11,7 @@
 
 namespace krosac {
 
+// tableForPhase changes nothing: threads may share one list once it is complete.
 class KROSAC_API LocsatTTController : public Object {
  public:
   // Makes the list empty. Returns the object.

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <memory>
 
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 #include "krosac/traveltimes/internal/Tables.h"
-#include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
 namespace krosac {
 namespace {
@@ -22,12 +22,18 @@ std::size_t nodeCount(std::string_view line, std::size_t limit) {
   return read.ec == std::errc() && count <= limit ? count : 0;
 }
 
-bool readNodes(TravelTimeScanner& file, float* nodes, std::size_t count) {
+// Reads the number of nodes and the nodes. Returns their number, or 0 on failure.
+std::size_t readNodes(TableFiles& files, TravelTimeScanner& file, const char* kind, float* nodes,
+                      std::size_t limit) {
+  const std::size_t count = nodeCount(file.nextLine(kLineLength), limit);
+  if (count == 0) files.reportBadCount(file, kind, limit);
   for (std::size_t i = 0; i < count; ++i) {
-    if (!file.nextFloat(nodes[i])) return false;
+    if (file.nextFloat(nodes[i])) continue;
+    files.reportDamage(file, kind, count, i);
+    return 0;
   }
   file.nextLine(kLineLength);
-  return count > 0;
+  return count;
 }
 
 bool readTime(TravelTimeScanner& file, float& time) {
@@ -54,22 +60,22 @@ Ref<Object> LocsatTTTable::init() {
   return Object::init();
 }
 
-bool LocsatTTTable::read(const char* path, Nodes& nodes) {
+bool LocsatTTTable::read(const std::string& path, Nodes& nodes) {
+  TableFiles files;
   TravelTimeScanner file;
-  if (!file.open(path)) return false;
+  if (!files.open(path, file)) return false;
   file.nextLine(kLineLength);
-  const std::size_t depths = nodeCount(file.nextLine(kLineLength), kDepths);
-  if (!readNodes(file, nodes.depths, depths)) return false;
-  const std::size_t gcarcs = nodeCount(file.nextLine(kLineLength), kGcarcs);
-  if (!readNodes(file, nodes.gcarcs, gcarcs)) return false;
+  const std::size_t depths = readNodes(files, file, "depths", nodes.depths, kDepths);
+  if (depths == 0) return false;
+  const std::size_t gcarcs = readNodes(files, file, "distances", nodes.gcarcs, kGcarcs);
+  if (gcarcs == 0) return false;
   // Rows are stored with the file's number of distances as stride, but looked up with 207:
   // intended.
-  float* time = nodes.times;
-  for (std::size_t i = 0; i < depths; ++i) {
-    file.nextLine(kLineLength);
-    for (std::size_t k = 0; k < gcarcs; ++k) {
-      if (!readTime(file, *time++)) return false;
-    }
+  for (std::size_t i = 0; i < depths * gcarcs; ++i) {
+    if (i % gcarcs == 0) file.nextLine(kLineLength);
+    if (readTime(file, nodes.times[i])) continue;
+    files.reportDamage(file, "times", depths * gcarcs, i);
+    return false;
   }
   return true;
 }
@@ -77,7 +83,8 @@ bool LocsatTTTable::read(const char* path, Nodes& nodes) {
 void LocsatTTTable::loadTimesFromPath(const std::string& path) {
   hasTimes_ = false;
   const std::unique_ptr<Nodes> nodes(new (std::nothrow) Nodes{});
-  if (!nodes || !read(path.c_str(), *nodes)) return;
+  if (!nodes) return setReason("out of memory");
+  if (!read(path, *nodes)) return;
   nodes_ = *nodes;
   hasTimes_ = true;
 }
@@ -104,9 +111,10 @@ SeismicPhaseTimeSlowness LocsatTTTable::GetTTimeSlownessesForGCARC_Depth(float g
   // Each row's difference has the weight of the other row: intended.
   const double perDegree = ((d01 - d00) * fz + (d11 - d10) * (1 - fz)) / (gB - gA);
   const double perKm = ((d01 - d11) * fg + (d00 - d10) * (1 - fg)) / (zA - zB);
-  return {static_cast<float>(time),
-          static_cast<float>(static_cast<float>(perDegree) / kKilometresPerDegree),
-          static_cast<float>(perKm)};
+  // Unused nodes divide by 0.
+  return {finiteOr(static_cast<float>(time), -1.0f),
+          finiteOr(static_cast<float>(static_cast<float>(perDegree) / kKilometresPerDegree), -1.0f),
+          finiteOr(static_cast<float>(perKm), -1.0f)};
 }
 
 std::vector<LocsatTTValue> LocsatTTTable::listValuesForDistanceFrom_To_Step_SrcDepth(

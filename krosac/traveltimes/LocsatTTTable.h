@@ -21,6 +21,7 @@ struct LocsatTTValue {
 };
 
 // Travel times of one or more phases at up to 40 depths and 207 distances, and the phase names.
+// Look-ups change nothing: threads may share one object after loading.
 class KROSAC_API LocsatTTTable : public Object {
  public:
   // The largest numbers of nodes.
@@ -32,16 +33,17 @@ class KROSAC_API LocsatTTTable : public Object {
   // Reads a table. Its lines are: a title; the number of depths; the depths (km, ascending); the
   // number of distances; the distances (degrees, ascending); then for each depth a comment line and
   // one line per distance that begins with the time (s), negative where there is none. A line of
-  // more than 127 characters counts as several. hasTimes() reports success. A file that is missing,
-  // malformed, truncated, or has more than 40 depths or 207 distances leaves the times unchanged.
-  // Unused nodes are set to 0.
+  // more than 127 characters counts as several. hasTimes() reports success, lastReason() the line
+  // of a fault. A file that is missing, malformed, truncated, or has more than 40 depths or 207
+  // distances leaves the times unchanged. Unused nodes are set to 0.
   void loadTimesFromPath(const std::string& path);
 
   // Returns the time (s), slowness and depth derivative (s/km) at the absolute values of a distance
   // (degrees) and depth (km) by bilinear interpolation. Two oddities are intended: times are
   // addressed with 207 distances per depth even if the file has fewer, and the slowness swaps the
   // weights of the two depths. Each field is -1.0 beyond node 40 in depth or node 207 in distance
-  // (both are 0 if the file has fewer), where one of the four times is negative, and for NaN.
+  // (both are 0 if the file has fewer), where one of the four times is negative, for NaN, and where
+  // it would not be finite, as at the origin of a table with a single depth.
   SeismicPhaseTimeSlowness GetTTimeSlownessesForGCARC_Depth(float gcarc, float depth) const;
 
   // Returns the values at `from`, from + step, ..., `to` (degrees) for one depth (km). `to` is
@@ -71,7 +73,7 @@ class KROSAC_API LocsatTTTable : public Object {
     float depths[kDepths];
     float gcarcs[kGcarcs];
   };
-  static bool read(const char* path, Nodes& nodes);
+  static bool read(const std::string& path, Nodes& nodes);
 
   Nodes nodes_{};
   OptionalText phases_;

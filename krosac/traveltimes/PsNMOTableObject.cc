@@ -1,9 +1,8 @@
 #include "krosac/traveltimes/PsNMOTableObject.h"
 
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
-#include "krosac/platform/Numbers.h"
 #include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
@@ -27,12 +26,17 @@ struct Bracket {
     return true;
   }
 
+  // NaN if one of the curves has no value.
   float bilinear(float (*convert)(float, PsNMO), float value, float srcdepth, float gcarc,
                  float depthStep) const {
+    const auto on = [&](const PsNMO* curve) {
+      const float converted = convert(value, *curve);
+      return isDefined(converted) ? converted : std::numeric_limits<float>::quiet_NaN();
+    };
     const float bWeight = (gcarc - a->gcarc) / (b->gcarc - a->gcarc);
     const float aWeight = (b->gcarc - gcarc) / (b->gcarc - a->gcarc);
-    const float shallow = convert(value, *a) * aWeight + convert(value, *b) * bWeight;
-    const float deep = convert(value, *c) * aWeight + convert(value, *d) * bWeight;
+    const float shallow = on(a) * aWeight + on(b) * bWeight;
+    const float deep = on(c) * aWeight + on(d) * bWeight;
     return (c->srcdepth - srcdepth) / depthStep * shallow +
            (srcdepth - a->srcdepth) / depthStep * deep;
   }
@@ -70,7 +74,8 @@ float PsNMOTableObject::bilinearTimeFromDepth_SrcDepth_Gcarc(float depth, float 
   Bracket bracket;
   if (!(depth > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kSacUndefinedFloat;
   const float depthStep = bracket.c->srcdepth - bracket.a->srcdepth;
-  return bracket.bilinear(timeFromDepth, depth, srcdepth, gcarc, depthStep);
+  return finiteOr(bracket.bilinear(timeFromDepth, depth, srcdepth, gcarc, depthStep),
+                  kSacUndefinedFloat);
 }
 
 }  // namespace krosac

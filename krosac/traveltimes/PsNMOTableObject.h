@@ -7,10 +7,12 @@
 
 namespace krosac {
 
+// Look-ups change nothing: threads may share one object after init.
 class KROSAC_API PsNMOTableObject : public Object {
  public:
   // Reads the curves from the library's data file PsNMO.txt. If it cannot be opened, prints a
-  // message on standard error and leaves the curves zero.
+  // message on standard error and leaves the curves zero. lastReason() reports a missing or damaged
+  // file.
   Ref<Object> init() override;
 
   // Returns a copy of the curve nearest to a source depth (km) and distance (degrees). Outside 0 to
@@ -19,8 +21,8 @@ class KROSAC_API PsNMOTableObject : public Object {
 
   // Returns the delay (s) of a conversion at a depth (km) by bilinear interpolation between the
   // four curves around a source depth (km) and distance (degrees). Returns 0 for a depth of 0, and
-  // -12345.0 for a negative depth, for NaN and outside the grid of the curves, whose edges at 700
-  // km and 95 degrees belong to it.
+  // -12345.0 for a negative depth, for NaN, where a curve has no value, and outside the grid of the
+  // curves, whose edges at 700 km and 95 degrees belong to it.
   float bilinearTimeFromDepth_SrcDepth_Gcarc(float depth, float srcdepth, float gcarc) const;
 
   // Returns the conversion depth (km) of a delay (s) in the same way, except that the weights of

@@ -25,8 +25,9 @@ typedef struct PsNMO {
 // Reads up to 210 curves of the resource `name`.txt into `curves` (210 records) in file order, and
 // stores the number of curves minus one in `count`: 209 for a full file. A curve consists of a
 // one-character tag, the source depth, the distance, the time and ray parameter of P, and up to 77
-// triples z, t, p. Reading stops at the first text that does not begin a curve. If the file cannot
-// be opened, prints a message on standard error and changes nothing.
+// triples z, t, p. Reading stops at the first text that does not begin a curve; lastReason()
+// reports the line if there are fewer than 210. If the file cannot be opened or the name is null,
+// prints a message on standard error and changes nothing. A null output is skipped.
 KROSAC_API void ReadPsDelayTable(const char* name, PsNMO* curves, int32_t* count);
 
 // Returns the index of the curve nearest to a source depth (km) and distance (degrees), rounding
@@ -42,8 +43,8 @@ KROSAC_API int32_t psNMOCurveIndexClosestButShallowerThan(float srcdepth);
 KROSAC_API int32_t psNMOCurveIndexClosestButLessThan(float gcarc);
 
 // Returns the conversion depth (km) of a delay (s) by linear interpolation along one curve, or by
-// extrapolation from the two points at its end. Returns 0 for 0, and -12345.0 for a negative delay
-// or NaN.
+// extrapolation from the two points at its end. Returns 0 for 0, and -12345.0 for a negative delay,
+// for NaN, and beyond the last point of a curve of fewer than 77.
 KROSAC_API float depthFromTime(float time, PsNMO curve);
 
 // Returns the delay (s) of a conversion depth (km) in the same way.

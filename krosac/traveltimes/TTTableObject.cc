@@ -32,9 +32,10 @@ void TTTableObject::eachTable(Self& self, Visit visit) {
 }
 
 Ref<Object> TTTableObject::init() {
-  eachTable(*this, [](PhaseKey, const char* phase, auto& table, std::int32_t& rows) {
-    const auto capacity = static_cast<std::int32_t>(std::size(table)) / kTTColumns;
-    readTTPhase("iasp91_", phase, capacity, table, &rows);
+  TableFiles files;
+  eachTable(*this, [&](PhaseKey, const char* phase, auto& table, std::int32_t& rows) {
+    const auto capacity = static_cast<std::int32_t>(std::size(table) / kTTColumns);
+    readTTPhase(files, "iasp91_", phase, capacity, table, &rows);
   });
   return Object::init();
 }

@@ -24,19 +24,22 @@ namespace krosac {
   float t##phase##_[capacity * 18]{};    \
   std::int32_t n##phase##_ = 0;
 
+// Look-ups change nothing: threads may share one object after init.
 class KROSAC_API TTTableObject : public Object {
  public:
   // Reads the nineteen tables from the library's data files "iasp91_...". Rows beyond an array's
   // end are ignored. If a file cannot be opened, prints a message on standard error and leaves that
-  // table zero.
+  // table zero. lastReason() reports the last file that is missing or damaged, or files from
+  // different folders.
   Ref<Object> init() override;
 
   // Returns the time (s) and slowness (s/km) of a phase at a distance (degrees) and source depth
-  // (km), computed by GetTTTimeSlowness. The phase, in any case, is one of "p", "s", "pp", "ss",
-  // "sp", "ps", "pcp", "scs", "pcs", "scp", "sksac", "sksdf", "pkpab", "pkpdf", "pklikp" (the
-  // inner-core arrival, reflected at short distances), or a depth phase: "lpp", "lsp", "lss", "lps"
-  // (pP, sP, sS, pS). Each field is -12345.0 outside the table and for any other name. "p" uses the
-  // row count of the S table (intended).
+  // (km), computed by GetTTTimeSlowness. The phase is one of "p", "s", "pp", "ss", "sp", "ps",
+  // "pcp", "scs", "pcs", "scp", "sksac", "sksdf", "pkpab", "pkpdf", "pklikp" (the inner-core
+  // arrival, reflected at short distances), or a depth phase: "lpp", "lsp", "lss", "lps" (pP, sP,
+  // sS, pS). Case is ignored, so "pP" is PP. Each field is -12345.0 where there is no time, at
+  // distances outside the table and for any other name; depths are clamped to the table. "p" uses
+  // the row count of the S table (intended).
   SeismicPhase GetTTPhase_GCARC_Depth(std::string_view phase, float gcarc, float depth) const;
 
   // Returns the time (s), slowness and depth derivative (s/km), computed by GetTTTimeSlownesses, in

@@ -21,11 +21,11 @@ TEST(JBTables, InterpolatesPAndS) {
   // Rows are half a degree apart up to 10 degrees, where the slowness is no longer doubled. The
   // cell from 10 to 11 degrees is taken as half a degree wide.
   const float cases[][4] = {
-      {0, 0, 100.026f, kSlow},     {9.9f, 100, 224, kSlow},         {-1, 40, 100, kSlow},
+      {0, 0, 100.026f, kSlow},     {9.9f, 100, 224, kSlow},         {-1, 40, kNone, kNone},
       {10, 40, 210, kSlow / 2},    {10.25f, 40, 215, kSlow},        {11, 40, 230, kSlow},
       {11.5f, 33, 223.25f, kSlow}, {60, kInfinity, 890.25f, kSlow}, {50, kNaN, kNone, kNone},
       {107, -5, 1170.025f, kSlow}, {107.9f, 0, 1179.025f, kSlow},   {108, 0, kNone, kNone},
-      {kNaN, 0, kNone, kNone},     {-kInfinity, 0, kNone, kNone}};
+      {kNaN, 0, kNone, kNone},     {-12345, 0, kNone, kNone}};
   for (const auto& [gcarc, depth, time, slowness] : cases) {
     SCOPED_TRACE(testing::Message() << gcarc << " degrees, " << depth << " km");
     SeismicPhase p, s;
@@ -48,7 +48,7 @@ TEST(JBTables, InterpolatesPhaseTables) {
     for (const float z : kPhaseDepths) table.push_back(100 + 10 * row + z / 4);
   const float cases[][4] = {
       {101, 0, 0, 100.026f},   {101, 99.9f, 800, 1277.725f}, {101, 100, 0, 1100.025f},
-      {101, 100.1f, 0, kNone}, {181, 180, 0, 1900.024f},     {101, -1, 0, 90.025f},
+      {101, 100.1f, 0, kNone}, {181, 180, 0, 1900.024f},     {101, -1, 0, kNone},
       {101, 50, kNaN, kNone},  {0, 0.5f, 0, 105.025f},       {2e9f, 2e9f, 0, kNone}};
   float time, slowness;
   for (const auto& [rows, gcarc, depth, expected] : cases) {
@@ -63,6 +63,22 @@ TEST(JBTables, InterpolatesPhaseTables) {
   table[1] -= 7;
   GetJBTimeSlowness("pp", table.data(), 2, &time, &slowness, 0.5f, 0.0f);
   EXPECT_NEAR(slowness, 17 / 111.19, 1e-7) << "of the deeper column";
+}
+
+TEST(JBTables, AbsentNodesHaveNoTime) {
+  std::vector<float> table(4 * 13);
+  for (std::size_t i = 0; i < table.size(); ++i) table[i] = 100.0f + float(i / 13) + float(i % 13);
+  table[1 * 13 + 1] = kNone;  // at 1 degree, 25 km
+  const float cases[][4] = {{0.5f, 10, kNone, kNone},    {1.5f, 10, kNone, kNone},
+                            {1.0f, 24.9f, kNone, kNone}, {1.5f, 64.9f, kNone, kNone},
+                            {1.0f, 25, kNone, kNone},    {2, 25, 103, kNone},
+                            {0.5f, 65, 102.5f, 1},       {1.5f, 65, 103.5f, 1}};
+  for (const auto& [gcarc, depth, expectedTime, rowDifference] : cases) {
+    float time, slowness;
+    GetJBTimeSlowness("pp", table.data(), 4, &time, &slowness, gcarc, depth);
+    EXPECT_EQ(time, expectedTime) << gcarc << " degrees, " << depth << " km";
+    EXPECT_EQ(slowness, rowDifference == kNone ? kNone : float(rowDifference / 111.19));
+  }
 }
 
 std::string numbers(int count, int from = 0) {

@@ -66,6 +66,14 @@ TEST(TableData, AgreesWithAnotherProgram) {
   expectTimes(kJeffreysBullenTimes, [&](const std::string& phase, float gcarc, float depth) {
     return jeffreysBullen->GetJBPhase_GCARC_Depth(phase, gcarc, depth);
   });
+  // Cells at the end of a branch mix no times with absent nodes.
+  for (float gcarc = 0.03f; gcarc < 180; gcarc += 0.61f)
+    for (float depth = 0; depth < 720; depth += 7.7f) {
+      const auto pp = jeffreysBullen->GetJBPhase_GCARC_Depth("PP", gcarc, depth);
+      const float p = jeffreysBullen->GetJBPhase_GCARC_Depth("P", gcarc / 2, depth).time;
+      EXPECT_TRUE(pp.time == -12345 ? pp.slowness == -12345 : pp.time > p && pp.slowness > 0)
+          << gcarc << " degrees, " << depth << " km: " << pp.time;
+    }
 }
 
 // Tests one column of each file, cycling through the columns.

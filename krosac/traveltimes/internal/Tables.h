@@ -6,33 +6,72 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "krosac/platform/Numbers.h"
+#include "krosac/traveltimes/internal/TravelTimeScanner.h"
 
 namespace krosac {
 
 // Sizes of the grids. The depths of the Jeffreys-Bullen tables are in JBTables.cc, those of the
 // IASP91 tables in TTTables.cc.
 inline constexpr std::size_t kJBPRows = 118, kJBSRows = 120;
-inline constexpr std::int32_t kTTColumns = 18;
+inline constexpr std::size_t kTTColumns = 18;
 inline constexpr std::int32_t kPsNMODepths = 15, kPsNMODistances = 14;
 inline constexpr std::int32_t kPsNMOCurves = kPsNMODepths * kPsNMODistances;
 
 // The plain functions read at most this many rows of a phase file.
 inline constexpr std::int32_t kMaxRows = 360;
 
-// ReadJBTablePhase and ReadTTTablePhase for an array of `capacity` rows.
-void readJBPhase(const char* phase, std::int32_t capacity, float* table, std::int32_t* rows);
-void readTTPhase(const char* prefix, const char* phase, std::int32_t capacity, float* table,
+// Opens the table files of one operation and sets lastReason() for it: why the last refused file
+// could not be opened or is damaged, else that the files come from different folders, else empty.
+class TableFiles {
+ public:
+  TableFiles();
+  ~TableFiles();
+  TableFiles(const TableFiles&) = delete;
+  TableFiles& operator=(const TableFiles&) = delete;
+
+  // Opens the file of a path.
+  bool open(const std::string& path, TravelTimeScanner& file);
+
+  // Opens the resource `name`.txt. On failure, prints `message` on standard error.
+  bool openResource(const char* name, const char* message, TravelTimeScanner& file);
+
+  // Reports that the open file is damaged at its current line: of `needed` things of this kind it
+  // has `found`.
+  void reportDamage(const TravelTimeScanner& file, const char* kind, std::size_t needed,
+                    std::size_t found);
+  // Reports that the current line does not begin with a number of these things from 1 to `limit`.
+  void reportBadCount(const TravelTimeScanner& file, const char* kind, std::size_t limit);
+
+ private:
+  void keepReason();
+
+  char reason_[1024] = "";
+  std::string path_, folder_, otherFolder_;
+};
+
+// The readers of the plain functions for arrays of `capacity` rows. A null array or count is
+// skipped.
+void readJBTables(TableFiles& files, float* tp, float* ts);
+void readJBPhase(TableFiles& files, const char* phase, std::int32_t capacity, float* table,
                  std::int32_t* rows);
+void readTTPhase(TableFiles& files, const char* prefix, const char* phase, std::int32_t capacity,
+                 float* table, std::int32_t* rows);
 
 // Reads the resource named by prefix and phase, joined and in lower case. A row of the file is a
 // distance, which is ignored, and `columns` numbers. Stops at the first number that does not
 // convert or after `capacity` rows; stores and counts complete rows only. If the file cannot be
 // opened, prints `message` on standard error and changes nothing.
-void readPhaseTable(const char* prefix, const char* phase, const char* message,
-                    std::int32_t columns, std::int32_t capacity, float* table, std::int32_t* rows);
+void readPhaseTable(TableFiles& files, const char* prefix, const char* phase, const char* message,
+                    std::size_t columns, std::int32_t capacity, float* table, std::int32_t* rows);
+
+// The value if it is finite, else `absent`.
+inline float finiteOr(float value, float absent) {
+  return std::isfinite(value) ? value : absent;
+}
 
 // A phase name of at most eight characters in lower case, packed into one integer for comparison.
 // Longer names equal no key.

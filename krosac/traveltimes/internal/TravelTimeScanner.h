@@ -10,10 +10,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string_view>
 
-#include "krosac/platform/Resources.h"
 #include "krosac/platform/internal/RegularFile.h"
 #include "krosac/platform/internal/Text.h"
 
@@ -75,12 +73,12 @@ class TravelTimeScanner {
     return file_ >= 0;
   }
 
-  // Opens the resource `name`.txt. Returns false if its path has more than 1023 characters.
-  bool openResource(const char* name) noexcept try {
-    const auto path = pathForResource(name, "txt");
-    return path && path->size() < 1024 && open(path->c_str());
-  } catch (const std::bad_alloc&) {
-    return false;
+  // True after a read that failed for want of further characters.
+  bool atEnd() const { return at_ == end_; }
+
+  // The number of the line, from 1, where the last read began after its white space.
+  std::size_t line() const {
+    return 1 + linesBefore_ + static_cast<std::size_t>(std::count(chunk_, lastRead_, '\n'));
   }
 
   // Skips white space, including line breaks, and reads a number. If there is none, returns false
@@ -88,6 +86,7 @@ class TravelTimeScanner {
   bool nextFloat(float& value) {
     skipWhiteSpace();
     have(kLongestNumber);
+    lastRead_ = at_;
     const char* const end = scanFloat(at_, value);
     if (end == at_ || end - at_ >= static_cast<std::ptrdiff_t>(kLongestNumber)) return false;
     at_ = end;
@@ -97,6 +96,7 @@ class TravelTimeScanner {
   // Skips white space and one further character. Returns false at the end of the file.
   bool skipCharacter() {
     skipWhiteSpace();
+    lastRead_ = at_;
     if (at_ == end_) return false;
     ++at_;
     return true;
@@ -106,6 +106,7 @@ class TravelTimeScanner {
   // line counts as several. Empty at the end of the file. Valid until the next call.
   std::string_view nextLine(std::size_t limit) {
     have(limit);
+    lastRead_ = at_;
     const std::size_t length = std::min(limit, static_cast<std::size_t>(end_ - at_));
     const void* const lineBreak = length ? std::memchr(at_, '\n', length) : nullptr;
     const char* const end = lineBreak ? static_cast<const char*>(lineBreak) + 1 : at_ + length;
@@ -129,6 +130,8 @@ class TravelTimeScanner {
   }
 
   void refill() {
+    linesBefore_ +=
+        static_cast<std::size_t>(std::count(static_cast<const char*>(chunk_), at_, '\n'));
     const std::size_t kept = static_cast<std::size_t>(end_ - at_);
     std::memmove(chunk_, at_, kept);
     char* end = chunk_ + kept;
@@ -141,7 +144,7 @@ class TravelTimeScanner {
         atEnd_ = true;
     }
     *end = '\0';
-    at_ = chunk_;
+    at_ = lastRead_ = chunk_;
     end_ = end;
   }
 
@@ -149,8 +152,10 @@ class TravelTimeScanner {
 
   int file_ = -1;
   bool atEnd_ = false;
+  std::size_t linesBefore_ = 0;  // line breaks before the chunk
   const char* at_ = chunk_;
   const char* end_ = chunk_;
+  const char* lastRead_ = chunk_;
   char chunk_[kChunk + 1];
 };
 
