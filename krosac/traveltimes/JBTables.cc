@@ -30,25 +30,38 @@ bool readBlock(TableFiles& files, TravelTimeScanner& file, const char* kind, std
   return true;
 }
 
-// Time and slowness between the four corners, the row difference times `slownessFactor`. There is no
-// time if a corner of non-zero weight is absent, and no slowness if one of its two corners is.
-SeismicPhase interpolate(const Corners& t, float depthWeight, float distanceWeight,
-                         float slownessFactor) {
-  const float upperWeight = 1.0f - depthWeight, nearWeight = 1.0f - distanceWeight;
-  const auto isAbsent = [](float node, float weight1, float weight2) {
-    return !isDefined(node) && weight1 != 0.0f && weight2 != 0.0f;
+bool isAbsent(float node) {
+  return !isDefined(node);
+}
+
+// What interpolate returns where a corner is absent or a result is not finite. There is no time if a
+// corner of non-zero weight is absent, and no slowness if one of its two corners is.
+SeismicPhase present(const Corners& t, float upperWeight, float lowerWeight, float nearWeight,
+                     float farWeight, const SeismicPhase& found) {
+  const auto needsAbsent = [&](float upper, float lower) {
+    return (isAbsent(upper) && upperWeight != 0.0f) || (isAbsent(lower) && lowerWeight != 0.0f);
   };
-  if (isAbsent(t.nearUpper, nearWeight, upperWeight) ||
-      isAbsent(t.nearLower, nearWeight, depthWeight) ||
-      isAbsent(t.farUpper, distanceWeight, upperWeight) ||
-      isAbsent(t.farLower, distanceWeight, depthWeight))
-    return kNoTime;
-  const float time = t.bilinear(upperWeight, depthWeight, distanceWeight);
-  const bool hasSlowness = isDefined(t.nearLower) && isDefined(t.farLower);
+  if (nearWeight != 0.0f && needsAbsent(t.nearUpper, t.nearLower)) return kNoTime;
+  if (farWeight != 0.0f && needsAbsent(t.farUpper, t.farLower)) return kNoTime;
+  const bool noSlowness = isAbsent(t.nearLower) || isAbsent(t.farLower);
+  return {finiteOr(found.time, kSacUndefinedFloat),
+          noSlowness ? kSacUndefinedFloat : finiteOr(found.slowness, kSacUndefinedFloat)};
+}
+
+// Time and slowness between the four corners; the slowness is the row difference times
+// `slownessFactor`.
+inline SeismicPhase interpolate(const Corners& t, float lowerWeight, float farWeight,
+                                float slownessFactor) {
+  const float upperWeight = 1.0f - lowerWeight;
   const auto slowness = static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree);
-  return {finiteOr(time, kSacUndefinedFloat),
-          hasSlowness ? finiteOr(slowness * slownessFactor, kSacUndefinedFloat)
-                      : kSacUndefinedFloat};
+  const SeismicPhase found{t.bilinear(upperWeight, lowerWeight, farWeight),
+                           slowness * slownessFactor};
+  // A single branch for the usual case.
+  const bool anyAbsent = isAbsent(t.nearUpper) | isAbsent(t.nearLower) | isAbsent(t.farUpper) |
+                         isAbsent(t.farLower);
+  if (anyAbsent | !std::isfinite(found.time + found.slowness)) [[unlikely]]
+    return present(t, upperWeight, lowerWeight, 1.0f - farWeight, farWeight, found);
+  return found;
 }
 
 void store(float* output, float value) {

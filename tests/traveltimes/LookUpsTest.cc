@@ -19,8 +19,8 @@ class Arguments {
  public:
   // A node, a limit, an extreme or a number in between.
   float next() {
-    constexpr float kSpecial[] = {0,   -0.0f, 1e-40f, -1e-40f, 1e-4f, 1,    25,   30,     33,
-                                  95,  108,   180,    700,     715,   761,  800,  -12345, -1,
+    constexpr float kSpecial[] = {0,   -0.0f, 1e-40f, -1e-40f, 1e-4f, 1,     25,   30,     33,
+                                  95,  108,   180,    700,     715,   761,   800,  -12345, -1,
                                   1e9, -1e9f, 3e38f,  -3e38f,  150,   1e-9f, 0.5f, 10,     11};
     return random_() % 3 == 0 ? kSpecial[random_() % std::size(kSpecial)]
                               : std::uniform_real_distribution<float>(-20, 900)(random_);
@@ -39,9 +39,9 @@ void expectFinite(std::initializer_list<float> values, const char* what, float a
     ASSERT_TRUE(std::isfinite(value)) << what << " at " << a << ", " << b;
 }
 
-constexpr const char* kPhases[] = {"p",   "s",   "pp",    "ss",    "sp",    "ps",    "pcp",
-                                   "scs", "pcs", "scp",   "sksac", "sksdf", "pkpab", "pkpdf",
-                                   "lpp", "lsp", "lss",   "lps",   "pklikp"};
+constexpr const char* kPhases[] = {"p",   "s",   "pp",  "ss",    "sp",    "ps",    "pcp",
+                                   "scs", "pcs", "scp", "sksac", "sksdf", "pkpab", "pkpdf",
+                                   "lpp", "lsp", "lss", "lps",   "pklikp"};
 
 TEST(LookUps, AreFinite) {
   const TableFolder folder;

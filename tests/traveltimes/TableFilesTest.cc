@@ -51,11 +51,13 @@ TEST(TableFiles, ReasonsOfDamage) {
       {readPhase, "pp.txt", rows(7) + "\n?" + rows(1),
        ", line 9: 14 numbers in a row needed, 0 found"},
       {readTT, "iasp91_p.txt", rows(300), ", line 301: 19 numbers in a row needed, 1 found"},
-      {readPs, "PsNMO.txt", "> 0 30 500 0.06\n0 0 0\n10 1 0\n>", ", line 4: 210 curves needed, 1 found"},
+      {readPs, "PsNMO.txt", "> 0 30 500 0.06\n0 0 0\n10 1 0\n>",
+       ", line 4: 210 curves needed, 1 found"},
       {readLocsat, "own.txt", nodes + "d\n1\n2\n3\nd\n4\n5\n6\n", ""},
       {readLocsat, "own.txt", "title\n41\n", ", line 2: number of depths from 1 to 40 needed"},
       {readLocsat, "own.txt", "title\n3\n1 2\nx\n", ", line 4: 3 depths needed, 2 found"},
-      {readLocsat, "own.txt", nodes + "d\n1\n2\n3\nd\n4\nP\n", ", line 13: 6 times needed, 4 found"},
+      {readLocsat, "own.txt", nodes + "d\n1\n2\n3\nd\n4\nP\n",
+       ", line 13: 6 times needed, 4 found"},
   };
   for (const auto& [read, file, text, reason] : cases) {
     const std::string path = folder.write(file, text);
