@@ -35,26 +35,26 @@ Ref<Dislocation> Dislocation::initWithSDR(float strike, float dip, float rake) {
   strike_ = strike;
   dip_ = dip;
   rake_ = rake;
-  computeFromAngles();
+  angleChanged();
   return Ref<Dislocation>(this);
 }
 
 void Dislocation::SetStrike(float degrees) {
   strike_ = degrees;
-  computeFromAngles();
+  angleChanged();
 }
 
 void Dislocation::SetDip(float degrees) {
   dip_ = degrees;
-  computeFromAngles();
+  angleChanged();
 }
 
 void Dislocation::SetRake(float degrees) {
   rake_ = degrees;
-  computeFromAngles();
+  angleChanged();
 }
 
-void Dislocation::computeFromAngles() {
+void Dislocation::angleChanged() {
   computeCSs();
   ComputeVectorsFromAngles();
   ComputeAuxillaryPlaneAngles();

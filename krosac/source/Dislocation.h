@@ -104,7 +104,7 @@ class KROSAC_API Dislocation : public Object {
  private:
   struct Ray;
   Ray rayTo(float azimuth, float rayParameter, float velocity) const;
-  void computeFromAngles();
+  void angleChanged();
 
   double strike_ = 0.0, dip_ = 0.0, rake_ = 0.0;
   double astrike_ = 0.0, adip_ = 0.0, arake_ = 0.0;

@@ -60,7 +60,7 @@ Ref<Object> LocsatTTTable::init() {
   return Object::init();
 }
 
-bool LocsatTTTable::read(const std::string& path, Nodes& nodes) {
+bool LocsatTTTable::read(const char* path, Nodes& nodes) {
   TableFiles files;
   TravelTimeScanner file;
   if (!files.open(path, file)) return false;
@@ -84,7 +84,7 @@ void LocsatTTTable::loadTimesFromPath(const std::string& path) {
   hasTimes_ = false;
   const std::unique_ptr<Nodes> nodes(new (std::nothrow) Nodes{});
   if (!nodes) return setReason("out of memory");
-  if (!read(path, *nodes)) return;
+  if (!read(path.c_str(), *nodes)) return;
   nodes_ = *nodes;
   hasTimes_ = true;
 }

@@ -73,7 +73,7 @@ class KROSAC_API LocsatTTTable : public Object {
     float depths[kDepths];
     float gcarcs[kGcarcs];
   };
-  static bool read(const std::string& path, Nodes& nodes);
+  static bool read(const char* path, Nodes& nodes);
 
   Nodes nodes_{};
   OptionalText phases_;

@@ -46,31 +46,36 @@ void TableFiles::keepReason() {
   std::snprintf(reason_, sizeof reason_, "%s", lastReason());
 }
 
-bool TableFiles::open(const std::string& path, TravelTimeScanner& file) {
+bool TableFiles::open(const char* path, TravelTimeScanner& file) noexcept {
   errno = 0;
-  if (file.open(path.c_str())) {
-    path_ = path;
-    return true;
+  if (file.open(path)) {
+    try {
+      path_ = path;
+      return true;
+    } catch (const std::bad_alloc&) {
+      setReason("out of memory");
+    }
+  } else if (errno != 0) {
+    setSystemReason(path);
+  } else {
+    setReason("%s: not a regular file", path);
   }
-  if (errno != 0)
-    setSystemReason(path.c_str());
-  else
-    setReason("%s: not a regular file", path.c_str());
   keepReason();
   return false;
 }
 
-bool TableFiles::openResource(const char* name, const char* message, TravelTimeScanner& file) {
+bool TableFiles::openResource(const char* name, const char* message,
+                              TravelTimeScanner& file) noexcept {
   clearReason();
   try {
     const auto path = name ? pathForResource(name, "txt") : std::nullopt;
-    if (path && open(*path, file)) {
+    if (path && open(path->c_str(), file)) {
       const std::string folder = path->substr(0, path->rfind('/'));
       if (folder_.empty()) folder_ = folder;
       if (folder != folder_) otherFolder_ = folder;
       return true;
     }
-    if (!lastReason()[0]) setReason("%s.txt: data file not found", name ? name : "");
+    if (!lastReason()[0]) setReason("%s.txt: data file not found", name ? name : "(null)");
   } catch (const std::bad_alloc&) {
     setReason("out of memory");
   }

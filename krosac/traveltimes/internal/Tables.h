@@ -34,10 +34,10 @@ class TableFiles {
   TableFiles& operator=(const TableFiles&) = delete;
 
   // Opens the file of a path.
-  bool open(const std::string& path, TravelTimeScanner& file);
+  bool open(const char* path, TravelTimeScanner& file) noexcept;
 
   // Opens the resource `name`.txt. On failure, prints `message` on standard error.
-  bool openResource(const char* name, const char* message, TravelTimeScanner& file);
+  bool openResource(const char* name, const char* message, TravelTimeScanner& file) noexcept;
 
   // Reports that the open file is damaged at its current line: of `needed` things of this kind it
   // has `found`.
