@@ -1,4 +1,4 @@
-# Writes (ACTION=write) or checks (ACTION=check) SHA256SUMS, the checksums of the text files of the working directory.
+# Writes (ACTION=write) or checks (ACTION=check) SHA256SUMS, the checksums of the text files in the working directory.
 file(GLOB names RELATIVE ${CMAKE_CURRENT_BINARY_DIR} ${CMAKE_CURRENT_BINARY_DIR}/*.txt)
 list(SORT names)
 set(sums "")
@@ -11,6 +11,6 @@ if(ACTION STREQUAL "write")
 else()
   file(READ ${CMAKE_CURRENT_BINARY_DIR}/SHA256SUMS listed)
   if(NOT listed STREQUAL sums)
-    message(FATAL_ERROR "The text files in ${CMAKE_CURRENT_BINARY_DIR} are not those of SHA256SUMS; they are\n${sums}")
+    message(FATAL_ERROR "The text files in ${CMAKE_CURRENT_BINARY_DIR} do not match SHA256SUMS; their checksums are\n${sums}")
   endif()
 endif()

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Compares table files with the travel times of another program.
+"""Compares table files with travel times computed by another program.
 
 usage: compare_times.py FOLDER MODEL TIMES.csv   (MODEL: iasp91 or jeffreys_bullen)
 
-The lines of TIMES.csv are phase,depth_km,distance_deg,time_s with an empty time where the phase does not exist.
-Only nodes of the tables count. Prints the worst and median difference of each file, the nodes that differ by more
-than 0.02 s, and those where only one side has a time.
+The columns of TIMES.csv are phase,depth_km,distance_deg,time_s; the time is empty where the phase does not exist.
+Points that are not nodes of a table are ignored. Prints the largest and median difference of each phase, the nodes
+that differ by more than 0.02 s, and the nodes where only one side has a time.
 """
 import csv
 import statistics
@@ -22,7 +22,7 @@ def rows_of(path):
 
 
 def tables(folder, model):
-    """Times by phase, depth and distance; negative where there is none."""
+    """Returns times by (phase, depth, distance); negative where the phase does not exist."""
     times = {}
 
     def add(phase, depths, distances, rows):
@@ -65,7 +65,7 @@ def main(folder, model, path):
             differences.setdefault(key[0], []).append(abs(difference))
             if abs(difference) > 0.02:
                 exceeding.append((key, time, other, difference))
-    print("phase  nodes  worst   median")
+    print("phase  nodes  largest median")
     for phase, found in differences.items():
         print(f"{phase:6} {len(found):5}  {max(found):.4f}  {statistics.median(found):.4f}")
     for key, time, other, difference in exceeding:

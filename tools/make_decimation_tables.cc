@@ -1,7 +1,8 @@
-// Makes krosac/dsp/DecimationTables.cc: make_decimation_tables <folder of constants> <output file>
+// Generates krosac/dsp/DecimationTables.cc: make_decimation_tables <folder of constants> <output
+// file>
 //
-// Reads decimation_by2.csv to decimation_by5.csv and refuses filters that are not symmetric with
-// unit sum.
+// Reads decimation_by2.csv to decimation_by5.csv. Rejects filters that are not symmetric or do not
+// have unit sum.
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
@@ -18,7 +19,7 @@ namespace {
   std::exit(1);
 }
 
-// The coefficients as written, so that the compiler alone rounds them.
+// Returns the coefficients as text, so that they are rounded only once, by the compiler.
 std::vector<std::string> readTaps(const std::string& path) {
   std::ifstream file(path);
   if (!file) fail("cannot read " + path);

@@ -1,9 +1,9 @@
-// Makes krosac/timegeo/FlinnEngdahlTables.cc from the boundaries and names of the Flinn-Engdahl
-// regions.
+// Generates krosac/timegeo/FlinnEngdahlTables.cc from the boundaries and names of the
+// Flinn-Engdahl regions.
 //
 //   make_flinn_engdahl_tables tools/constants krosac/timegeo/FlinnEngdahlTables.cc
 //
-// The facts are those of the 1995 revision (Young and others, 1996), as distributed by the USGS:
+// The data are those of the 1995 revision (Young and others, 1996), as distributed by the USGS:
 // flinn_engdahl_boundaries.csv, flinn_engdahl_regions.csv and flinn_engdahl_seismic_regions.csv.
 #include <array>
 #include <charconv>
@@ -36,7 +36,7 @@ void require(bool condition, const std::string& what) {
   if (!condition) fail(what);
 }
 
-// The fields of each line of a file behind its heading.
+// The fields of each line of a file after its heading.
 std::vector<std::vector<std::string>> readTable(const std::string& path, char separator,
                                                 std::size_t fieldsPerLine) {
   std::ifstream in(path);
@@ -53,7 +53,7 @@ std::vector<std::vector<std::string>> readTable(const std::string& path, char se
         fields.back() += c;
       }
     }
-    require(fields.size() == fieldsPerLine, path + " has a line of another form: " + line);
+    require(fields.size() == fieldsPerLine, path + ": wrong number of fields: " + line);
     rows.push_back(fields);
   }
   return rows;
@@ -64,7 +64,7 @@ int number(const std::string& text, int least, int greatest) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   require(error == std::errc() && end == text.data() + text.size() && value >= least &&
               value <= greatest,
-          "a number is missing or out of range: " + text);
+          "number missing or out of range: " + text);
   return value;
 }
 
@@ -98,7 +98,7 @@ class TableWriter {
 
   void line(std::string_view text) { out_ << text << '\n'; }
 
-  // One declaration with its items, as many a line as fit.
+  // Writes one declaration and its items, as many per line as fit.
   void table(std::string_view declaration, const std::vector<std::string>& items) {
     out_ << "extern const " << declaration << " = {";
     std::size_t column = 100;
@@ -115,7 +115,7 @@ class TableWriter {
 
   void finish() {
     out_.close();
-    require(!out_.fail(), "the tables could not be written whole");
+    require(!out_.fail(), "cannot write the tables");
   }
 
  private:
@@ -128,7 +128,7 @@ std::string braced(const std::vector<int>& values) {
   return text + "}";
 }
 
-// The first record of quadrant q whose latitude is not less than each of 0 to 91, with line breaks.
+// For each latitude from 0 to 91, the first record of quadrant q with at least this latitude.
 std::string firstOfLatitude(const std::vector<Record>& records, std::size_t q) {
   std::string text = "{";
   int at = kFirstRecord[q];
@@ -148,13 +148,14 @@ std::vector<std::string> strings(const std::vector<int>& values) {
   return texts;
 }
 
-// The names of a table in the order of its numbers, behind the blank name of 0.
+// The names of a table in the order of their numbers, after the blank name 0.
 std::vector<std::string> names(const std::vector<std::vector<std::string>>& rows, int count) {
   std::vector<std::string> quoted = {"kBlank"};
   for (const auto& row : rows) {
     const auto next = static_cast<int>(quoted.size());
     require(number(row.front(), 1, count) == next, "the regions are not in order");
-    require(row.back().find_first_of("\"\\") == std::string::npos, "a name holds a quote");
+    require(row.back().find_first_of("\"\\") == std::string::npos,
+            "a name contains a quote or backslash");
     quoted.push_back('"' + row.back() + '"');
   }
   require(static_cast<int>(quoted.size()) == count + 1, "regions are missing");

@@ -1,7 +1,7 @@
-// Makes krosac/dsp/SobolTables.cc: make_sobol_tables <folder of constants> <output file>
+// Generates krosac/dsp/SobolTables.cc: make_sobol_tables <folder of constants> <output file>
 //
-// Reads sobol_directions.csv and refuses initial values that would not fill the dyadic intervals:
-// the k-th of a dimension must be odd and below 2^k.
+// Reads sobol_directions.csv. Rejects initial values that would not fill the dyadic intervals: the
+// k-th value of a dimension must be odd and less than 2^k.
 #include <cstddef>
 #include <cstdlib>
 #include <fstream>
@@ -16,7 +16,7 @@ namespace {
   std::exit(1);
 }
 
-// One row of the table from "dimension,mdeg,ip,initial values parted by blanks".
+// Converts "dimension,mdeg,ip,initial values separated by blanks" to one row of the table.
 std::string tableRow(const std::string& line, std::size_t expectedDimension) {
   std::istringstream row(line);
   std::size_t dimension = 0;

@@ -1,4 +1,4 @@
-// Computes the table files of data/ from the velocity models: make_tables FOLDER
+// Computes the table files of data/ from velocity models: make_tables FOLDER
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -32,7 +32,7 @@ std::string fixed(double value, int width, int decimals) {
   return text;
 }
 
-// Times of a phase, row after row of distances, a column for each depth.
+// Times of a phase, one row per distance, one column per depth.
 using Rows = std::vector<std::vector<double>>;
 
 Rows timesOf(const EarthModel& model, const std::string& phase, const std::vector<double>& degrees,

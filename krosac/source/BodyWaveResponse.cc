@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "krosac/platform/Numbers.h"
-#include "krosac/source/internal/RadiationTerms.h"
+#include "krosac/source/internal/Radiation.h"
 #include "krosac/timegeo/GreatCircle.h"
 
 namespace krosac {
@@ -44,7 +44,7 @@ void GetBWResponse(float block[13]) {
   const double Csp = -4.0 * etaB * p * difference / D;
   const double Cps = -etaA * Csp / etaB;
 
-  // The source's D and eta with the receiver's eta and a rounded velocity: intended.
+  // Mixes D and etaB of the source with etaRA of the receiver and a rounded velocity: intended.
   const double etaRA = std::sqrt(kReceiverPSlownessSquared - p2);
   const double etaRB = std::sqrt(kReceiverSSlownessSquared - p2);
   const double Rz = 2.0 * etaRA * difference / (D * kReceiverSVelocity * kReceiverSVelocity);

@@ -1,4 +1,4 @@
-// Amplitudes and delays of the body waves of a shallow double couple.
+// Amplitudes and delays of the teleseismic body waves of a shallow double couple.
 #ifndef KROSAC_SOURCE_BODYWAVERESPONSE_H
 #define KROSAC_SOURCE_BODYWAVERESPONSE_H
 
@@ -6,9 +6,8 @@
 
 KROSAC_C_BEGIN
 
-// Computes in place, in double precision, the direct teleseismic body waves of a double couple at a
-// given depth and their reflections at the free surface above it, as a receiver on a fixed crust
-// (6.0 km/s) sees them. The block on input and on output:
+// Computes the direct body waves of a double couple and their reflections at the free surface above
+// it, recorded on a fixed crust (6.0 km/s), in double precision. The block is input and output:
 //
 //    0  strike (degrees)                              P
 //    1  dip (degrees)                                 pP
@@ -25,9 +24,13 @@ KROSAC_C_BEGIN
 //   12  not read                                      up-going SV, as P at the receiver, without
 //                                                     reflection
 //
-// Amplitudes are vertical for P, in the units of geospread; the moment is the caller's factor. The
-// source lies in a Poisson solid. A ray parameter above 1/6 s/km, or above the inverse of a
-// velocity at the source, gives NaN. Does nothing for a null block.
+// P amplitudes are vertical, in the units of geospread, for unit moment: the caller multiplies by
+// the moment. The source is in a Poisson solid.
+//
+// The P and SV amplitudes (0 to 5, 11 and 12) are NaN if the ray parameter is above 1/6 s/km or
+// above the P slowness at the source. The delays of pP and sP (8, 9) are finite up to the P
+// slowness at the source; SH, sS of SH and the delay of sS (6, 7, 10) up to the S slowness. Does
+// nothing if the block is null.
 KROSAC_API void GetBWResponse(float block[13]);
 
 KROSAC_C_END

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "krosac/source/internal/DislocationAngles.h"
+#include "krosac/source/internal/Radiation.h"
 
 namespace krosac {
 namespace {
@@ -13,9 +13,8 @@ constexpr double kRootHalf = 0.7071067811865476;
 constexpr double kHorizontalFault = 0.0001;
 constexpr double kVerticalSlip = 0.001;
 
-// The arguments of atan2 are north and east in this order, and the azimuth is not wrapped: both are
-// intended.
-void orient(const Dislocation::Vector& axis, double& azimuth, double& plunge) {
+// The argument order of atan2 (north, east) and the azimuth without wrapping are intended.
+void computeAzimuthAndPlunge(const Dislocation::Vector& axis, double& azimuth, double& plunge) {
   const auto [north, east, down] = axis;
   azimuth = (std::atan2(north, east) + kHalfPi) * kShortDegreesPerRadian;
   plunge = std::atan(down / std::sqrt(north * north + east * east)) * kShortDegreesPerRadian;
@@ -78,11 +77,11 @@ void Dislocation::ComputeVectorsFromAngles() {
     p_[i] = (nu_[i] - u_[i]) * kRootHalf;
     t_[i] = (nu_[i] + u_[i]) * kRootHalf;
   }
-  // The vector product of normal and slip, without its third component: intended.
+  // The cross product of normal and slip without its third component: intended.
   b_ = {nu_[1] * u_[2] - nu_[2] * u_[1], nu_[2] * u_[0] - nu_[0] * u_[2], 0.0};
-  orient(p_, p_az_, p_plunge_);
-  orient(t_, t_az_, t_plunge_);
-  orient(b_, b_az_, b_plunge_);
+  computeAzimuthAndPlunge(p_, p_az_, p_plunge_);
+  computeAzimuthAndPlunge(t_, t_az_, t_plunge_);
+  computeAzimuthAndPlunge(b_, b_az_, b_plunge_);
 }
 
 void Dislocation::ComputeAuxillaryPlaneAngles() {
@@ -94,8 +93,8 @@ void Dislocation::ComputeAuxillaryPlaneAngles() {
   } else {
     adip_ = std::acos(u_[2]) * kShortDegreesPerRadian;
     arake_ = std::atan2(cd_, -sd_ * cr_) * kShortDegreesPerRadian;
-    const bool bothDip = u_[2] != 0.0 && nu_[2] != 0.0;
-    astrike_ = std::atan2(bothDip ? u_[0] : -u_[0], -u_[1]) * kShortDegreesPerRadian;
+    const bool bothInclined = u_[2] != 0.0 && nu_[2] != 0.0;
+    astrike_ = std::atan2(bothInclined ? u_[0] : -u_[0], -u_[1]) * kShortDegreesPerRadian;
   }
   if (adip_ > 90.0) {
     astrike_ += 180.0;

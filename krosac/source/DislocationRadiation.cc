@@ -1,12 +1,11 @@
 #include <cmath>
 
 #include "krosac/source/Dislocation.h"
-#include "krosac/source/internal/DislocationAngles.h"
-#include "krosac/source/internal/RadiationTerms.h"
+#include "krosac/source/internal/Radiation.h"
 
 namespace krosac {
 
-// What the coefficients of one ray are made of, in single precision.
+// The terms of the coefficients of one ray, in single precision.
 struct Dislocation::Ray {
   float p, eta, velocitySquared;
   float sR, qR, pR, pL, qL;

@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "krosac/source/Dislocation.h"
-#include "krosac/source/internal/DislocationAngles.h"
+#include "krosac/source/internal/Radiation.h"
 
 namespace krosac {
 namespace {
@@ -22,7 +22,7 @@ float radians(double degrees) {
 
 Point Dislocation::ComputeSurfWaveAmplitudeAz_Period(float azimuth, float period) const {
   const auto [k1, k2, k3, k4, k5] = period == kLongPeriod ? kAtLongPeriod : kAtOtherPeriods;
-  // From the azimuth to the strike, the opposite of the body waves' sense: intended.
+  // Strike minus azimuth, the opposite sign of that for body waves: intended.
   const double phi = radians(strike_) - radians(azimuth);
   const double delta = radians(dip_), lambda = radians(rake_);
   const double sinDip = std::sin(delta), cosDip = std::cos(delta), cos2Dip = std::cos(2.0 * delta);

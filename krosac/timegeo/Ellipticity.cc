@@ -16,7 +16,7 @@ constexpr int kLastRow = 7;
 constexpr int kLastNode = 20;
 constexpr float kNodeSpacing = 5.0f;
 
-// Rows and nodes beyond the last are read as the last; at these edges their weights belong to it.
+// Rows and nodes beyond the last are read as the last.
 float coefficient(int row, int node, int k) {
   return pEllipCoeff[63 * std::min(row, kLastRow) + 3 * std::min(node, kLastNode) + k];
 }
@@ -43,7 +43,7 @@ float ellipCorrection(float sourceLatitude, float sourceLongitude, float sourceD
 
   float tau[3];
   for (int k = 0; k < 3; ++k) {
-    // The weights of the two nodes of row j + 1 are paired this way round: intended.
+    // The weights of the last three corners are permuted: intended.
     tau[k] = coefficient(j, i, k) * (1.0f - fD) * (1.0f - fZ) +
              coefficient(j, i + 1, k) * (1.0f - fD) * fZ + coefficient(j + 1, i, k) * fD * fZ +
              coefficient(j + 1, i + 1, k) * fD * (1.0f - fZ);

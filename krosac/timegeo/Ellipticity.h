@@ -1,4 +1,4 @@
-// The correction of a travel time for the Earth's ellipticity.
+// Ellipticity correction of travel times.
 #ifndef KROSAC_TIMEGEO_ELLIPTICITY_H
 #define KROSAC_TIMEGEO_ELLIPTICITY_H
 
@@ -6,18 +6,21 @@
 
 KROSAC_C_BEGIN
 
-// The source depths (km) of the rows of pEllipCoeff.
+// Source depths (km) of the rows of pEllipCoeff.
 extern KROSAC_API const float depths[8];
 
-// Ellipticity coefficients in seconds: 8 depth rows of 21 distance nodes (0, 5, ..., 100 degrees)
-// of 3 coefficients tau0, tau1, tau2; element 63 j + 3 i + k is row j, node i, coefficient k.
+// Ellipticity coefficients (s): 8 depth rows of 21 distance nodes (0, 5, ..., 100 degrees) of 3
+// coefficients tau0, tau1, tau2. Element 63 j + 3 i + k is row j, node i, coefficient k. From the
+// second row on the values are stored shifted (intended), so these are not the rows of a published
+// table.
 extern KROSAC_API const float pEllipCoeff[504];
 
-// The ellipticity correction (s) of the travel time from a source (degrees, depth in km) to a
-// station (degrees). The coefficients are interpolated in distance and depth, and combined by the
-// source's colatitude and its azimuth to the station. Distances beyond 100 degrees and depths
-// beyond 700 km count as 100 degrees and 700 km; a depth above the surface extrapolates the first
-// row. A NaN gives NaN.
+// Returns the ellipticity correction (s) of the travel time from a source (degrees, depth in km) to
+// a station (degrees). The coefficients are interpolated in distance and depth and combined with
+// the source's colatitude and the azimuth to the station. The weights of the four nodes are not the
+// bilinear ones (intended), so the correction jumps where the distance or the depth passes a node;
+// at large distances by more than 1 s. Distances are clamped to 100 degrees and depths to 700 km; a
+// negative depth extrapolates from the first row. Returns NaN for NaN.
 KROSAC_API float ellipCorrection(float sourceLatitude, float sourceLongitude, float sourceDepth,
                                  float stationLatitude, float stationLongitude);
 

@@ -1,4 +1,4 @@
-// The nodes and coefficients of Ellipticity.h.
+// Depth nodes and coefficients of the ellipticity correction (see Ellipticity.h).
 #include "krosac/timegeo/Ellipticity.h"
 
 namespace krosac {
@@ -6,8 +6,8 @@ namespace krosac {
 extern const float depths[8] = {0.0f, 35.0f, 50.0f, 100.0f, 200.0f, 300.0f, 500.0f, 700.0f};
 
 // clang-format off
-// The rows of deeper sources hold one value fewer each, so that the look-up's rows of 63 read them
-// shifted by one more place a row: intended, the corrections of deep sources depend on it.
+// Each deeper row is stored one value short, so the look-up, which reads rows of 63, finds it shifted
+// by one more place per row: intended, the corrections of deep sources depend on it.
 extern const float pEllipCoeff[504] = {
     // Look-up row 0.
      0.00f,  0.00f,  0.00f, -0.18f, -0.01f,  0.00f, -0.32f, -0.05f, -0.01f,

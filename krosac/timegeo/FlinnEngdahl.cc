@@ -15,12 +15,12 @@ namespace {
 
 using namespace flinn_engdahl;
 
-// Beyond every boundary, so that a longer longitude falls behind the last one of its row.
-constexpr float kLongestLongitude = 360.0f;
+// Beyond every boundary: larger longitudes are in the last region of their row.
+constexpr float kLongitudeLimit = 360.0f;
 
 std::atomic<std::int32_t> nn{kGeographicRegions};
 
-// Each point that is in no region gets the next number: intended. The last one is given again.
+// Each point in no region gets the next number: intended. The largest integer repeats.
 std::int32_t numberOfUnknownRegion() {
   std::int32_t last = nn.load(std::memory_order_relaxed), next;
   do {
@@ -29,17 +29,16 @@ std::int32_t numberOfUnknownRegion() {
   return next;
 }
 
-// The geographic region of a point, or 0. A NaN becomes a negative number of degrees.
+// The geographic region of a point, or 0. truncIndex returns a negative number for NaN.
 std::int32_t regionAt(float latitude, float longitude) {
   const std::int32_t a = truncInt32(std::fabs(latitude));
-  const std::int32_t o = truncInt32(std::min(std::fabs(longitude), kLongestLongitude));
+  const std::int32_t o = truncInt32(std::min(std::fabs(longitude), kLongitudeLimit));
   if (a < 0 || a > kLastLatitude || o < 0) return 0;
   const bool south = !(latitude >= 0.0f), west = !(longitude >= 0.0f);
   const int quadrant = 1 + 2 * south + (south != west);
 
-  // The last record of the row that begins at `o` or before it; where the row has none, the one
-  // before the row. The range that holds it is halved without branches, which no processor could
-  // predict.
+  // The last record of the row with a longitude of at most `o`, or the one before the row. The
+  // bisection is branch-free, since its branches would be unpredictable.
   const std::int16_t* row = &firstOfLatitude[quadrant][a];
   std::int32_t record = row[0] - 1;
   for (std::int32_t length = row[1] - record; length > 1;) {

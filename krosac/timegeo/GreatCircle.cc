@@ -46,6 +46,8 @@ constexpr SpreadingNode kSpreading[16] = {
 void dbpt(double out[4], double* reducedLongitude, double latitude, double longitude,
           double degreesToRadians) {
   const double reduced = std::fabs(std::fmod(longitude, 360.0));
+  if (reducedLongitude) *reducedLongitude = reduced;
+  if (!out) return;
   out[0] = latitude == 90.0
                ? 1.0
                : std::sin(std::atan(kLatitudeFactor * std::tan(latitude * degreesToRadians)));
@@ -53,7 +55,6 @@ void dbpt(double out[4], double* reducedLongitude, double latitude, double longi
   out[3] = std::sin(longitude * degreesToRadians);
   out[2] = cosineFromSine(out[3]);
   if (reduced > 90.0 && reduced < 270.0) out[2] = -out[2];
-  *reducedLongitude = reduced;
 }
 
 void delta_az(const float* lat1, const float* lon1, const float* lat2, const float* lon2,
@@ -63,7 +64,7 @@ void delta_az(const float* lat1, const float* lon1, const float* lat2, const flo
   const DirectionCosines p2 = directionCosines(*lat2, *lon2);
 
   const double cosDlon = p1.sinLon * p2.sinLon + p1.cosLon * p2.cosLon;
-  // However this sum rounds, a point lies at distance 0 from itself.
+  // Rounding of the sum must not separate equal points.
   const double cosDistance =
       p1 == p2 ? 1.0 : p1.sinLat * p2.sinLat + p1.cosLat * p2.cosLat * cosDlon;
   const double y = (p1.cosLon * p2.sinLon - p1.sinLon * p2.cosLon) * p2.cosLat;
@@ -72,6 +73,8 @@ void delta_az(const float* lat1, const float* lon1, const float* lat2, const flo
   const auto radians = static_cast<float>(std::atan2(y, x));
   auto degrees = static_cast<float>(radians / kRadiansPerDegree);
   if (degrees < 0.0f) degrees += 360.0f;
+  // Rounding may yield 360; atan2 may yield -0.0.
+  if (degrees >= 360.0f || degrees == 0.0f) degrees = 0.0f;
   if (distance)
     *distance = static_cast<float>(std::acos(clampedToUnit(cosDistance)) / kRadiansPerDegree);
   if (azimuth) *azimuth = degrees;

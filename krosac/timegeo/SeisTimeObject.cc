@@ -14,20 +14,20 @@ namespace {
 constexpr std::int64_t kYearsPerCycle = 400;
 constexpr std::int64_t kDaysPerCycle = 146097;
 
-// More seconds than 32 bits of years hold, and far from the end of 64 bits.
-constexpr double kMostSeconds = 1e18;
+// More seconds than 32 bits of years hold, and far below the limit of 64 bits.
+constexpr double kSecondsLimit = 1e18;
 
 std::int32_t toInt32(std::int64_t value) {
   return static_cast<std::int32_t>(std::clamp<std::int64_t>(
       value, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
 }
 
-// The length of a year that may lie beyond 32 bits: years 400 apart are alike.
+// The length of a year that may be beyond 32 bits; the calendar repeats every 400 years.
 std::int64_t daysInYear(std::int64_t year) {
   return ndaysinyear(static_cast<std::int32_t>(year % kYearsPerCycle));
 }
 
-// Moves whole units of `size` from the lower field to the higher one, so that 0 <= lower < size.
+// Carries whole units of `size` from the lower field to the higher one, so that 0 <= lower < size.
 void carry(std::int64_t& lower, std::int64_t size, std::int64_t& higher) {
   std::int64_t units = lower / size;
   if (lower % size < 0) --units;
@@ -35,20 +35,21 @@ void carry(std::int64_t& lower, std::int64_t size, std::int64_t& higher) {
   lower -= units * size;
 }
 
-// The same for milliseconds into seconds. The remainder of fmod is exact, so the result has the
-// bits of borrowing one second at a time.
+// Carries milliseconds into seconds. fmod is exact, so the result equals, bit for bit, that of
+// borrowing one second at a time.
 void carryMilliseconds(double& milliseconds, std::int64_t& seconds) {
   if (!std::isfinite(milliseconds) || (milliseconds >= 0.0 && milliseconds < 1000.0)) return;
   const double rest = std::fmod(milliseconds, 1000.0);
   const double units = (milliseconds - rest) / 1000.0 - (rest < 0.0 ? 1.0 : 0.0);
-  seconds += static_cast<std::int64_t>(std::clamp(units, -kMostSeconds, kMostSeconds));
+  seconds += static_cast<std::int64_t>(std::clamp(units, -kSecondsLimit, kSecondsLimit));
   milliseconds = rest + (rest < 0.0 ? 1000.0 : 0.0);
 }
 
-// Borrows years for negative days, each with the length of the year borrowed from, down to year 0.
+// Borrows years for negative days down to year 0. Each borrow adds the length of the year that the
+// time is in, not of the year before it: intended.
 void borrowYears(std::int64_t& day, std::int64_t& year) {
   if (day >= 0 || year == 0) return;
-  // Whole cycles at once, as many as neither reach a day of 0 or more nor pass year 0.
+  // First whole cycles, as many as leave the day negative and do not pass year 0.
   std::int64_t cycles = (-day - 1) / kDaysPerCycle;
   if (year > 0) cycles = std::min(cycles, year / kYearsPerCycle);
   day += cycles * kDaysPerCycle;
@@ -61,7 +62,7 @@ void borrowYears(std::int64_t& day, std::int64_t& year) {
 
 }  // namespace
 
-// ---- Making ----
+// ---- Construction ----
 
 Ref<SeisTimeObject> SeisTimeObject::initWithValues_month_date_hour_minute_second_millisecond(
     std::int32_t year, std::int32_t month, std::int32_t date, std::int32_t hour,
@@ -99,11 +100,13 @@ void SeisTimeObject::setValue(const SeisTimeObject& other) {
 Ref<SeisTimeObject> SeisTimeObject::clone() const {
   auto copy = make<SeisTimeObject>();
   if (!copy) return nullptr;
-  return copy->initWithValues_month_date_hour_minute_second_millisecond(mYr_, mMonth_, mDate_, mHr_,
-                                                                        mMn_, mSec_, mMsec_);
+  copy->initWithValues_month_date_hour_minute_second_millisecond(mYr_, mMonth_, mDate_, mHr_, mMn_,
+                                                                 mSec_, mMsec_);
+  copy->formatTime();
+  return copy;
 }
 
-// ---- Normalising ----
+// ---- Normalisation ----
 
 void SeisTimeObject::formatTime() {
   normalise(wide());
@@ -115,8 +118,8 @@ void SeisTimeObject::normalise(Wide t) {
   carry(t.minute, 60, t.hour);
   carry(t.hour, 24, t.day);
 
-  // Divided once by the length of the present year, whatever years are crossed, so that a multiple
-  // of it ends at day 0: intended.
+  // One division by the length of the current year, even if years of other lengths are crossed; a
+  // multiple of it leaves day 0: intended.
   const std::int64_t length = t.year == 0 ? 365 : daysInYear(t.year);
   if (t.day > length) {
     const std::int64_t years = t.day / length;
@@ -184,7 +187,7 @@ float SeisTimeObject::differenceInSecondsFrom(const SeisTimeObject& other) {
   return static_cast<float>(secondsValue());
 }
 
-// ---- Comparing ----
+// ---- Comparison ----
 
 bool SeisTimeObject::equalToSeisTime(SeisTimeObject& other) {
   formatTime();
@@ -193,7 +196,7 @@ bool SeisTimeObject::equalToSeisTime(SeisTimeObject& other) {
          mSec_ == other.mSec_ && mMsec_ == other.mMsec_;
 }
 
-// Field by field, not in the order of time: intended.
+// Compares field by field, not chronologically: intended.
 bool SeisTimeObject::lessThanSeisTime(SeisTimeObject& other) {
   if (equalToSeisTime(other)) return false;
   return mYr_ <= other.mYr_ && mDay_ <= other.mDay_ && mHr_ <= other.mHr_ && mMn_ <= other.mMn_ &&
@@ -204,7 +207,7 @@ bool SeisTimeObject::greaterThanSeisTime(SeisTimeObject& other) {
   return other.lessThanSeisTime(*this);
 }
 
-// Both are always true, whatever the strict comparison says: intended.
+// Both always return true: intended.
 bool SeisTimeObject::lessThanEqualToSeisTime(SeisTimeObject& other) {
   formatTime();
   other.formatTime();
@@ -241,7 +244,7 @@ const char* SeisTimeObject::YMDcString() {
   return mString_;
 }
 
-// ---- Archiving ----
+// ---- Archives ----
 
 void SeisTimeObject::encodeWithCoder(KeyedArchiver& coder) const {
   coder.encodeInt32("mYr", mYr_);

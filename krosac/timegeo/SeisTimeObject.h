@@ -15,43 +15,44 @@ namespace krosac {
 // arithmetic operation ends with formatTime. A difference of times has the year 0 (or the
 // difference of the years) and a signed day.
 //
-// All sums and carries are exact in 64 bits; a field that would leave 32 bits takes the nearest
-// 32-bit value. The class knows no leap seconds and no time zones.
+// Sums and carries are exact in 64 bits; a field beyond 32 bits is clamped to the nearest 32-bit
+// value. There are no leap seconds and no time zones.
 class KROSAC_API SeisTimeObject : public Archivable {
  public:
-  // ---- Making ----
+  // ---- Construction ----
 
-  // The time of a month (1 to 12) and date (1 to 31), in any hours, minutes, seconds and
-  // milliseconds: those outside their ranges carry. Gives the object.
+  // Sets the time from a month (1 to 12), a date (1 to 31) and a time of day, whose fields carry if
+  // they are outside their ranges. Returns the object.
   Ref<SeisTimeObject> initWithValues_month_date_hour_minute_second_millisecond(
       std::int32_t year, std::int32_t month, std::int32_t date, std::int32_t hour,
       std::int32_t minute, std::int32_t second, double millisecond);
-  // The same on an existing object.
+  // Sets the same on an existing object.
   void setValues_month_date_hour_minute_second_millisecond(std::int32_t year, std::int32_t month,
                                                            std::int32_t date, std::int32_t hour,
                                                            std::int32_t minute, std::int32_t second,
                                                            double millisecond);
-  // The year, day and time of day of another time; month and date are derived. Gives the object.
+  // Copies year, day of the year and time of day; derives month and date. Returns the object.
   Ref<SeisTimeObject> initWithTimeObject(const SeisTimeObject& other);
-  // The same on an existing object.
+  // Copies the same into an existing object.
   void setValue(const SeisTimeObject& other);
 
-  // A new time from this one's year, month, date and time of day: the copy's day comes from month
-  // and date, which differ from `mDay` only after setters without formatTime. Empty where there is
-  // no memory.
+  // Returns a new, normalised time with this one's year, month, date and time of day. The day of
+  // the copy is computed from month and date, which disagree with `mDay` only after setters without
+  // formatTime; initWithTimeObject copies `mDay`. Returns an empty reference if memory is
+  // exhausted.
   Ref<SeisTimeObject> copyWithZone() const { return clone(); }
 
-  // ---- Normalising ----
+  // ---- Normalisation ----
 
-  // Carries milliseconds into seconds, these into minutes, hours and days, so that they lie in
-  // 0 <= mMsec < 1000, 0..59, 0..59 and 0..23; then days into years; then derives month and date,
-  // which stay as they were when the day lies beyond the year.
+  // Carries milliseconds into seconds, then into minutes, hours and days, so that 0 <= mMsec < 1000
+  // and the others are in 0..59, 0..59 and 0..23; then carries days into years; then derives month
+  // and date, which stay unchanged if the day is beyond the end of the year.
   //
-  // A day count above the length of the year is divided by that length once, whatever years are
-  // crossed: a count equal to the length stays, and a multiple of it gives day 0 of a later year.
-  // Negative days borrow years, but not at year 0, where they stay negative. Ends at once for any
-  // values. Milliseconds that are not finite stay as they are and carry nothing; negative ones too
-  // small to be told from 0 beside 1000 give 1000, which the next call carries.
+  // A day count above the length of the year is divided by that length once, even if years of other
+  // lengths are crossed (intended). A count equal to the length stays; a multiple of it leaves day
+  // 0 of a later year. Negative days borrow years, but stay negative in year 0. The run time does
+  // not depend on the values. Milliseconds that are not finite are not carried. Negative
+  // milliseconds that vanish when added to 1000 become 1000, which the next call carries back.
   void formatTime();
 
   // ---- Arithmetic ----
@@ -60,54 +61,63 @@ class KROSAC_API SeisTimeObject : public Archivable {
   void addSeisTimeObject(const SeisTimeObject& other);
   void subtractSeisTimeObject(const SeisTimeObject& other);
 
-  // Adds or subtracts seconds (and whole minutes). The milliseconds are formed in single precision.
+  // Adds or subtracts seconds (and whole minutes). Seconds are converted to milliseconds in single
+  // precision. Going back over New Year keeps day 0 and then adds the length of the later year
+  // (intended): 2001-01-01 minus 1 s is 2001 day 0, minus 86401 s is 2000 day 364.
   void addSeconds(float seconds);
   void subtractSeconds(float seconds);
   void addMinutesSeconds_Seconds(std::int32_t minutes, float seconds);
   void subtractMinutesSeconds_Seconds(std::int32_t minutes, float seconds);
 
-  // All fields in seconds, with 365 days in every year. Meant for differences of times.
+  // Returns the sum of all fields in seconds, with 365 days per year. Meant for differences of
+  // times.
   double secondsValue() const;
 
-  // Seconds from the other time to this one, with 365 days in every year. The receiver then holds
-  // the difference, no longer its former time; work on a copy to keep it.
+  // Returns the seconds from the other time to this one, with 365 days per year. The receiver then
+  // holds the difference instead of its former time (intended); call it on a copy to keep the time.
   float differenceInSecondsFrom(const SeisTimeObject& other);
 
-  // ---- Comparing ----
+  // ---- Comparison ----
   //
-  // Each comparison runs formatTime on both times first.
+  // Each comparison first runs formatTime on both times.
 
-  // Whether year, day, hour, minute, second and millisecond are all equal, without tolerance.
+  // Returns true if year, day, hour, minute, second and millisecond are all equal, without
+  // tolerance.
   bool equalToSeisTime(SeisTimeObject& other);
 
-  // Whether the times differ and no field of year, day, hour, minute, second and millisecond is
-  // greater (smaller) than the other's. Field by field, not in the order of time: 2000 day 300 is
+  // Returns true if the times differ and none of year, day, hour, minute, second and millisecond is
+  // greater (smaller) than the other's. This is not chronological order (intended): 2000 day 300 is
   // not less than 2001 day 1, since its day is greater.
   bool lessThanSeisTime(SeisTimeObject& other);
   bool greaterThanSeisTime(SeisTimeObject& other);
 
-  // True, whatever the times are.
+  // Always returns true (intended).
   bool lessThanEqualToSeisTime(SeisTimeObject& other);
   bool greaterThanEqualToSeisTime(SeisTimeObject& other);
 
   // ---- Text ----
 
-  // Print into the object's own text, as the fields stand: "1999 (007) 01:02:03.456" and
-  // "1999/01/07 01:02:03.456". Cut off behind 255 characters, the same in every locale.
+  // Print the fields, without formatTime, into mString(): "1999 (007) 01:02:03.456" with `mDay`,
+  // and "1999/01/07 01:02:03.456" with `mMonth` and `mDate`. Truncated to 255 characters;
+  // independent of the locale.
   void setDOYString();
   void setYMDString();
 
-  // The same after formatTime. The text is valid until the next print into this object or its end.
+  // The object's own text: the form printed last, empty at first. Valid until the next print into
+  // this object or its destruction.
+  const char* mString() const { return mString_; }
+
+  // Run formatTime, print likewise and return mString().
   const char* DOYcString();
   const char* YMDcString();
 
-  // ---- Archiving ----
+  // ---- Archives ----
 
-  // The fields under the keys mYr, mMonth, mDate, mHr, mMn, mSec, mMsec and mDay.
+  // Stores the fields under the keys mYr, mMonth, mDate, mHr, mMn, mSec, mMsec and mDay.
   const char* archiveClassName() const override { return "SeisTimeObject"; }
   void encodeWithCoder(KeyedArchiver& coder) const override;
-  // Takes the fields as they are archived, without formatTime, and prints the text as setYMDString.
-  // Gives the object.
+  // Reads the fields without formatTime and prints the text as setYMDString does. Returns the
+  // object.
   Ref<SeisTimeObject> initWithCoder(KeyedUnarchiver& coder);
 
   // ---- Fields ----
@@ -135,7 +145,7 @@ class KROSAC_API SeisTimeObject : public Archivable {
   virtual Ref<SeisTimeObject> clone() const;
 
  private:
-  // The fields that arithmetic works on, wide enough that no sum or carry overflows.
+  // The fields of the arithmetic, wide enough that no sum or carry overflows.
   struct Wide {
     std::int64_t year, day, hour, minute, second;
     double millisecond;

@@ -1,16 +1,17 @@
 #include "krosac/traveltimes/JBTableObject.h"
 
 #include "krosac/traveltimes/JBTables.h"
-#include "krosac/traveltimes/internal/JBTables.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 
 Ref<Object> JBTableObject::init() {
-  ReadJBTables(tp_, ts_);
-  readJBPhase("pcp", 101, tpcp_, &npcp_);
-  readJBPhase("scs", 101, tscs_, &nscs_);
-  readJBPhase("pp", 211, tpp_, &npp_);
-  readJBPhase("ss", 215, tss_, &nss_);
+  TableFiles files;
+  readJBTables(files, tp_, ts_);
+  readJBPhase(files, "pcp", 101, tpcp_, &npcp_);
+  readJBPhase(files, "scs", 101, tscs_, &nscs_);
+  readJBPhase(files, "pp", 211, tpp_, &npp_);
+  readJBPhase(files, "ss", 215, tss_, &nss_);
   return Object::init();
 }
 

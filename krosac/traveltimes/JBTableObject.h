@@ -10,19 +10,22 @@
 
 namespace krosac {
 
+// Look-ups change nothing: threads may share one object after init.
 class KROSAC_API JBTableObject : public Object {
  public:
-  // Reads the six tables from the library's data files, each no further than its array. A file that
-  // cannot be opened prints a message on standard error and leaves its table zero.
+  // Reads the six tables from the library's data files. Rows beyond an array's end are ignored. If
+  // a file cannot be opened, prints a message on standard error and leaves that table zero.
+  // lastReason() reports the last file that is missing or damaged, or files from different folders.
   Ref<Object> init() override;
 
-  // Time (s) and slowness (s/km) of the phase "p", "s", "pp", "ss", "pcp" or "scs", in any case, at
-  // a distance (degrees) and source depth (km), as from GetJBTimes and GetJBTimeSlowness. Both are
-  // -12345.0 outside the table and for any other name.
+  // Returns the time (s) and slowness (s/km) of the phase "p", "s", "pp", "ss", "pcp" or "scs" at a
+  // distance (degrees) and source depth (km), computed by GetJBTimes or GetJBTimeSlowness. Case is
+  // ignored: "pP" is PP. Both are -12345.0 where there is no time, at distances outside the table
+  // and for any other name; depths are clamped to the table.
   SeismicPhase GetJBPhase_GCARC_Depth(std::string_view phase, float gcarc, float depth) const;
 
-  // The tables, row after row: 14 depths for P and S, 13 for the others; and the rows read. The row
-  // counts of P and S are never set.
+  // The tables in row-major order, 14 depths per row for P and S and 13 for the others, and the
+  // numbers of rows read. The row counts of P and S are never set.
   const float* tp() const { return tp_; }
   const float* ts() const { return ts_; }
   const float* tpcp() const { return tpcp_; }

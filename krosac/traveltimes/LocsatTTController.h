@@ -11,19 +11,20 @@
 
 namespace krosac {
 
+// tableForPhase changes nothing: threads may share one list once it is complete.
 class KROSAC_API LocsatTTController : public Object {
  public:
-  // An empty list of tables. Gives the object.
+  // Makes the list empty. Returns the object.
   Ref<Object> init() override;
 
-  // Appends the table, which is shared with the caller; an empty reference is left out.
+  // Appends the table, which the caller and the list then share. Ignores an empty reference.
   void addTableToList(Ref<LocsatTTTable> table);
 
-  // The first table whose `phases`, split at each comma, has the name among its pieces; upper and
-  // lower case and blanks count. None when no table does.
+  // Returns the first table whose comma-separated `phases` include the name, compared exactly: case
+  // and blanks are significant. Returns an empty reference if there is none.
   Ref<LocsatTTTable> tableForPhase(std::string_view phase) const;
 
-  // The whole list, in the order in which it is searched.
+  // The list, in search order.
   const std::vector<Ref<LocsatTTTable>>& tables() const { return tables_; }
   void setTables(std::vector<Ref<LocsatTTTable>> tables) { tables_ = std::move(tables); }
 

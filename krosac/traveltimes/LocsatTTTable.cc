@@ -4,46 +4,52 @@
 #include <cmath>
 #include <memory>
 
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
-#include "krosac/traveltimes/internal/PhaseTable.h"
-#include "krosac/traveltimes/internal/TravelTimeScanner.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 namespace {
 
-constexpr std::size_t kLongestLine = 127;
+constexpr std::size_t kLineLength = 127;
 
-// The number of nodes at the start of a line; 0 when there is none from 1 to `most`.
-std::size_t nodeCount(std::string_view line, std::size_t most) {
+// The number of nodes at the start of a line; 0 if there is none between 1 and `limit`.
+std::size_t nodeCount(std::string_view line, std::size_t limit) {
   while (!line.empty() && isWhiteSpace(line.front())) line.remove_prefix(1);
   if (line.starts_with('+')) line.remove_prefix(1);
   std::size_t count = 0;
   const auto read = std::from_chars(line.data(), line.data() + line.size(), count);
-  return read.ec == std::errc() && count <= most ? count : 0;
+  return read.ec == std::errc() && count <= limit ? count : 0;
 }
 
-bool readNodes(TravelTimeScanner& file, float* nodes, std::size_t count) {
+// Reads the number of nodes and the nodes. Returns their number, or 0 on failure.
+std::size_t readNodes(TableFiles& files, TravelTimeScanner& file, const char* kind, float* nodes,
+                      std::size_t limit) {
+  const std::size_t count = nodeCount(file.nextLine(kLineLength), limit);
+  if (count == 0) files.reportBadCount(file, kind, limit);
   for (std::size_t i = 0; i < count; ++i) {
-    if (!file.nextFloat(nodes[i])) return false;
+    if (file.nextFloat(nodes[i])) continue;
+    files.reportDamage(file, kind, count, i);
+    return 0;
   }
-  file.nextLine(kLongestLine);
-  return count > 0;
+  file.nextLine(kLineLength);
+  return count;
 }
 
 bool readTime(TravelTimeScanner& file, float& time) {
-  char line[kLongestLine + 1];
-  const std::string_view text = file.nextLine(kLongestLine);
-  line[text.copy(line, kLongestLine)] = '\0';
+  char line[kLineLength + 1];
+  const std::string_view text = file.nextLine(kLineLength);
+  line[text.copy(line, kLineLength)] = '\0';
   return scanFloat(line, time) != line;
 }
 
-// The last of all slots whose node is strictly less than the value, also where a file's nodes do
-// not ascend; 0 when none is. The value is not beyond the last slot, which so never counts.
-template <std::size_t slots>
-std::size_t lastBefore(const float (&nodes)[slots], float value) {
-  std::size_t slot = slots - 2;
-  while (slot > 0 && !(nodes[slot] < value)) --slot;
-  return slot;
+// The last index whose node is strictly less than the value, even if the nodes do not ascend; 0 if
+// there is none. The value does not exceed the last node, which therefore is never the answer.
+template <std::size_t size>
+std::size_t lastBefore(const float (&nodes)[size], float value) {
+  std::size_t index = size - 2;
+  while (index > 0 && !(nodes[index] < value)) --index;
+  return index;
 }
 
 }  // namespace
@@ -55,20 +61,21 @@ Ref<Object> LocsatTTTable::init() {
 }
 
 bool LocsatTTTable::read(const char* path, Nodes& nodes) {
+  TableFiles files;
   TravelTimeScanner file;
-  if (!file.open(path)) return false;
-  file.nextLine(kLongestLine);
-  const std::size_t depths = nodeCount(file.nextLine(kLongestLine), kDepths);
-  if (!readNodes(file, nodes.depths, depths)) return false;
-  const std::size_t gcarcs = nodeCount(file.nextLine(kLongestLine), kGcarcs);
-  if (!readNodes(file, nodes.gcarcs, gcarcs)) return false;
-  // Rows lie as far apart as the file has distances, though they are looked up 207 apart: intended.
-  float* time = nodes.times;
-  for (std::size_t i = 0; i < depths; ++i) {
-    file.nextLine(kLongestLine);
-    for (std::size_t k = 0; k < gcarcs; ++k) {
-      if (!readTime(file, *time++)) return false;
-    }
+  if (!files.open(path, file)) return false;
+  file.nextLine(kLineLength);
+  const std::size_t depths = readNodes(files, file, "depths", nodes.depths, kDepths);
+  if (depths == 0) return false;
+  const std::size_t gcarcs = readNodes(files, file, "distances", nodes.gcarcs, kGcarcs);
+  if (gcarcs == 0) return false;
+  // Rows are stored with the file's number of distances as stride, but looked up with 207:
+  // intended.
+  for (std::size_t i = 0; i < depths * gcarcs; ++i) {
+    if (i % gcarcs == 0) file.nextLine(kLineLength);
+    if (readTime(file, nodes.times[i])) continue;
+    files.reportDamage(file, "times", depths * gcarcs, i);
+    return false;
   }
   return true;
 }
@@ -76,23 +83,24 @@ bool LocsatTTTable::read(const char* path, Nodes& nodes) {
 void LocsatTTTable::loadTimesFromPath(const std::string& path) {
   hasTimes_ = false;
   const std::unique_ptr<Nodes> nodes(new (std::nothrow) Nodes{});
-  if (!nodes || !read(path.c_str(), *nodes)) return;
+  if (!nodes) return setReason("out of memory");
+  if (!read(path.c_str(), *nodes)) return;
   nodes_ = *nodes;
   hasTimes_ = true;
 }
 
 SeismicPhaseTimeSlowness LocsatTTTable::GetTTimeSlownessesForGCARC_Depth(float gcarc,
                                                                          float depth) const {
-  constexpr SeismicPhaseTimeSlowness kNothing{-1.0f, -1.0f, -1.0f};
+  constexpr SeismicPhaseTimeSlowness kNoTime{-1.0f, -1.0f, -1.0f};
   gcarc = std::fabs(gcarc);
   depth = std::fabs(depth);
-  // The last slots count even where the file fills fewer: intended.
+  // The last nodes are tested even if the file has fewer: intended.
   const bool inside = gcarc <= nodes_.gcarcs[kGcarcs - 1] && depth <= nodes_.depths[kDepths - 1];
-  if (!inside) return kNothing;
+  if (!inside) return kNoTime;
   const std::size_t i = lastBefore(nodes_.depths, depth);
   const std::size_t k = lastBefore(nodes_.gcarcs, gcarc);
   const auto [t00, t01, t10, t11] = Corners::of(nodes_.times, kGcarcs, i, k);
-  if (t00 < 0 || t10 < 0 || t01 < 0 || t11 < 0) return kNothing;
+  if (t00 < 0 || t10 < 0 || t01 < 0 || t11 < 0) return kNoTime;
 
   const double zA = nodes_.depths[i], zB = nodes_.depths[i + 1];
   const double gA = nodes_.gcarcs[k], gB = nodes_.gcarcs[k + 1];
@@ -100,12 +108,13 @@ SeismicPhaseTimeSlowness LocsatTTTable::GetTTimeSlownessesForGCARC_Depth(float g
   const double d00 = t00, d01 = t01, d10 = t10, d11 = t11;
   const double time =
       (1 - fz) * (1 - fg) * d00 + fz * (1 - fg) * d10 + fz * fg * d11 + (1 - fz) * fg * d01;
-  // The upper row's difference takes the weight of the lower row and the reverse: intended.
+  // Each row's difference has the weight of the other row: intended.
   const double perDegree = ((d01 - d00) * fz + (d11 - d10) * (1 - fz)) / (gB - gA);
   const double perKm = ((d01 - d11) * fg + (d00 - d10) * (1 - fg)) / (zA - zB);
-  return {static_cast<float>(time),
-          static_cast<float>(static_cast<float>(perDegree) / kKilometresPerDegree),
-          static_cast<float>(perKm)};
+  // Unused nodes divide by 0.
+  return {finiteOr(static_cast<float>(time), -1.0f),
+          finiteOr(static_cast<float>(static_cast<float>(perDegree) / kKilometresPerDegree), -1.0f),
+          finiteOr(static_cast<float>(perKm), -1.0f)};
 }
 
 std::vector<LocsatTTValue> LocsatTTTable::listValuesForDistanceFrom_To_Step_SrcDepth(

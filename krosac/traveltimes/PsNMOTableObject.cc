@@ -1,20 +1,19 @@
 #include "krosac/traveltimes/PsNMOTableObject.h"
 
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
-#include "krosac/platform/Numbers.h"
-#include "krosac/traveltimes/internal/PsNMOTables.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 namespace {
 
-// The four curves around a point: a and b at the upper source depth, c and d at the lower one, a
-// and c at the shorter distance.
+// The four curves around a point: a and b at the shallower source depth, c and d at the deeper one;
+// a and c at the shorter distance.
 struct Bracket {
   const PsNMO *a, *b, *c, *d;
 
-  // False outside the grid. On its far edges it gives the last bracket.
+  // Returns false outside the grid. Its far edges belong to the last bracket.
   bool find(const PsNMO* curves, float srcdepth, float gcarc) {
     const std::int32_t depth = psNMOCurveIndexClosestButShallowerThan(srcdepth);
     const std::int32_t distance = psNMOCurveIndexClosestButLessThan(gcarc);
@@ -27,12 +26,17 @@ struct Bracket {
     return true;
   }
 
-  float bilinear(float (*read)(float, PsNMO), float value, float srcdepth, float gcarc,
+  // NaN if one of the curves has no value.
+  float bilinear(float (*convert)(float, PsNMO), float value, float srcdepth, float gcarc,
                  float depthStep) const {
+    const auto on = [&](const PsNMO* curve) {
+      const float converted = convert(value, *curve);
+      return isDefined(converted) ? converted : std::numeric_limits<float>::quiet_NaN();
+    };
     const float bWeight = (gcarc - a->gcarc) / (b->gcarc - a->gcarc);
     const float aWeight = (b->gcarc - gcarc) / (b->gcarc - a->gcarc);
-    const float shallow = read(value, *a) * aWeight + read(value, *b) * bWeight;
-    const float deep = read(value, *c) * aWeight + read(value, *d) * bWeight;
+    const float shallow = on(a) * aWeight + on(b) * bWeight;
+    const float deep = on(c) * aWeight + on(d) * bWeight;
     return (c->srcdepth - srcdepth) / depthStep * shallow +
            (srcdepth - a->srcdepth) / depthStep * deep;
   }
@@ -59,7 +63,7 @@ float PsNMOTableObject::bilinearDepthFromTime_SrcDepth_Gcarc(float time, float s
   if (time == 0.0f) return 0.0f;
   Bracket bracket;
   if (!(time > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kSacUndefinedFloat;
-  // Both curves are of the same source depth, so that the divisor is 0: intended.
+  // Both curves have the same source depth, so the divisor is 0: intended.
   const float depthStep = bracket.b->srcdepth - bracket.a->srcdepth;
   return bracket.bilinear(depthFromTime, time, srcdepth, gcarc, depthStep);
 }
@@ -70,7 +74,8 @@ float PsNMOTableObject::bilinearTimeFromDepth_SrcDepth_Gcarc(float depth, float 
   Bracket bracket;
   if (!(depth > 0.0f) || !bracket.find(nmos_, srcdepth, gcarc)) return kSacUndefinedFloat;
   const float depthStep = bracket.c->srcdepth - bracket.a->srcdepth;
-  return bracket.bilinear(timeFromDepth, depth, srcdepth, gcarc, depthStep);
+  return finiteOr(bracket.bilinear(timeFromDepth, depth, srcdepth, gcarc, depthStep),
+                  kSacUndefinedFloat);
 }
 
 }  // namespace krosac

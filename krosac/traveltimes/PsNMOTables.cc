@@ -1,28 +1,27 @@
 #include "krosac/traveltimes/PsNMOTables.h"
 
 #include <cmath>
-#include <cstdio>
 
-#include "krosac/traveltimes/internal/PsNMOTables.h"
-#include "krosac/traveltimes/internal/TravelTimeScanner.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 namespace {
 
 constexpr int kPoints = 77;
-constexpr float kNoValue = -12345.0f;
 
-// The ordinate at x along the curve of the points, ascending in abscissa.
-float along(const float (&abscissa)[kPoints], const float (&ordinate)[kPoints], float x) {
-  if (x < 0.0f || std::isnan(x)) return kNoValue;
+// Interpolates linearly in points of ascending abscissa.
+float interpolate(const float (&abscissa)[kPoints], const float (&ordinate)[kPoints], float x) {
+  if (x < 0.0f || std::isnan(x)) return kSacUndefinedFloat;
   if (x == 0.0f) return 0.0f;
   int i = 0;
   while (i < kPoints && !(abscissa[i] >= x)) ++i;
-  // Before the first point the first two count, behind the last one the last two.
+  // Extrapolates from the first two points or from the last two.
   const int upper = i == 0 ? 1 : i == kPoints ? kPoints - 1 : i;
   const int from = i == kPoints ? upper : upper - 1;
-  return ordinate[from] + (x - abscissa[from]) / (abscissa[upper] - abscissa[upper - 1]) *
-                              (ordinate[upper] - ordinate[upper - 1]);
+  // Unused points are zero and divide by 0.
+  return finiteOr(ordinate[from] + (x - abscissa[from]) / (abscissa[upper] - abscissa[upper - 1]) *
+                                       (ordinate[upper] - ordinate[upper - 1]),
+                  kSacUndefinedFloat);
 }
 
 std::int32_t nodeBelow(float value, double first, double last, double step, double rounding) {
@@ -48,14 +47,13 @@ bool readFloats(TravelTimeScanner& file, std::initializer_list<float*> values) {
 }  // namespace
 
 void ReadPsDelayTable(const char* name, PsNMO* curves, std::int32_t* count) {
+  TableFiles files;
   TravelTimeScanner file;
-  if (!name || !file.openResource(name)) {
-    std::fputs("Sorry, can't open the Ps Travel Time Table file.\n", stderr);
-    return;
-  }
+  if (!files.openResource(name, "Sorry, can't open the Ps Travel Time Table file.\n", file)) return;
+  PsNMO skipped;
   std::int32_t blocks = 0;
   for (; blocks < kPsNMOCurves && file.skipCharacter(); ++blocks) {
-    PsNMO& curve = curves[blocks];
+    PsNMO& curve = curves ? curves[blocks] : skipped;
     float srcdepth, gcarc, pTime, pRayP, z, t, p;
     if (!readFloats(file, {&srcdepth, &gcarc, &pTime, &pRayP})) break;
     curve.srcdepth = srcdepth;
@@ -68,7 +66,10 @@ void ReadPsDelayTable(const char* name, PsNMO* curves, std::int32_t* count) {
       curve.p[i] = p;
     }
   }
-  *count = blocks - 1;
+  if (blocks < kPsNMOCurves) {
+    files.reportDamage(file, "curves", kPsNMOCurves, static_cast<std::size_t>(blocks));
+  }
+  if (count) *count = blocks - 1;
 }
 
 std::int32_t psNMOCurveIndexClosestTo(float srcdepth, float gcarc) {
@@ -85,11 +86,11 @@ std::int32_t psNMOCurveIndexClosestButLessThan(float gcarc) {
 }
 
 float depthFromTime(float time, PsNMO curve) {
-  return along(curve.t, curve.z, time);
+  return interpolate(curve.t, curve.z, time);
 }
 
 float timeFromDepth(float depth, PsNMO curve) {
-  return along(curve.z, curve.t, depth);
+  return interpolate(curve.z, curve.t, depth);
 }
 
 }  // namespace krosac

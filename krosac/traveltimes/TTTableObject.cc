@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "krosac/traveltimes/TTTables.h"
-#include "krosac/traveltimes/internal/TTTables.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 
@@ -23,7 +23,7 @@ void TTTableObject::eachTable(Self& self, Visit visit) {
   visit("sksdf", "sksdf", self.tsksdf_, self.nsksdf_);
   visit("pkpab", "pkpab", self.tpkpab_, self.npkpab_);
   visit("pkpdf", "pkpdf", self.tpkpdf_, self.npkpdf_);
-  // The key is spelled otherwise than the file: intended.
+  // The key and the file name are spelled differently: intended.
   visit("pklikp", "pkikp", self.tpklikp_, self.npklikp_);
   visit("lpp", "lpp", self.tlpp_, self.nlpp_);
   visit("lss", "lss", self.tlss_, self.nlss_);
@@ -32,21 +32,22 @@ void TTTableObject::eachTable(Self& self, Visit visit) {
 }
 
 Ref<Object> TTTableObject::init() {
-  eachTable(*this, [](PhaseKey, const char* phase, auto& table, std::int32_t& rows) {
-    const auto capacity = static_cast<std::int32_t>(std::size(table)) / kTTColumns;
-    readTTPhase("iasp91_", phase, capacity, table, &rows);
+  TableFiles files;
+  eachTable(*this, [&](PhaseKey, const char* phase, auto& table, std::int32_t& rows) {
+    const auto capacity = static_cast<std::int32_t>(std::size(table) / kTTColumns);
+    readTTPhase(files, "iasp91_", phase, capacity, table, &rows);
   });
   return Object::init();
 }
 
-// A name that is no key has no table.
+// Returns no table for an unknown name.
 TTTableObject::Table TTTableObject::tableOf(std::string_view phase) const {
   const PhaseKey wanted(phase);
   Table found{nullptr, 0};
   eachTable(*this, [&](PhaseKey key, const char*, const auto& table, std::int32_t rows) {
     if (wanted == key) found = {table, rows};
   });
-  // P is asked with the rows of S: intended.
+  // P has the row count of S: intended.
   if (wanted == "p") found.rows = ns_;
   return found;
 }

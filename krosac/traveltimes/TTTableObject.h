@@ -10,7 +10,7 @@
 
 namespace krosac {
 
-// One table: the array t<phase>, with 18 depths a row, and the count n<phase> of the rows read.
+// One table: the array t<phase> with 18 depths per row, and the number n<phase> of rows read.
 #define KROSAC_TT_TABLE(phase, capacity) \
  public:                                 \
   const float* t##phase() const {        \
@@ -24,27 +24,31 @@ namespace krosac {
   float t##phase##_[capacity * 18]{};    \
   std::int32_t n##phase##_ = 0;
 
+// Look-ups change nothing: threads may share one object after init.
 class KROSAC_API TTTableObject : public Object {
  public:
-  // Reads the nineteen tables from the library's data files "iasp91_...", each no further than its
-  // array. A file that cannot be opened prints a message on standard error and leaves its table
-  // zero.
+  // Reads the nineteen tables from the library's data files "iasp91_...". Rows beyond an array's
+  // end are ignored. If a file cannot be opened, prints a message on standard error and leaves that
+  // table zero. lastReason() reports the last file that is missing or damaged, or files from
+  // different folders.
   Ref<Object> init() override;
 
-  // Time (s) and slowness (s/km) of a phase, as from GetTTTimeSlowness, at a distance (degrees) and
-  // source depth (km). The phase, in any case, is one of "p", "s", "pp", "ss", "sp", "ps", "pcp",
-  // "scs", "pcs", "scp", "sksac", "sksdf", "pkpab", "pkpdf", "pklikp" (the inner-core arrival,
-  // reflected at short distances), and the depth phases "lpp", "lsp", "lss", "lps" (pP, sP, sS,
-  // pS). -12345.0 in each field outside the table and for any other name. "p" is answered within
-  // the rows of the S table (intended).
+  // Returns the time (s) and slowness (s/km) of a phase at a distance (degrees) and source depth
+  // (km), computed by GetTTTimeSlowness. The phase is one of "p", "s", "pp", "ss", "sp", "ps",
+  // "pcp", "scs", "pcs", "scp", "sksac", "sksdf", "pkpab", "pkpdf", "pklikp" (the inner-core
+  // arrival, reflected at short distances), or a depth phase: "lpp", "lsp", "lss", "lps" (pP, sP,
+  // sS, pS). Case is ignored, so "pP" is PP. Each field is -12345.0 where there is no time, at
+  // distances outside the table and for any other name; depths are clamped to the table. "p" uses
+  // the row count of the S table (intended).
   SeismicPhase GetTTPhase_GCARC_Depth(std::string_view phase, float gcarc, float depth) const;
 
-  // The same with the slowness and depth derivative (s/km) of GetTTTimeSlownesses.
+  // Returns the time (s), slowness and depth derivative (s/km), computed by GetTTTimeSlownesses, in
+  // the same way.
   SeismicPhaseTimeSlowness GetTTimeSlownessesForPhase_GCARC_Depth(std::string_view phase,
                                                                   float gcarc, float depth) const;
 
-  // Each table: times in s, row after row, a row being 18 depths at one whole degree; and the rows
-  // that were read.
+  // Each table: times (s) in row-major order, one row of 18 depths per degree, and the number of
+  // rows read.
   KROSAC_TT_TABLE(p, 145)
   KROSAC_TT_TABLE(s, 144)
   KROSAC_TT_TABLE(pcp, 99)
@@ -66,7 +70,7 @@ class KROSAC_API TTTableObject : public Object {
   KROSAC_TT_TABLE(lsp, 107)
 
  private:
-  // Calls visit(key, phase of the file, table, rows) for each table, in the order of reading.
+  // Calls visit(key, phase in the file name, table, rows) for each table in reading order.
   template <typename Self, typename Visit>
   static void eachTable(Self& self, Visit visit);
 

@@ -3,7 +3,8 @@
 #include <cmath>
 #include <optional>
 
-#include "krosac/traveltimes/internal/TTTables.h"
+#include "krosac/traveltimes/SeismicPhase.h"
+#include "krosac/traveltimes/internal/Tables.h"
 
 namespace krosac {
 namespace {
@@ -11,7 +12,7 @@ namespace {
 constexpr float kDepths[kTTColumns] = {0,   25,  50,  100, 150, 200, 250, 300, 350,
                                        400, 450, 500, 550, 600, 650, 700, 750, 800};
 
-// The nodes around a point, the point's time, and the depth bracket.
+// The nodes around a point, the interpolated time, and the depth bracket.
 struct Bracket {
   Corners t;
   float time, upperDepth, lowerDepth;
@@ -23,7 +24,7 @@ std::optional<Bracket> bracketOf(const float* table, std::int32_t rows, float gc
   gcarc = std::fabs(gcarc);
   if (gcarc == 0.0f) gcarc = 0.0001f;
   const std::int32_t row = rowBefore(gcarc, rows);
-  if (row + 1 == rows || !std::isfinite(gcarc) || std::isnan(depth)) return std::nullopt;
+  if (!table || row + 1 == rows || !std::isfinite(gcarc) || std::isnan(depth)) return std::nullopt;
 
   const std::size_t column = columnAbove(kDepths, depth);
   const auto t = Corners::of(table, kTTColumns, static_cast<std::size_t>(row), column);
@@ -34,41 +35,49 @@ std::optional<Bracket> bracketOf(const float* table, std::int32_t rows, float gc
   return Bracket{t, t.bilinear(upperWeight, 1.0f - upperWeight, farWeight), upperDepth, lowerDepth};
 }
 
+void store(float* output, float value) {
+  if (output) *output = finiteOr(value, kSacUndefinedFloat);
+}
+
 }  // namespace
 
-void readTTPhase(const char* prefix, const char* phase, std::int32_t capacity, float* table,
-                 std::int32_t* rows) {
-  readPhaseTable(prefix, phase, "Sorry, can't open the Travel Time Table file.\n", kTTColumns,
-                 capacity, table, rows);
+void readTTPhase(TableFiles& files, const char* prefix, const char* phase, std::int32_t capacity,
+                 float* table, std::int32_t* rows) {
+  readPhaseTable(files, prefix, phase, "Sorry, can't open the Travel Time Table file.\n",
+                 kTTColumns, capacity, table, rows);
 }
 
 void ReadTTTablePhase(const char* prefix, const char* phase, float* table, std::int32_t* rows) {
-  readTTPhase(prefix, phase, kMostRows, table, rows);
+  TableFiles files;
+  readTTPhase(files, prefix, phase, kMaxRows, table, rows);
 }
 
 void GetTTTimeSlowness(const char*, const float* table, std::int32_t rows, float* time,
                        float* slowness, float gcarc, float depth) {
-  *time = *slowness = kSacUndefinedFloat;
+  SeismicPhase found{kSacUndefinedFloat, kSacUndefinedFloat};
   if (const auto bracket = bracketOf(table, rows, gcarc, depth)) {
     const Corners& t = bracket->t;
-    *time = bracket->time;
-    *slowness = static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree);
+    found = {bracket->time, static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree)};
   }
+  store(time, found.time);
+  store(slowness, found.slowness);
 }
 
 void GetTTTimeSlownesses(const char*, const float* table, std::int32_t rows, float* time,
                          float* slowness, float* depthDerivative, float gcarc, float depth) {
-  *time = *slowness = *depthDerivative = kSacUndefinedFloat;
+  SeismicPhaseTimeSlowness found{kSacUndefinedFloat, kSacUndefinedFloat, kSacUndefinedFloat};
   if (const auto bracket = bracketOf(table, rows, gcarc, depth)) {
     const Corners& t = bracket->t;
-    const double across = (t.farUpper - t.nearUpper) + (t.farLower - t.nearLower);
+    const double alongDistance = (t.farUpper - t.nearUpper) + (t.farLower - t.nearLower);
     const double nearUpper = t.nearUpper, farUpper = t.farUpper;
-    const double upward = (nearUpper - t.nearLower) + (farUpper - t.farLower);
-    *time = bracket->time;
-    *slowness = static_cast<float>(across * 0.5 / kKilometresPerDegree);
-    *depthDerivative =
-        static_cast<float>(upward * 0.5 / (bracket->upperDepth - bracket->lowerDepth));
+    const double alongDepth = (nearUpper - t.nearLower) + (farUpper - t.farLower);
+    const double depthStep = bracket->upperDepth - bracket->lowerDepth;
+    found = {bracket->time, static_cast<float>(alongDistance * 0.5 / kKilometresPerDegree),
+             static_cast<float>(alongDepth * 0.5 / depthStep)};
   }
+  store(time, found.time);
+  store(slowness, found.slowness);
+  store(depthDerivative, found.depthDerivative);
 }
 
 }  // namespace krosac

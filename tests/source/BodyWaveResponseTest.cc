@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 
 #include "DoubleCouple.h"
 #include "krosac/timegeo/GreatCircle.h"
@@ -17,10 +18,10 @@ std::pair<double, double> solve(double a, double b, double e, double c, double d
   return {(e * d - b * f) / (a * d - b * c), (a * f - e * c) / (a * d - b * c)};
 }
 
-// What a block should give: the patterns of the moment tensor, and the reflected potentials from
-// the vanishing traction 2 phi_xz + psi_xx - psi_zz = 0 and lambda (phi_xx + phi_zz) + 2 mu (phi_zz
-// + psi_xz) = 0 at the surface of a solid with lambda = mu.
-std::array<double, 13> truthFor(const Block& in) {
+// The expected output: radiation patterns of the moment tensor, and reflected potentials for zero
+// traction, 2 phi_xz + psi_xx - psi_zz = 0 and lambda (phi_xx + phi_zz) + 2 mu (phi_zz + psi_xz) =
+// 0, at the surface of a solid with lambda = mu.
+std::array<double, 13> expectedOutput(const Block& in) {
   const double p = in[5], h = in[3], az = in[4];
   const double alpha = in[6] > 0 ? in[6] : 6.2, beta = alpha / std::sqrt(3.0);
   const double a = std::sqrt(1 / (alpha * alpha) - p * p);
@@ -44,7 +45,7 @@ std::array<double, 13> truthFor(const Block& in) {
   const double P = down.P * kp, upP = up.P * kp, SV = -downS.SV * ks / q, upSV = upS.SV * ks * q;
   const double SH = downS.SH * kh, sSH = upS.SH * kh, sS = -SS * upSV / q / q,
                pS = PS * upP / q / q;
-  // Conversions have the sign opposite to the potentials' here.
+  // Converted waves have the opposite sign of the potentials.
   return {P,   PP * upP,  -SP * upSV,  SV,        sS,  pS,  SH,
           sSH, 2 * h * a, h * (a + b), 2 * h * b, upP, upSV};
 }
@@ -57,22 +58,27 @@ TEST(BodyWaveResponse, AgreesWithMomentTensorAndFreeSurface) {
     Block in;
     for (std::size_t j = 0; j < 13; ++j)
       in[j] = std::uniform_real_distribution<float>(least[j], most[j])(random);
-    // A velocity and a density of 0 or less stand for the defaults.
+    // A velocity or density of 0 or less selects the default.
     if (in[6] < 4) in[6] = static_cast<float>(-i % 2);
     if (i % 3 == 0) in[10] = 0;
     if (i % 7 == 0) in[5] = 0;
-    const auto truth = truthFor(in);
+    const auto truth = expectedOutput(in);
     GetBWResponse(in.data());
     const double scale = std::fabs(truth[6]) + std::fabs(truth[7]);
-    // One rounding in single precision; sums that nearly cancel lose digits of their terms.
+    // One rounding to single precision; sums that nearly cancel lose digits.
     for (std::size_t j = 0; j < 13; ++j)
       ASSERT_NEAR(in[j], truth[j], 1e-7 * std::fabs(truth[j]) + 1e-14 * scale) << i << ": " << j;
   }
-  // Beyond the source's limit all but SH and the S delay have no value.
-  Block beyond = {0, 45, 30, 9, 10, 0.15f, 7, 0, 60};
-  GetBWResponse(beyond.data());
-  for (std::size_t i = 0; i < 13; ++i)
-    EXPECT_EQ(std::isnan(beyond[i]), i != 6 && i != 7 && i != 10) << i;
+  // Above 1/6 s/km, above the P slowness and above the S slowness at the source.
+  for (const auto& [rayParameter, velocity, finite] :
+       {std::tuple{0.17f, 5.0f, std::set<std::size_t>{6, 7, 8, 9, 10}},
+        {0.15f, 7.0f, {6, 7, 10}},
+        {0.35f, 5.0f, {}}}) {
+    Block beyond = {0, 45, 30, 9, 10, rayParameter, velocity, 0, 60};
+    GetBWResponse(beyond.data());
+    for (std::size_t i = 0; i < 13; ++i)
+      EXPECT_EQ(std::isfinite(beyond[i]), finite.contains(i)) << i << " for " << rayParameter;
+  }
   GetBWResponse(nullptr);
 }
 

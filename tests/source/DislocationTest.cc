@@ -7,13 +7,13 @@
 namespace krosac {
 namespace {
 
-// The short constant of radians is off by 2.8e-8 of itself: 1.7e-7 a turn.
+// The short constant has a relative error of 2.8e-8: 1.7e-7 per turn.
 constexpr double kShortConstant = 4e-7;
-// A few roundings in single precision of angles up to 360 and of terms up to 3, among them the root
-// of a difference of slownesses that is small for rays nearly level.
+// A few single-precision roundings of angles up to 360 and of terms up to 3. For nearly horizontal
+// rays the vertical slowness is the root of a small difference.
 constexpr double kAngle = 1e-4, kSingle = 4e-6;
 
-// One object that takes all angles through its setters.
+// Sets all angles of one object through its setters.
 template <typename Check>
 void forAllFaults(Check check) {
   const auto fault = make<Dislocation>();
@@ -43,15 +43,15 @@ TEST(Dislocation, VectorsAndAxes) {
     for (const auto& [axis, azimuth, plunge] : {std::tuple{p, d.GetPAzimuth(), d.GetPPlunge()},
                                                 {t, d.GetTAzimuth(), d.GetTPlunge()},
                                                 {b, d.GetBAzimuth(), d.GetBPlunge()}}) {
-      // Mirrored, and not wrapped.
-      const double away = std::atan2(axis[0], axis[1]) / kDegree + 90 + (axis[2] < 0 ? 180 : 0);
-      EXPECT_NEAR(azimuth, away, kAngle);
+      // Mirrored and not wrapped.
+      const double mirrored = std::atan2(axis[0], axis[1]) / kDegree + 90 + (axis[2] < 0 ? 180 : 0);
+      EXPECT_NEAR(azimuth, mirrored, kAngle);
       EXPECT_NEAR(std::sin(plunge * kDegree), std::fabs(axis[2]), kSingle);
     }
   });
 }
 
-TEST(Dislocation, AuxiliaryPlaneIsAcrossTheSlip) {
+TEST(Dislocation, AuxiliaryPlaneExchangesSlipAndNormal) {
   forAllFaults([](const Dislocation& d, const DoubleCouple& truth) {
     const double sign = d.GetRake() > 0 ? 1 : -1;
     const DoubleCouple auxiliary(d.GetAuxStrike(), d.GetAuxDip(), sign * d.GetAuxRake());
@@ -72,7 +72,7 @@ TEST(Dislocation, AuxiliaryPlaneIsAcrossTheSlip) {
   }
 }
 
-TEST(Dislocation, RadiatesByTheMomentTensor) {
+TEST(Dislocation, RadiationAgreesWithTheMomentTensor) {
   const double sets[][6] = {{360, -0.08781, -0.01324, -2.65306, 1.83101, 0.93984},
                             {359, -0.1451, -0.17929, -3.34124, 3.32004, 1.9275}};
   forAllFaults([&](const Dislocation& d, const DoubleCouple& truth) {
@@ -96,7 +96,7 @@ TEST(Dislocation, RadiatesByTheMomentTensor) {
       for (const auto& [period, k1, k2, k3, k4, k5] : sets) {
         const auto surface = d.ComputeSurfWaveAmplitudeAz_Period(azimuth, float(period));
         const double vertical = k4 * down.P / 2 - k5 * (radial.P - across) / 2;
-        // Angles of up to two turns in single precision, times k3.
+        // Single-precision angles of up to two turns, times k3.
         EXPECT_NEAR(surface.x, std::hypot(k2 * down.SV, vertical), 5e-6);
         EXPECT_NEAR(surface.y, std::hypot(k1 * down.SH, k3 * radial.SH), 5e-6);
       }

@@ -1,5 +1,6 @@
-// The far field of a double couple (Aki and Richards, 1980) by projecting its moment tensor, built
-// from unit vectors along strike and up dip; in degrees, with the axes north, east and down.
+// Far-field radiation of a double couple (Aki and Richards, 1980) by projection of its moment
+// tensor, built from unit vectors along strike and up dip. Angles in degrees; axes north, east and
+// down.
 #ifndef KROSAC_TESTS_SOURCE_DOUBLECOUPLE_H
 #define KROSAC_TESTS_SOURCE_DOUBLECOUPLE_H
 
@@ -29,7 +30,7 @@ struct DoubleCouple {
   double project(const Vector3& a, const Vector3& b) const {
     return dot(a, slip) * dot(b, normal) + dot(a, normal) * dot(b, slip);
   }
-  // Along a ray, its angle from straight down given by the sine and the cosine.
+  // For a ray whose angle from the downward vertical has this sine and cosine.
   Pattern pattern(double azimuth, double sine, double cosine) const {
     const double x = std::cos(azimuth * kDegree), y = std::sin(azimuth * kDegree);
     const Vector3 ray = {sine * x, sine * y, cosine}, sv = {cosine * x, cosine * y, -sine};

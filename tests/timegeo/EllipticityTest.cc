@@ -11,9 +11,9 @@
 namespace krosac {
 namespace {
 
-TEST(Ellipticity, PathsWorkedOutApart) {
-  // For each row of coefficients their sum in hundredths and a path of the row, the first also from
-  // above the surface, in double precision throughout.
+TEST(Ellipticity, AgreesWithPathsComputedIndependently) {
+  // The sum of each row of coefficients, in hundredths, and a path from its depth range (source
+  // latitude, longitude and depth, station latitude and longitude, correction in double precision).
   const std::pair<int, std::array<double, 6>> rows[] = {
       {-2144, {38.3, 142.4, 29, 35.6, 51.4, -0.142163679}},
       {-2124, {64, -150, 80, 34.05, -118.25, 0.066872136}},
@@ -29,14 +29,14 @@ TEST(Ellipticity, PathsWorkedOutApart) {
     coefficients += 63;
     float p[5];
     std::copy_n(path.begin(), 5, p);
-    // Single precision leaves the distance good to 1e-5 degrees, where the table changes by 0.2 s
-    // in a degree at most.
+    // The single-precision distance is accurate to 1e-5 degrees, and the correction changes by at
+    // most 0.2 s per degree.
     EXPECT_NEAR(ellipCorrection(p[0], p[1], p[2], p[3], p[4]), path[5], 2e-6) << path[2] << " km";
   }
 }
 
-// From the pole tau0 alone acts, whatever the azimuth.
-TEST(Ellipticity, EdgesHoldBeyond) {
+// At the pole tau1 and tau2 vanish.
+TEST(Ellipticity, ClampsDistanceAndDepth) {
   const auto fromPole = [](double distance, float depth) {
     const double degree = std::numbers::pi / 180;
     const double latitude = std::atan(std::tan((90 - distance) * degree) / 0.9966102) / degree;

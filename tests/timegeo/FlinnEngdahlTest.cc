@@ -29,7 +29,7 @@ std::string names(Numbers& n) {
   return std::string(geographic) + " / " + seismic;
 }
 
-TEST(FlinnEngdahl, AgreesWithAPlainScanOfTheQuadrantEverywhere) {
+TEST(FlinnEngdahl, AgreesWithALinearScan) {
   using namespace flinn_engdahl;
   std::vector<float> longitudes{-0.0f, 181.0f, -270.0f, 360.0f, -1e9f, 3e38f, -HUGE_VALF};
   for (float x = -180.5f; x <= 180.5f; x += 0.5f) longitudes.push_back(x);
@@ -46,7 +46,7 @@ TEST(FlinnEngdahl, AgreesWithAPlainScanOfTheQuadrantEverywhere) {
   }
 }
 
-TEST(FlinnEngdahl, PointsInNoRegionAreCounted) {
+TEST(FlinnEngdahl, CountsPointsInNoRegion) {
   std::int32_t last = lookUp(91, 0).geographic;
   EXPECT_GE(last, 758);
   for (const auto& [latitude, longitude] :
@@ -76,8 +76,6 @@ TEST(FlinnEngdahl, Names) {
     EXPECT_EQ(names(n), expected);
     EXPECT_EQ(n.seismic, seismic);
   }
-  fe_lookup(0, 0, nullptr, nullptr);
-  fe_region(nullptr, nullptr, nullptr, nullptr);
 }
 
 }  // namespace

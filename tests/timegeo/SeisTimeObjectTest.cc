@@ -15,7 +15,7 @@ namespace {
 // Year, day, hour, minute, second and millisecond.
 using Fields = std::array<double, 6>;
 
-// A time whose fields are as given, not normalised.
+// A time with these fields, not normalised.
 Ref<SeisTimeObject> timeOf(const Fields& f) {
   auto time = make<SeisTimeObject>();
   time->setMYr(static_cast<int>(f[0]));
@@ -64,7 +64,7 @@ TEST(SeisTimeObject, NormalisesAsStepByStep) {
     return 1.0 * std::uniform_int_distribution<int>(-size, size)(random);
   };
   for (int i = 0; i < 30000; ++i) {
-    // Every size from nothing to far beyond the field, and all alignments to whole units.
+    // All magnitudes up to far beyond the range of a field, with and without whole units.
     const int size = 1 << (i % 22);
     Fields f{i % 5 ? upTo(3000) : 0, upTo(size), upTo(size), upTo(size), upTo(size)};
     f[5] = i % 3 ? upTo(size) / 7 : 1000 * upTo(size / 8 + 1);
@@ -77,7 +77,7 @@ TEST(SeisTimeObject, NormalisesAsStepByStep) {
                              {{2001, 1, 0, 0, 0, HUGE_VAL}, {2001, 1, 0, 0, 0, HUGE_VAL}}};
   for (const auto& [from, to] : cases) EXPECT_EQ(normalised(from), to);
   const auto time = timeOf({2000, 1, 0, 0, 0, -1e300});
-  time->setDOYString();  // Longer than its place: cut off.
+  time->setDOYString();  // longer than its buffer: truncated
   time->formatTime();
   EXPECT_TRUE(time->mSec() >= 0 && time->mSec() < 60 && time->mHr() >= 0 && time->mHr() < 24);
 }
@@ -97,13 +97,19 @@ TEST(SeisTimeObject, AddsAndSubtracts) {
   EXPECT_EQ(fieldsOf(time), normalisedStepByStep({2005, 1, 1, 2 - 1.0 * INT_MIN, 1}));
   time->subtractSeconds(-1e35f);
   EXPECT_EQ(time->mYr(), INT_MAX);
-  // Formed in single precision, 0.1 s are exactly 100 ms.
+  for (const auto& [seconds, text] :
+       {std::pair{1.0f, "2001 (000) 23:59:59.000"}, {86401.0f, "2000 (364) 23:59:59.000"}}) {
+    const auto newYear = timeOf({2001, 1});
+    newYear->subtractSeconds(seconds);
+    EXPECT_STREQ(newYear->DOYcString(), text) << "the borrow is that of the later year";
+  }
+  // In single precision, 0.1 s is exactly 100 ms.
   const auto other = timeOf({2004, 1});
   other->addSeconds(0.1f);
   EXPECT_EQ(other->mMsec(), 100.0);
 }
 
-TEST(SeisTimeObject, DifferencesHaveFlatYearsAndStayInTheReceiver) {
+TEST(SeisTimeObject, DifferencesHave365DaysPerYearAndReplaceTheReceiver) {
   const std::tuple<Fields, Fields, Fields, float> cases[] = {
       {{2011, 70, 5, 46, 23, 250}, {2011, 70, 5, 46, 24}, {0, -1, 23, 59, 59, 250}, -0.75f},
       {{2012, 10, 1}, {2002, 10}, {10, 0, 1}, 315363600.0f}};
@@ -142,9 +148,16 @@ TEST(SeisTimeObject, CopiesNormalisedAndArchivesAsItIs) {
   EXPECT_STREQ(make<SeisTimeObject>()->initWithTimeObject(*time)->YMDcString(),
                "1999/01/07 01:03:03.456");
   EXPECT_STREQ(time->copyWithZone()->DOYcString(), "1999 (066) 01:03:03.456");
+  time->setDOYString();
+  EXPECT_STREQ(time->mString(), "1999 (007) 01:02:63.456");
+  time->setYMDString();
+  EXPECT_STREQ(time->mString(), "1999/03/07 01:02:63.456");
   const auto decoded = archivedCopy(*time);
   EXPECT_EQ(fieldsOf(decoded), fieldsOf(time));
   EXPECT_TRUE(decoded->mMonth() == 3 && decoded->mDate() == 7);
+  EXPECT_STREQ(decoded->mString(), time->mString());
+  time->setMMsec(-1e-20);
+  EXPECT_LT(time->copyWithZone()->mMsec(), 1000.0);
 }
 
 }  // namespace

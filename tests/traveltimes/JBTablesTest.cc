@@ -12,20 +12,20 @@ constexpr float kDepths[] = {0, 33, 63, 127, 190, 254, 317, 380, 444, 507, 570, 
 constexpr float kPhaseDepths[] = {0, 25, 65, 130, 191, 256, 322, 387, 453, 518, 584, 650, 715};
 constexpr float kSlow = 10 / 111.19f;
 
-// Where the times are 100 + 10 degrees + depth / 4, interpolation gives them back.
+// Interpolation reproduces times that are linear: 100 + 10 degrees + depth / 4.
 TEST(JBTables, InterpolatesPAndS) {
   std::vector<float> table;
   for (float row = 0; row < 120; ++row)
     for (const float z : kDepths)
       table.push_back(100 + (row <= 20 ? 5 * row : 10 * row - 100) + z / 4);
-  // Rows are half a degree apart up to 10 degrees, where the slowness is no longer doubled; the
-  // bracket from 10 to 11 degrees is taken as half a degree wide.
+  // Rows are half a degree apart up to 10 degrees, where the slowness is no longer doubled. The
+  // cell from 10 to 11 degrees is taken as half a degree wide.
   const float cases[][4] = {
-      {0, 0, 100.026f, kSlow},     {9.9f, 100, 224, kSlow},         {-1, 40, 100, kSlow},
+      {0, 0, 100.026f, kSlow},     {9.9f, 100, 224, kSlow},         {-1, 40, kNone, kNone},
       {10, 40, 210, kSlow / 2},    {10.25f, 40, 215, kSlow},        {11, 40, 230, kSlow},
       {11.5f, 33, 223.25f, kSlow}, {60, kInfinity, 890.25f, kSlow}, {50, kNaN, kNone, kNone},
       {107, -5, 1170.025f, kSlow}, {107.9f, 0, 1179.025f, kSlow},   {108, 0, kNone, kNone},
-      {kNaN, 0, kNone, kNone},     {-kInfinity, 0, kNone, kNone}};
+      {kNaN, 0, kNone, kNone},     {-12345, 0, kNone, kNone}};
   for (const auto& [gcarc, depth, time, slowness] : cases) {
     SCOPED_TRACE(testing::Message() << gcarc << " degrees, " << depth << " km");
     SeismicPhase p, s;
@@ -33,7 +33,7 @@ TEST(JBTables, InterpolatesPAndS) {
                depth);
     EXPECT_NEAR(s.time, time, 3e-4);  // floats of 1000 s are 1e-4 s apart
     EXPECT_NEAR(s.slowness, slowness, 1e-6);
-    EXPECT_EQ(p.time, gcarc > 107 ? kNone : s.time) << "P has two rows less";
+    EXPECT_EQ(p.time, gcarc > 107 ? kNone : s.time) << "P has two rows fewer";
     EXPECT_EQ(p.slowness, gcarc > 107 ? kNone : s.slowness);
   }
   for (float depth = 5, time, other; depth < 761; depth += 10) {
@@ -48,7 +48,7 @@ TEST(JBTables, InterpolatesPhaseTables) {
     for (const float z : kPhaseDepths) table.push_back(100 + 10 * row + z / 4);
   const float cases[][4] = {
       {101, 0, 0, 100.026f},   {101, 99.9f, 800, 1277.725f}, {101, 100, 0, 1100.025f},
-      {101, 100.1f, 0, kNone}, {181, 180, 0, 1900.024f},     {101, -1, 0, 90.025f},
+      {101, 100.1f, 0, kNone}, {181, 180, 0, 1900.024f},     {101, -1, 0, kNone},
       {101, 50, kNaN, kNone},  {0, 0.5f, 0, 105.025f},       {2e9f, 2e9f, 0, kNone}};
   float time, slowness;
   for (const auto& [rows, gcarc, depth, expected] : cases) {
@@ -62,7 +62,23 @@ TEST(JBTables, InterpolatesPhaseTables) {
   }
   table[1] -= 7;
   GetJBTimeSlowness("pp", table.data(), 2, &time, &slowness, 0.5f, 0.0f);
-  EXPECT_NEAR(slowness, 17 / 111.19, 1e-7) << "that of the deeper column";
+  EXPECT_NEAR(slowness, 17 / 111.19, 1e-7) << "of the deeper column";
+}
+
+TEST(JBTables, AbsentNodesHaveNoTime) {
+  std::vector<float> table(4 * 13);
+  for (std::size_t i = 0; i < table.size(); ++i) table[i] = 100.0f + float(i / 13) + float(i % 13);
+  table[1 * 13 + 1] = kNone;  // at 1 degree, 25 km
+  const float cases[][4] = {{0.5f, 10, kNone, kNone},    {1.5f, 10, kNone, kNone},
+                            {1.0f, 24.9f, kNone, kNone}, {1.5f, 64.9f, kNone, kNone},
+                            {1.0f, 25, kNone, kNone},    {2, 25, 103, kNone},
+                            {0.5f, 65, 102.5f, 1},       {1.5f, 65, 103.5f, 1}};
+  for (const auto& [gcarc, depth, expectedTime, rowDifference] : cases) {
+    float time, slowness;
+    GetJBTimeSlowness("pp", table.data(), 4, &time, &slowness, gcarc, depth);
+    EXPECT_EQ(time, expectedTime) << gcarc << " degrees, " << depth << " km";
+    EXPECT_EQ(slowness, rowDifference == kNone ? kNone : float(rowDifference / 111.19));
+  }
 }
 
 std::string numbers(int count, int from = 0) {
@@ -74,7 +90,7 @@ std::string numbers(int count, int from = 0) {
 TEST(JBTables, ReadsTheMainFile) {
   const TableFolder folder;
   const std::string header = "1\n2\n3\n4\n", p = numbers(1652), s = numbers(1680, 10000);
-  // Of 79 characters, the longest that counts as one line, and of 80, which counts as two.
+  // A line of 79 characters counts as one, a line of 80 as two.
   const std::string one(78, '1'), two(79, '1');
   const std::tuple<std::string, int, int> cases[] = {
       {one + "\n" + one + "\n" + two + "\n" + p + "S\n" + s + "5", 1652, 1680},
@@ -90,7 +106,7 @@ TEST(JBTables, ReadsTheMainFile) {
   }
 }
 
-TEST(JBTables, ReadCompleteRowsUpToTheirCapacity) {
+TEST(JBTables, ReadsCompleteRowsUpToTheCapacity) {
   const TableFolder folder;
   for (const auto& [count, expected] : {std::pair{2 * 14 + 13, 2}, {400 * 14, 360}}) {
     folder.write("own.txt", numbers(count) + "?" + numbers(14));
@@ -106,14 +122,16 @@ TEST(JBTables, ReadCompleteRowsUpToTheirCapacity) {
   ASSERT_TRUE(tables->init());
   EXPECT_EQ((std::array{tables->npcp(), tables->nscs(), tables->npp(), tables->nss()}),
             (std::array{101, 101, 211, 215}));
-  for (int i = 0; i < 6; ++i) {  // distances are left out of the latter
+  for (int i = 0; i < 6; ++i) {  // the tables of the last four do not store the distance
     EXPECT_NEAR(tables->GetJBPhase_GCARC_Depth(phases[i], 0, 0).time, 10000 * i + (i > 1), 0.1);
     EXPECT_EQ(unloaded->GetJBPhase_GCARC_Depth(phases[i], 50, 10).time, 0);
   }
   EXPECT_EQ(tables->GetJBPhase_GCARC_Depth("sp", 50, 10).time, kNone);
 }
 
-TEST(JBTables, SayWhenAFileCannotBeOpened) {
+TEST(JBTables, ReportsFilesThatCannotBeOpened) {
+  const TableFolder folder;
+  std::filesystem::create_directory(folder.path("jbtables.txt"));
   float untouched = -7;
   std::int32_t rows = 5;
   const std::string said = "|Sorry, can't open the JB Tables file.\n", longName(5000, 'p');

@@ -10,7 +10,7 @@ double linear(int i, int k) {
   return 10.0 + 2.0 * k + 0.5 * i;
 }
 
-// Nodes every 5 km and every degree; the time of depth i and distance k is time(i, k).
+// A table with nodes every 5 km and every degree; node (i, k) has the time time(i, k).
 std::string tableText(int depths, int gcarcs, double (*time)(int, int) = linear) {
   std::string text = "a table\n";
   for (const auto& [count, step] : {std::pair{depths, 5}, {gcarcs, 1}}) {
@@ -49,21 +49,21 @@ TEST(Locsat, Interpolates) {
                             {kNaN, 5, -1},      {5, kNaN, -1}};
   const auto table = loaded(tableText(40, 207));
   for (const auto& [gcarc, depth, time] : cases) expectAnswer(*table, gcarc, depth, time);
-  // The slowness takes the upper row's difference with the lower row's weight and the reverse.
+  // For the slowness, each row's difference has the weight of the other row.
   const auto product = loaded(tableText(40, 207, [](int i, int k) { return i * k + 1.0; }));
   expectAnswer(*product, 0.5f, 9, 1 + 0.5 * 1.8, (1 * 0.8 + 2 * 0.2) / 111.19, 0.5 / 5);
   const auto holed = loaded(
       tableText(40, 207, [](int i, int k) { return i == 3 && k == 50 ? -1 : linear(i, k); }));
   for (const float gcarc : {49.1f, 50.9f})
     for (const float depth : {10.1f, 19.9f}) expectAnswer(*holed, gcarc, depth, -1);
-  // All slots are searched, also behind a node that is out of order.
+  // The search covers all nodes, also those after a node that is out of order.
   std::string unordered = tableText(40, 207);
   for (const std::string start : {"\n0 5 10", "\n0 1 2"})
     unordered.replace(unordered.find(start + ' '), start.size(), start + "00");
   expectAnswer(*loaded(unordered), 40.5f, 52, 96.2);
 }
 
-TEST(Locsat, RefusesWhatIsNoTableAndKeepsTheLastOne) {
+TEST(Locsat, RefusesMalformedFilesAndKeepsTheOldTimes) {
   const TableFolder folder;
   const auto whole = tableText(3, 10), cut = whole.substr(0, whole.size() - 20);
   const auto table = loaded(whole);
@@ -77,8 +77,8 @@ TEST(Locsat, RefusesWhatIsNoTableAndKeepsTheLastOne) {
     EXPECT_FALSE(table->hasTimes()) << text.substr(0, 30);
   }
   table->loadTimesFromPath("/no/such/file");
-  // Rows keep the stride of the file. The last slots are 0, and so nothing positive is inside. The
-  // second row is not where the look-up takes it from.
+  // Rows keep the stride of the file, so the look-up does not find the second one. The last nodes
+  // are 0, so only 0 is inside.
   EXPECT_TRUE(table->times()[10] == 10.5f && table->times()[30] == 0.0f);
   expectAnswer(*table, 1, 1, -1);
   expectAnswer(*table, 0, 0, 10, 0, -10 / 5.0);

@@ -20,7 +20,7 @@ TEST(PsNMO, FindsCurves) {
 }
 
 TEST(PsNMO, InterpolatesAlongACurve) {
-  // Delays of 0.1 s a km down to 300 km, then 0.2 s a km.
+  // Delays of 0.1 s per km down to 300 km, then 0.2 s per km.
   PsNMO curve{};
   for (int i = 0; i < 77; ++i) {
     curve.z[i] = float(10 * i);
@@ -32,7 +32,7 @@ TEST(PsNMO, InterpolatesAlongACurve) {
     EXPECT_NEAR(depthFromTime(time, curve), depth, 1e-5 * depth);
   }
   EXPECT_TRUE(depthFromTime(-1, curve) == kNone && timeFromDepth(kNaN, curve) == kNone);
-  // Before the first point the first two count.
+  // Extrapolates from the first two points.
   for (float& z : curve.z) z += 10;
   EXPECT_NEAR(timeFromDepth(5, curve), -0.5, 1e-6);
   EXPECT_EQ(timeFromDepth(0, curve), 0.0f);
@@ -58,14 +58,14 @@ TEST(PsNMO, InterpolatesBetweenCurves) {
   const PsNMO curve = tables->FetchNMOForSrcDepth_Gcarc(330, 48);
   EXPECT_TRUE(curve.srcdepth == 350.0f && curve.gcarc == 50.0f);
   EXPECT_EQ(tables->FetchNMOForSrcDepth_Gcarc(800, 48).srcdepth, kNone);
-  // Delays are linear in source depth and distance, also up to the far edges of the grid.
+  // Delays are linear in source depth and distance, up to the far edges of the grid.
   for (const float srcdepth : {0.0f, 20.0f, 700.0f}) {
     for (const float gcarc : {30.0f, 47.0f, 95.0f}) {
       const double expected = 10.5 * (1 + srcdepth / 50 + (gcarc - 30) / 10);
       EXPECT_NEAR(tables->bilinearTimeFromDepth_SrcDepth_Gcarc(105, srcdepth, gcarc), expected,
                   1e-5 * expected);
       EXPECT_FALSE(std::isfinite(tables->bilinearDepthFromTime_SrcDepth_Gcarc(5, srcdepth, gcarc)))
-          << "its weights have the divisor 0";
+          << "the weights are divided by 0";
     }
   }
   const float cases[][4] = {{0, 900, 50, 0},        {-1, 100, 50, kNone},   {kNaN, 100, 50, kNone},
@@ -79,7 +79,7 @@ TEST(PsNMO, InterpolatesBetweenCurves) {
 TEST(PsNMO, ReadsBlocksWithinLimits) {
   const TableFolder folder;
   std::int32_t count = -5;
-  // A 78th point is read as the head of a curve.
+  // A 78th point is read as the header of a curve.
   for (const auto& [text, expected] : {std::pair{curves(230, 77), 209},
                                        {curves(1, 80), 1},
                                        {curves(1, 77) + "> 50 30 5", 0},

@@ -1,5 +1,4 @@
-// The rays that the tables are made from, in a medium that has a closed form. What they give in
-// the models, TableDataTest compares with another program and with the files.
+// Ray tracing in a medium with a closed-form solution. TableDataTest covers the Earth models.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,9 +10,9 @@
 namespace krosac::raytracing {
 namespace {
 
-// With v = a - b r^2 rays are circles, and times are distances in the hyperbolic disc; S is twice
-// as slow as P.
-TEST(RayTracing, VelocityFallingWithTheSquareOfTheRadius) {
+// With v = a - b r^2 rays are circular arcs and times are distances in the hyperbolic disc. The S
+// velocity is half the P velocity.
+TEST(RayTracing, AgreesWithTheClosedFormForQuadraticVelocity) {
   const double a = 12.0, fall = 6.0, b = fall / (kEarthRadius * kEarthRadius), c2 = a / b;
   const EarthModel model({{kEarthRadius, 0.0, {{a, 0, -fall, 0}}, {{a / 2, 0, -fall / 2, 0}}}});
   const std::vector<double> degrees{0, 0.5, 1, 7, 30, 60, 89, 90, 91, 137, 179, 180};

@@ -15,7 +15,7 @@ SeismicPhaseTimeSlowness lookUp(const std::vector<float>& table, std::int32_t ro
 }
 
 TEST(TTTables, Interpolates) {
-  // Linear in distance and depth, so that interpolation gives back 100 + 10 gcarc + depth / 4.
+  // Interpolation reproduces times that are linear: 100 + 10 gcarc + depth / 4.
   std::vector<float> table;
   for (float row = 0; row < 10; ++row)
     for (const float z :
@@ -38,7 +38,7 @@ TEST(TTTables, Interpolates) {
     EXPECT_NEAR(lookUp(table, 10, 3, depth).time, 130 + depth / 4, 1e-4) << depth;
 }
 
-TEST(TTTables, TakeSlownessFromTheDeeperOrFromBothColumns) {
+TEST(TTTables, SlownessOfTheDeeperOrOfBothColumns) {
   std::vector<float> table(3 * 18);
   table[0] = 1, table[1] = 2, table[18] = 5, table[19] = 12;
   float time, slowness;
@@ -56,7 +56,7 @@ TEST(TTTables, TakeSlownessFromTheDeeperOrFromBothColumns) {
   }
 }
 
-TEST(TTTableObject, KeepsEachTableWithinItsArray) {
+TEST(TTTableObject, ReadsEachTableUpToItsCapacity) {
   const TableFolder folder;
   const std::pair<std::string, int> capacities[] = {
       {"p", 145},     {"s", 144},     {"pcp", 99},    {"scs", 100},   {"pcs", 63},
@@ -76,7 +76,7 @@ TEST(TTTableObject, KeepsEachTableWithinItsArray) {
   for (int place = 0; place < 19; ++place) {
     const auto& [phase, rows] = capacities[place];
     const std::string key = phase == "pkikp" ? "PKLiKP" : phase;
-    // P is asked with the rows of S.
+    // P has the row count of S.
     const float last = float(phase == "p" ? 144 : rows) - 1;
     for (const float gcarc : {0.5f, last - 0.5f, last + 0.5f})
       EXPECT_NEAR(object->GetTTPhase_GCARC_Depth(key, gcarc, 0).time,

@@ -1,4 +1,4 @@
-// A folder of table files that the library finds before its own.
+// A folder of table files that the library searches before its own.
 #ifndef KROSAC_TESTS_TRAVELTIMES_TABLEFOLDER_H
 #define KROSAC_TESTS_TRAVELTIMES_TABLEFOLDER_H
 

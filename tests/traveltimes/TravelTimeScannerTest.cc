@@ -9,7 +9,7 @@
 namespace krosac {
 namespace {
 
-// As strtof reads it in the C locale.
+// Expects the result of strtof in the C locale.
 void expectNumber(const std::string& text) {
   static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
   char* end;
@@ -21,8 +21,8 @@ void expectNumber(const std::string& text) {
       << text;
 }
 
-TEST(TravelTimeScanner, ReadsNumbersAsStrtofDoesInEveryLocale) {
-  std::setlocale(LC_ALL, "de_DE.UTF-8");  // a decimal comma, where the machine has one
+TEST(TravelTimeScanner, ReadsNumbersAsStrtofInEveryLocale) {
+  std::setlocale(LC_ALL, "de_DE.UTF-8");  // has a decimal comma, if installed
   std::istringstream texts(
       "-0.000|.|e5|1e+x|1E-3|-nan|infx|NaN(12)z|1e39|7e-46|0x1.8p3|0x|1,5|16777217|8388608.5|"
       "8388608.50000000000000000001|9007199254740993|18446744073709551617|\t\n 7 8");
@@ -33,7 +33,7 @@ TEST(TravelTimeScanner, ReadsNumbersAsStrtofDoesInEveryLocale) {
     std::string text;
     for (auto n = random() % 24; n > 0; --n) text += kPieces[random() % (sizeof kPieces - 1)];
     expectNumber(text);
-    // Halfway between two floats, where rounding twice goes wrong.
+    // Halfway between two floats, where double rounding fails.
     const auto odd = (1UL << 24 | random() % (1UL << 24)) | 1;
     for (const char* tail : {"", ".0000001", "0.0"}) expectNumber(std::to_string(odd) + tail);
     expectNumber(std::to_string(odd - 1) + ".99999999");
@@ -41,7 +41,7 @@ TEST(TravelTimeScanner, ReadsNumbersAsStrtofDoesInEveryLocale) {
   std::setlocale(LC_ALL, "C");
 }
 
-TEST(TravelTimeScanner, LimitsNumbersAndStopsAtStrangeBytes) {
+TEST(TravelTimeScanner, LimitsNumbersAndStopsAtOtherBytes) {
   const TableFolder folder;
   const std::string zeros(TravelTimeScanner::kLongestNumber - 1, '0');
   const std::pair<std::string, int> cases[] = {{zeros + " 2", 2},

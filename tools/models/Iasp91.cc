@@ -3,8 +3,8 @@
 namespace krosac::raytracing {
 
 // Kennett, B. L. N. and Engdahl, E. R. (1991), Traveltimes for global earthquake location and phase
-// identification, Geophys. J. Int. 105, 429-465: radii, then the coefficients of the velocities as
-// polynomials in r / 6371 km.
+// identification, Geophys. J. Int. 105, 429-465. Each layer: its radii (km), then the coefficients
+// of the P and S velocities (km/s) as polynomials in r / 6371 km.
 EarthModel iasp91() {
   return EarthModel({
       {6371, 6351, {5.8, 0, 0, 0}, {3.36, 0, 0, 0}},

@@ -3,8 +3,8 @@
 namespace krosac::raytracing {
 
 // Jeffreys, H. and Bullen, K. E. (1940), Seismological tables, British Association, Gray-Milne
-// Trust, London: depth, P velocity and S velocity (0 in a fluid) at nodes, linear in depth between
-// them. A repeated depth is a discontinuity.
+// Trust, London. Each node: depth (km), P velocity and S velocity (km/s; 0 in a fluid), linear in
+// depth between nodes. A repeated depth is a discontinuity.
 EarthModel jeffreysBullen() {
   return EarthModel::linearInDepth({
       {0.00, 5.570, 3.363},     {15.00, 5.570, 3.363},    {15.00, 6.500, 3.741},

@@ -1,4 +1,4 @@
-// The velocity models that the tables are made from.
+// The velocity models from which the tables are computed.
 #ifndef KROSAC_TOOLS_MODELS_MODELS_H
 #define KROSAC_TOOLS_MODELS_MODELS_H
 

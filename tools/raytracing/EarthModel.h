@@ -1,4 +1,4 @@
-// A spherical Earth of layers in which the velocities are polynomials of the radius.
+// A spherical Earth model whose velocities are polynomials of the radius in each layer.
 #ifndef KROSAC_TOOLS_RAYTRACING_EARTHMODEL_H
 #define KROSAC_TOOLS_RAYTRACING_EARTHMODEL_H
 
@@ -16,7 +16,7 @@ struct Velocity {
   std::array<double, 4> c;
 
   double at(double radius) const;
-  // d ln v / d ln r, by which the velocity is locally a power of the radius.
+  // d ln v / d ln r, the exponent of the local power law.
   double exponentAt(double radius) const;
 };
 
@@ -29,14 +29,14 @@ struct Layer {
 
 class EarthModel {
  public:
-  // Layers from the surface down to the centre. S velocities are 0 in the outer core, which has the
-  // inner core beneath it and the mantle above it; a model without a fluid is all mantle.
+  // Takes the layers from the surface down to the centre. The S velocity is 0 in the outer core,
+  // which separates mantle and inner core. A model without a fluid layer is all mantle.
   explicit EarthModel(std::vector<Layer> layers);
 
   struct Node {
     double depth, p, s;
   };
-  // The model through nodes, linear in depth between them; a repeated depth is a discontinuity.
+  // Returns the model that is linear in depth between nodes; a repeated depth is a discontinuity.
   static EarthModel linearInDepth(const std::vector<Node>& nodes);
 
   const std::vector<Layer>& layers() const { return layers_; }

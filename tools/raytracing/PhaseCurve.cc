@@ -47,9 +47,9 @@ PhaseCurve::PhaseCurve(std::vector<Leg> legs) : legs_(std::move(legs)) {
 Path PhaseCurve::path(double p) const {
   Path all;
   for (const Leg& leg : legs_) {
-    const Path way = leg.shells->down(p);
-    all.distance += leg.ways * way.distance;
-    all.time += leg.ways * way.time;
+    const Path oneWay = leg.shells->down(p);
+    all.distance += leg.ways * oneWay.distance;
+    all.time += leg.ways * oneWay.time;
   }
   return all;
 }
@@ -69,7 +69,8 @@ void PhaseCurve::addCaustics() {
             [](const Sample& a, const Sample& b) { return a.p < b.p; });
 }
 
-// The greatest (sign 1) or least (sign -1) distance between two ray parameters, by golden section.
+// The greatest (sign 1) or least (sign -1) distance between two ray parameters, by golden-section
+// search.
 PhaseCurve::Sample PhaseCurve::extremeBetween(double p1, double p2, double sign) const {
   constexpr double kGolden = std::numbers::phi - 1.0;
   Sample left = sample(p2 - kGolden * (p2 - p1)), right = sample(p1 + kGolden * (p2 - p1));
@@ -87,8 +88,8 @@ PhaseCurve::Sample PhaseCurve::extremeBetween(double p1, double p2, double sign)
   return sign * left.distance > sign * right.distance ? left : right;
 }
 
-// The time of the tangent to the travel-time curve: tau(p) + p distance. It is the exact time of
-// the ray at that distance, since tau' = -distance, and off by the square only of an error in p.
+// The time on the tangent to the travel-time curve, tau(p) + p distance. Since tau' = -distance,
+// its error is of second order in the error of p.
 Arrival PhaseCurve::arrivalOf(double p, double distance) const {
   const Path ray = path(p);
   return {p, ray.time + p * (distance - ray.distance)};
@@ -99,7 +100,7 @@ Arrival PhaseCurve::along(const Sample& grazing, double distance) const {
   return arrivalOf(grazing.p, distance);
 }
 
-// False position with the Illinois rule, between samples on both sides of the distance.
+// Regula falsi (Illinois variant) between samples on both sides of the distance.
 double PhaseCurve::rayParameterBetween(Sample near, Sample far, double distance) const {
   double nearMiss = near.distance - distance, farMiss = far.distance - distance;
   for (int i = 0; i < 100 && farMiss != nearMiss; ++i) {

@@ -1,4 +1,4 @@
-// Travel times of one kind of ray, a source depth given, as a function of distance.
+// Travel times of one kind of ray from one source depth as a function of distance.
 #ifndef KROSAC_TOOLS_RAYTRACING_PHASECURVE_H
 #define KROSAC_TOOLS_RAYTRACING_PHASECURVE_H
 
@@ -9,7 +9,8 @@
 
 namespace krosac::raytracing {
 
-// A part of the Earth that a ray crosses once, or in which it turns, `ways` times in all.
+// A part of the Earth that a ray traverses `ways` times, counting down and up. It turns there or
+// passes through.
 struct Leg {
   const Shells* shells;
   int ways;
@@ -21,22 +22,21 @@ struct Arrival {
   double p, time;
 };
 
-// Distance and time of all rays that consist of the same legs. The range of ray parameters follows
-// from the legs. It is sampled between all corners of the curve, densely towards them, and turning
-// points of the distance (caustics) are added to the samples, so that the distance is monotone from
-// sample to sample.
+// Distance and time of all rays with the same legs. The legs determine the range of ray parameters.
+// It is sampled between the corners of the curve, more densely near them. Extrema of the distance
+// (caustics) are added, so that the distance is monotonic between samples.
 class PhaseCurve {
  public:
   explicit PhaseCurve(std::vector<Leg> legs);
 
-  // No ray has these legs.
+  // True if no ray has these legs.
   bool empty() const { return samples_.empty(); }
 
   // All arrivals at a distance (rad).
   std::vector<Arrival> arrivals(double distance) const;
 
-  // The arrival that follows the boundary where the ray of the least or the greatest ray parameter
-  // grazes it, at a distance (rad) beyond that ray's; none of the time -1 before it.
+  // The arrival that diffracts along the boundary grazed by the ray of the least or greatest ray
+  // parameter, at a distance (rad); its time is -1 before the distance of that ray.
   Arrival alongLeast(double distance) const { return along(samples_.front(), distance); }
   Arrival alongGreatest(double distance) const { return along(samples_.back(), distance); }
 

@@ -35,13 +35,13 @@ std::vector<Leg> Column::legsOf(const std::string& phase) const {
   const Mantle& to = mantle(phase[std::min<std::size_t>(2, phase.size() - 1)]);
   const Leg fromSourceUp{&from.up, 1, false}, fromSourceDown{&from.down, 1, false};
 
-  // Up to the surface, and there down again as the second wave.
+  // Up to the surface, then down again as the second wave.
   if (depthPhase) return {fromSourceUp, {&to.whole, 2, true}};
   if (phase.size() == 1) return {fromSourceUp, {&from.down, 2, true}};
-  // Two rays that turn, one behind the other.
+  // Two turning rays in sequence.
   if (phase.size() == 2) return {fromSourceUp, {&from.down, 2, true}, {&to.whole, 2, true}};
 
-  // Down to the core, what is done there, and up to the surface.
+  // Down to the core, through it or reflected at it, and up to the surface.
   std::vector<Leg> legs{fromSourceDown, {&to.down, 1, false}, {&to.up, 1, false}};
   if (phase[1] == 'c') return legs;
   const bool inInnerCore = phase == "pkikp" || phase.ends_with("df");
@@ -54,7 +54,7 @@ std::vector<Arrival> Column::arrivals(const std::string& phase, const std::vecto
                                       Beyond beyond) const {
   const PhaseCurve curve(legsOf(phase));
   const bool direct = phase.size() == 1;
-  // A direct wave can also leave the source upwards.
+  // A direct wave can also leave the source upward.
   const PhaseCurve upward(direct ? std::vector<Leg>{{&mantle(phase[0]).up, 1, false}}
                                  : std::vector<Leg>{});
   const PhaseCurve reflected(

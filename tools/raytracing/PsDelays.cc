@@ -5,10 +5,10 @@
 namespace krosac::raytracing {
 namespace {
 
-// The integral of sqrt(1/v^2 - (p/r)^2) over r between two depths, which is tau(p) of that way.
+// The integral of sqrt(1/v^2 - (p/r)^2) over r between two depths, that is, tau(p).
 double tauBetween(const EarthModel& model, Wave wave, double p, double upper, double lower) {
-  const Path way = Shells(model, wave, kEarthRadius - upper, kEarthRadius - lower).down(p);
-  return way.time - p * way.distance;
+  const Path path = Shells(model, wave, kEarthRadius - upper, kEarthRadius - lower).down(p);
+  return path.time - p * path.distance;
 }
 
 }  // namespace

@@ -6,8 +6,8 @@
 namespace krosac::raytracing {
 namespace {
 
-// Half this thickness changes no time by more than 1e-5 s.
-constexpr double kThickestShell = 20.0;  // km
+// Halving this thickness changes no time by more than 1e-5 s.
+constexpr double kMaxThickness = 20.0;  // km
 
 }  // namespace
 
@@ -15,7 +15,7 @@ Shells::Shells(const EarthModel& model, Wave wave, double top, double bottom) {
   for (const Layer& layer : model.layers()) {
     const double from = std::min(layer.top, top), to = std::max(layer.bottom, bottom);
     if (from <= to) continue;
-    const int count = static_cast<int>(std::ceil((from - to) / kThickestShell));
+    const int count = static_cast<int>(std::ceil((from - to) / kMaxThickness));
     const auto boundary = [&](int i) { return i == count ? to : from - (from - to) * i / count; };
     for (int i = 0; i < count; ++i) {
       shells_.push_back(shellBetween(layer.velocity(wave), boundary(i), boundary(i + 1)));
@@ -42,7 +42,7 @@ Shells::Shell Shells::shellBetween(const Velocity& velocity, double top, double 
   return {std::sqrt(w[2]), std::sqrt(w[0]), k0, k1, k2};
 }
 
-Path Shells::Shell::primitive(double p, double u) const {
+Path Shells::Shell::antiderivative(double p, double u) const {
   const double s = std::sqrt((u - p) * (u + p));
   const double ofU2 = s * (s * s / 3.0 + p * p);
   const double ofU4 = s * (s * s * (s * s / 5.0 + 2.0 / 3.0 * p * p) + p * p * p * p);
@@ -50,18 +50,18 @@ Path Shells::Shell::primitive(double p, double u) const {
 }
 
 Path Shells::down(double p) const {
-  Path way;
+  Path path;
   for (const Shell& shell : shells_) {
     if (p >= shell.uTop) break;
-    const Path upper = shell.primitive(p, shell.uTop);
-    way.distance += upper.distance;
-    way.time += upper.time;
+    const Path upper = shell.antiderivative(p, shell.uTop);
+    path.distance += upper.distance;
+    path.time += upper.time;
     if (p >= shell.uBottom) break;
-    const Path lower = shell.primitive(p, shell.uBottom);
-    way.distance -= lower.distance;
-    way.time -= lower.time;
+    const Path lower = shell.antiderivative(p, shell.uBottom);
+    path.distance -= lower.distance;
+    path.time -= lower.time;
   }
-  return way;
+  return path;
 }
 
 double Shells::leastSlowness() const {

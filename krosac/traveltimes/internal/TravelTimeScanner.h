@@ -1,4 +1,4 @@
-// Reads numbers and lines from the text files of tables, the same in every locale.
+// Reads numbers and lines from the text files of tables, independently of the locale.
 #ifndef KROSAC_TRAVELTIMES_INTERNAL_TRAVELTIMESCANNER_H
 #define KROSAC_TRAVELTIMES_INTERNAL_TRAVELTIMESCANNER_H
 
@@ -7,17 +7,15 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string_view>
 
-#include "krosac/platform/Resources.h"
 #include "krosac/platform/internal/Files.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 
-// The number at the start of a NUL-terminated text, by the grammar and rounding of strtof in the C
-// locale. Gives the end of the number; `text`, and no value, where there is none.
+// Converts the number at the start of a NUL-terminated text with the grammar and rounding of strtof
+// in the C locale. Returns its end, or `text` and no value if there is none.
 inline const char* scanFloat(const char* text, float& value) {
   static constexpr double kPowersOfTen[] = {1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                             1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
@@ -38,8 +36,8 @@ inline const char* scanFloat(const char* text, float& value) {
   }
   const char next = lowerCase(*at);
   if (count > 0 && count <= 19 && digits <= (1ULL << 53) && next != 'e' && next != 'x') {
-    // Digits and power are exact, so their quotient is the rounded double. It rounds to the right
-    // float unless it is the midpoint of two.
+    // Both operands are exact, so the quotient is the correctly rounded double. It rounds to the
+    // correct float unless it is halfway between two floats.
     const double exact = static_cast<double>(digits) / kPowersOfTen[decimals];
     if ((std::bit_cast<std::uint64_t>(exact) & 0x1fffffff) != 0x10000000) {
       value = static_cast<float>(negative ? -exact : exact);
@@ -53,7 +51,7 @@ inline const char* scanFloat(const char* text, float& value) {
   return end;
 }
 
-// A text file, read once from front to back through a chunk that lies in the object itself: make it
+// Reads a text file once, sequentially, through a buffer inside the object, which is therefore best
 // a local variable. A number of kLongestNumber characters or more does not convert.
 class TravelTimeScanner {
  public:
@@ -63,44 +61,47 @@ class TravelTimeScanner {
   TravelTimeScanner(const TravelTimeScanner&) = delete;
   TravelTimeScanner& operator=(const TravelTimeScanner&) = delete;
 
-  // False when there is no regular file of this path that can be read.
+  // Returns false if the path is not that of a readable regular file.
   bool open(const char* path) noexcept {
     file_ = openRegularFile(path);
     return file_.isOpen();
   }
 
-  // Opens the resource `name`.txt.
-  bool openResource(const char* name) noexcept try {
-    const auto path = pathForResource(name, "txt");
-    return path && open(path->c_str());
-  } catch (const std::bad_alloc&) {
-    return false;
+  // True after a read that failed for want of further characters.
+  bool atEnd() const { return at_ == end_; }
+
+  // The number of the line, from 1, where the last read began after its white space.
+  std::size_t line() const {
+    return 1 + linesBefore_ + static_cast<std::size_t>(std::count(chunk_, lastRead_, '\n'));
   }
 
-  // The next number behind white space, line breaks among it; without one, false, and only the
-  // white space is consumed.
+  // Skips white space, including line breaks, and reads a number. If there is none, returns false
+  // and consumes only the white space.
   bool nextFloat(float& value) {
     skipWhiteSpace();
     have(kLongestNumber);
+    lastRead_ = at_;
     const char* const end = scanFloat(at_, value);
     if (end == at_ || end - at_ >= static_cast<std::ptrdiff_t>(kLongestNumber)) return false;
     at_ = end;
     return true;
   }
 
-  // Skips white space and one character behind it; false at the end of the file.
+  // Skips white space and one further character. Returns false at the end of the file.
   bool skipCharacter() {
     skipWhiteSpace();
+    lastRead_ = at_;
     if (at_ == end_) return false;
     ++at_;
     return true;
   }
 
-  // The rest of the line with its line break, but at most `most` characters: what is longer counts
-  // as further lines. Empty at the end of the file. Good until the next call.
-  std::string_view nextLine(std::size_t most) {
-    have(most);
-    const std::size_t length = std::min(most, static_cast<std::size_t>(end_ - at_));
+  // Returns the rest of the line including its line break, at most `limit` characters: a longer
+  // line counts as several. Empty at the end of the file. Valid until the next call.
+  std::string_view nextLine(std::size_t limit) {
+    have(limit);
+    lastRead_ = at_;
+    const std::size_t length = std::min(limit, static_cast<std::size_t>(end_ - at_));
     const void* const lineBreak = length ? std::memchr(at_, '\n', length) : nullptr;
     const char* const end = lineBreak ? static_cast<const char*>(lineBreak) + 1 : at_ + length;
     const std::string_view line(at_, static_cast<std::size_t>(end - at_));
@@ -115,14 +116,16 @@ class TravelTimeScanner {
     } while (at_ == end_ && have(1));
   }
 
-  // Has at least `count` characters in the chunk, or all up to the end of the file; false when
-  // none is left.
+  // Ensures that the chunk holds the next `count` characters, or all that are left. Returns false
+  // if none are left.
   bool have(std::size_t count) {
     if (static_cast<std::size_t>(end_ - at_) < count && !atEnd_) refill();
     return at_ != end_;
   }
 
   void refill() {
+    linesBefore_ +=
+        static_cast<std::size_t>(std::count(static_cast<const char*>(chunk_), at_, '\n'));
     const std::size_t kept = static_cast<std::size_t>(end_ - at_);
     std::memmove(chunk_, at_, kept);
     char* end = chunk_ + kept;
@@ -133,7 +136,7 @@ class TravelTimeScanner {
       if (got > 0) end += got;
     }
     *end = '\0';
-    at_ = chunk_;
+    at_ = lastRead_ = chunk_;
     end_ = end;
   }
 
@@ -141,8 +144,10 @@ class TravelTimeScanner {
 
   File file_;
   bool atEnd_ = false;
+  std::size_t linesBefore_ = 0;  // line breaks before the chunk
   const char* at_ = chunk_;
   const char* end_ = chunk_;
+  const char* lastRead_ = chunk_;
   char chunk_[kChunk + 1];
 };
 

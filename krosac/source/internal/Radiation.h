@@ -1,14 +1,18 @@
-// The azimuthal terms that the far field of a double couple is made of.
-#ifndef KROSAC_SOURCE_INTERNAL_RADIATIONTERMS_H
-#define KROSAC_SOURCE_INTERNAL_RADIATIONTERMS_H
+// The radiation terms of a double couple, and the short angle constants of Dislocation.
+#ifndef KROSAC_SOURCE_INTERNAL_RADIATION_H
+#define KROSAC_SOURCE_INTERNAL_RADIATION_H
 
 namespace krosac {
+
+// pi / 180 and 180 / pi, cut short: intended, Dislocation uses these throughout.
+inline constexpr double kShortRadiansPerDegree = 0.017453293;
+inline constexpr double kShortDegreesPerRadian = 57.295779513;
 
 struct FaultTrigonometry {
   double sinDip, cosDip, cos2Dip, sinRake, cosRake;
 };
 
-// Of the angle phi from the strike to the ray's azimuth, and of 2 phi.
+// phi is the azimuth of the ray minus the strike.
 struct AzimuthTrigonometry {
   double sinPhi, cosPhi, sin2Phi, cos2Phi;
 };
