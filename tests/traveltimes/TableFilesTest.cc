@@ -73,7 +73,7 @@ TEST(TableFiles, ReasonsOfFilesThatCannotBeOpened) {
   locsat->loadTimesFromPath("/no/such/file");
   EXPECT_STREQ(lastReason(), "/no/such/file: No such file or directory");
   locsat->loadTimesFromPath(folder.path());
-  EXPECT_EQ(lastReason(), folder.path() + ": not a regular file");
+  EXPECT_EQ(lastReason(), folder.path() + ": is a folder");
   EXPECT_EQ(printedBy([&] { ReadJBTablePhase("none", nullptr, &n); }),
             "|Sorry, can't open the JB Tables file.\n");
   EXPECT_THAT(lastReason(), HasSubstr("none.txt"));
