@@ -1,18 +1,21 @@
 // Keyed archives: objects as values under keys in one byte buffer, and back.
 //
-// The format is versioned, little-endian, self-describing and carries a checksum. An object that is
-// referred to twice is stored once and shared again after decoding, also in cycles. A damaged or
-// hostile archive gives nothing and one line in the log: no crash, no recursion beyond
-// kDeepestNesting objects, no allocation beyond a small multiple of its own size.
+// An archive is CBOR (RFC 8949), which readers for most languages open; docs/archives.md describes
+// the layout. An object that is referred to twice is stored once and shared again after decoding,
+// also in cycles. A damaged or hostile archive yields nothing and one line in the log: no crash, no
+// recursion beyond kDeepestNesting objects, no allocation beyond a small multiple of its own size.
 #ifndef KROSAC_PLATFORM_ARCHIVE_H
 #define KROSAC_PLATFORM_ARCHIVE_H
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "krosac/platform/ByteBuffer.h"
@@ -36,7 +39,7 @@ class KROSAC_API Archivable : public Object {
   virtual void encodeWithCoder(KeyedArchiver& coder) const = 0;
 };
 
-// Objects nested deeper than this in an archive are refused while decoding.
+// Objects nested deeper than this are neither archived nor decoded.
 inline constexpr int kDeepestNesting = 64;
 
 // Writes values under keys. An object's encodeWithCoder calls these for its own fields; an absent
@@ -60,33 +63,51 @@ class KROSAC_API KeyedArchiver {
   void encodeObject(const char* key, const Archivable* object);
   template <typename T>
   void encodeObjects(const char* key, const std::vector<Ref<T>>& objects) {
-    beginObjects(key, objects.size());
-    for (const auto& object : objects) putReference(object.get());
+    beginList(key, objects.size());
+    for (const auto& object : objects) putObject(object.get());
   }
 
  private:
   friend KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
 
+  // Finds a key by its characters alone, so that no key is copied to be looked up.
+  struct TextHash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+
+  struct Numbered {
+    std::uint64_t number;
+    Ref<const Archivable> object;  // kept, so that no later object gets its address
+  };
+
   KeyedArchiver() = default;
-  void putEntry(const char* key, unsigned char type);
-  void putNumber(std::uint64_t value);
+  void put(const void* bytes, std::size_t length);
+  void putByte(unsigned char byte) { put(&byte, 1); }
+  void putHead(unsigned major, std::uint64_t argument);
+  void putInteger(std::int64_t value);
+  template <typename T>
+  void putFixed(unsigned char head, T value);
+  void putString(unsigned major, std::string_view bytes);
   void putText(std::string_view text);
-  void putReference(const Archivable* object);
-  void beginObjects(const char* key, std::size_t count);
-  std::uint64_t nameIndex(std::string_view name);
+  void putName(std::string_view name);
+  void putObject(const Archivable* object);
+  void beginList(const char* key, std::size_t count);
   Ref<ByteBuffer> finish(const Archivable& root);
 
-  std::string* out_ = nullptr;
-  std::vector<std::string> names_;
-  std::unordered_map<std::string, std::uint64_t> nameIndexes_;
-  std::vector<Ref<const Archivable>> objects_;
-  std::unordered_map<const Archivable*, std::uint64_t> objectIndexes_;
+  Ref<ByteBuffer> out_;
+  std::size_t length_ = 0;
+  std::uint64_t strings_ = 0;  // numbered so far
+  std::unordered_map<std::string, std::uint64_t, TextHash, std::equal_to<>> names_;
+  std::unordered_map<const Archivable*, Numbered> objects_;
+  int depth_ = 0;
+  bool isTooDeep_ = false;
 };
 
 // Reads values by key. An absent key, or one of another type, gives zero or none.
 class KROSAC_API KeyedUnarchiver {
  public:
-  // Checks the whole archive; `isGood` is false for one that is damaged.
+  // Checks the whole archive; `isGood` is false for one that is damaged. The buffer must outlive
+  // the unarchiver.
   explicit KeyedUnarchiver(const ByteBuffer& archive);
   bool isGood() const noexcept { return good_; }
 
@@ -126,55 +147,71 @@ class KROSAC_API KeyedUnarchiver {
   }
 
  private:
+  // An object in the archive: its first entry, the end of its map, and what was decoded from it.
   struct Stored {
-    std::size_t offset = 0;
+    std::size_t begin = 0, end = 0;
     Ref<Object> object;
   };
+  // The object whose entries are being read, and where the search for the next key starts.
   struct Frame {
     std::size_t entries = 0, next = 0, end = 0;
+  };
+  struct Head {
+    unsigned major = 0, info = 0;
+    std::uint64_t argument = 0;
   };
   static constexpr std::size_t kNoObject = static_cast<std::size_t>(-1);
 
   template <typename T>
-  Ref<T> objectAt(std::size_t index) {
+  Ref<T> objectAt(std::size_t index) try {
     if (!good_ || index >= objects_.size()) return nullptr;
     if (objects_[index].object) return Ref<T>(dynamic_cast<T*>(objects_[index].object.get()));
     auto object = make<T>();
     if (!object || className(index) != object->archiveClassName()) return nullptr;
     // Known before its fields are read, so that an object which refers back to it finds it.
     objects_[index].object = object;
-    const Frame outer = frame_;
-    if (!enter(index)) return nullptr;
+    const Frame outer = enter(index);
     good_ = static_cast<bool>(object->initWithCoder(*this)) && good_;
-    leave(outer);
+    frame_ = outer;
     return good_ ? object : nullptr;
+  } catch (const std::bad_alloc&) {
+    refuseForMemory();
+    return nullptr;
   }
 
+  void refuse(const char* format);
+  void refuseForMemory() { refuse("There is no memory for what a keyed archive holds."); }
   std::string_view className(std::size_t index) const;
-  bool enter(std::size_t index);
-  void leave(const Frame& outer);
+  Frame enter(std::size_t index);
   std::size_t objectIndex(const char* key);
   std::vector<std::size_t> objectIndexes(const char* key);
-  // The place of the value under the key if it has this type, else 0.
-  std::size_t find(const char* key, unsigned char type);
+  // The place of the value under the key, or 0; the place of a list's first item and their number.
+  std::size_t find(const char* key);
+  std::pair<std::size_t, std::uint64_t> findList(const char* key);
   template <typename T>
-  T plainValue(const char* key, unsigned char type);
+  T fixedAt(std::size_t at, unsigned char head) const;
 
   bool check();
-  bool skipValue(std::size_t& at, unsigned char type) const;
-  bool getNumber(std::size_t& at, std::uint64_t& value) const;
-  bool getCount(std::size_t& at, std::uint64_t& count) const;
-  bool getText(std::size_t& at, std::string_view& text) const;
+  bool checkString(std::size_t& at, std::string_view& string);
+  bool checkObject(std::size_t& at, int depth);
+  bool checkValue(std::size_t& at, int depth, bool isInList);
+  bool getHead(std::size_t& at, Head& head) const;
+  bool getString(std::size_t& at, std::string_view& string) const;
+  std::size_t getObject(std::size_t& at);
+  void skip(std::size_t& at);
+  std::size_t objectBeginningAt(std::size_t at);
 
   std::string_view bytes_;
   bool good_ = false;
-  int depth_ = 0;
-  std::vector<std::string_view> names_;
+  bool isTooDeep_ = false;
+  std::vector<std::string_view> strings_;  // by number
   std::vector<Stored> objects_;
+  std::size_t lastObject_ = 0;  // the last one that objectBeginningAt found
   Frame frame_;
 };
 
-// The archive of an object and of all that it refers to; empty where there is no memory.
+// The archive of an object and of all that it refers to; empty where there is no memory or the
+// objects nest too deep.
 KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
 
 // The object that an archive was made from; none for a damaged archive or one of another class.

@@ -27,6 +27,10 @@ class KROSAC_API ByteBuffer final : public Object {
   unsigned char* mutableBytes() noexcept { return bytes_; }
   std::size_t length() const noexcept { return length_; }
 
+  // Changes the number of bytes. Those that remain keep their values, new ones have none in
+  // particular. False, with the buffer as it was, where there is no memory.
+  bool resize(std::size_t length) noexcept;
+
   // Writes the bytes to a file so that at every moment either the old file or the new one is there,
   // whole: a temporary file beside the target is written, flushed to disk and renamed. An old file
   // keeps its permissions and must be one that may be written; a new one gets those of the umask. A
