@@ -235,8 +235,8 @@ TEST(GeoLocation, PointsAtOthersFromItself) {
   EXPECT_NEAR(location->azToLat_Lon(-89.0f, 0.0f), 180.0f, 2e-5f);
 }
 
-// The copy of a record, which archives to the same bytes. The archive holds each of the names (keys
-// and classes, less than 24 characters) once as a CBOR text: 0x60 plus its length, and the name.
+// The copy of a record, which archives to the same bytes. The archive holds the names (keys
+// and classes, less than 24 characters) as CBOR texts: 0x60 plus its length, and the name.
 template <typename T>
 Ref<T> copied(const Ref<T>& record, const std::string& names) {
   const std::string archived = archivedBytes(*record);
@@ -244,7 +244,6 @@ Ref<T> copied(const Ref<T>& record, const std::string& names) {
   for (std::string name; words >> name;) {
     const std::string text = static_cast<char>(0x60 + name.size()) + name;
     EXPECT_NE(archived.find(text), std::string::npos) << name;
-    EXPECT_EQ(archived.find(text), archived.rfind(text)) << name;
   }
   const auto copy = record->copyWithZone();
   EXPECT_EQ(archivedBytes(*copy), archivedBytes(*record));
