@@ -27,7 +27,8 @@ void decode(KeyedUnarchiver& unarchiver, Arguments& a,
 void runInput(std::string_view input) {
   const std::uint32_t crc = crc32(input);
   std::string bytes(input);
-  for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<char>(crc >> 8 * i));
+  bytes.push_back('\x1a');
+  for (int shift = 24; shift >= 0; shift -= 8) bytes.push_back(static_cast<char>(crc >> shift));
   const auto archive = ByteBuffer::copyOf(bytes.data(), bytes.size());
   Arguments a(input);
   // An entry of a list takes one byte in the archive and a text of 32 in memory, in an array that

@@ -69,7 +69,7 @@ void addImages() {
 
 void addArchive(const Archivable& object) {
   std::string bytes = textOf(archive(object));
-  bytes.resize(bytes.size() - 4);  // the target puts the checksum behind it
+  bytes.resize(bytes.size() - 5);  // the target puts the checksum behind it
   add("keyed_archives", object.archiveClassName(), bytes);
 }
 

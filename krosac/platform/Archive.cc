@@ -1,8 +1,9 @@
 #include "krosac/platform/Archive.h"
 
-#include <array>
+#include <algorithm>
 #include <bit>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "krosac/platform/LastReason.h"
@@ -10,199 +11,253 @@
 #include "krosac/platform/internal/Crc32.h"
 #include "krosac/platform/internal/Reason.h"
 
-// The format. A number is a little-endian base-128 varint. A text is a number of bytes, then those
-// bytes.
+// The layout, in the diagnostic notation of RFC 8949 (docs/archives.md has an example in bytes):
 //
-// clang-format off
-//   8 bytes   "krosacKA"
-//   1 byte    version, 1
-//   names     their number, then each as a text: class names and keys
-//   objects   their number, then for each: index of its class name, number of bytes of its entries,
-//             its entries
-//   4 bytes   CRC-32 of all bytes before, little-endian
-// clang-format on
+//   55799(["krosac", 1, 256(OBJECT), CRC-32 of all bytes before it, as five bytes])
 //
-// An entry is the index of its key, a type byte and a value. The first object is the root.
+//   OBJECT   28({_ "@class": "kroHypocenter", "mb": 6.1, ...}), or 29(n) for the n-th object again
+//   key      text, written once; 25(n) is the n-th string of the archive again
+//   value    true, integer, float, double, text, bytes, 1(double) for a date, OBJECT, or a list of
+//            texts or of OBJECTs and nulls
 
 namespace krosac {
 namespace {
 
-constexpr std::string_view kMagic = "krosacKA";
-constexpr char kVersion = 1;
-constexpr std::size_t kChecksumBytes = 4;
+constexpr std::string_view kFront("\xd9\xd9\xf7\x84\x66krosac\x01\xd9\x01\x00", 15);
+constexpr std::size_t kChecksumBytes = 5;
+constexpr std::string_view kClassKey = "@class";
 
-enum Type : unsigned char {
-  kBool = 1,
-  kChar,
-  kInt32,
-  kFloat,
-  kDouble,
-  kText,
-  kTexts,
-  kBytes,
-  kDate,
-  kObject,
-  kObjects
+// The kinds of data items, which are the upper three bits of their first byte.
+enum Major : unsigned { kUnsigned, kNegative, kBytes, kText, kArray, kMap, kTag, kSimple };
+
+// Whole first bytes.
+enum : unsigned char {
+  kFalse = 0xf4,
+  kTrue = 0xf5,
+  kNull = 0xf6,
+  kFloat = 0xfa,
+  kDouble = 0xfb,
+  kDateTag = 0xc1,
+  kUnsigned32 = 0x1a,
+  kOpenMap = 0xbf,  // without a count, up to a kBreak
+  kBreak = 0xff
 };
 
-// The size in bytes of a value of fixed width; 0 for the other types.
-constexpr std::size_t fixedWidth(unsigned char type) {
-  switch (type) {
-    case kBool:
-    case kChar:
-      return 1;
-    case kInt32:
-    case kFloat:
-      return 4;
-    case kDouble:
-    case kDate:
-      return 8;
-    default:
-      return 0;
-  }
+// Registered tags (kDateTag is tag 1).
+constexpr std::uint64_t kStringReference = 25, kShareable = 28, kSharedReference = 29;
+
+// What kind of argument follows a first byte, in its lower five bits: up to 23 is the argument.
+constexpr unsigned kOneByte = 24, kFourBytes = 26, kEightBytes = 27, kOpen = 31;
+
+// Strings shorter than this get no number, since a reference would not be shorter.
+constexpr std::size_t shortestNumbered(std::uint64_t number) {
+  if (number < 24) return 3;
+  if (number < 256) return 4;
+  if (number < 65536) return 5;
+  return number < std::uint64_t{1} << 32 ? 7 : 11;
 }
 
 template <typename T>
-using BitsOf = std::conditional_t<sizeof(T) == 1, std::uint8_t,
+using BitsOf = std::conditional_t<sizeof(T) == 2, std::uint16_t,
                                   std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
 
 template <typename T>
-void appendLittleEndian(std::string& out, T value) {
-  const auto bits = std::bit_cast<BitsOf<T>>(value);
-  for (std::size_t i = 0; i < sizeof value; ++i)
-    out.push_back(static_cast<char>(bits >> 8 * i & 0xFF));
-}
-
-template <typename T>
-T littleEndianAt(const char* at) {
+T bigEndianAt(const char* at) {
   BitsOf<T> bits = 0;
-  for (std::size_t i = 0; i < sizeof bits; ++i) {
-    bits = static_cast<BitsOf<T>>(bits | BitsOf<T>{static_cast<unsigned char>(at[i])} << 8 * i);
-  }
+  for (std::size_t i = 0; i < sizeof bits; ++i)
+    bits = static_cast<BitsOf<T>>(bits << 8 | static_cast<unsigned char>(at[i]));
   return std::bit_cast<T>(bits);
 }
+
+// True for well-formed UTF-8, which is all that a CBOR text may hold.
+bool isUtf8(std::string_view text) {
+  const auto* at = reinterpret_cast<const unsigned char*>(text.data());
+  const auto* const end = at + text.size();
+  while (at < end) {
+    const unsigned first = *at++;
+    if (first < 0x80) continue;
+    const int more = first >= 0xf0 ? 3 : first >= 0xe0 ? 2 : 1;
+    if (first < 0xc2 || first > 0xf4 || end - at < more) return false;
+    unsigned code = first & (0x3fu >> more);
+    for (int i = 0; i < more; ++i, ++at) {
+      if ((*at & 0xc0) != 0x80) return false;
+      code = code << 6 | (*at & 0x3fu);
+    }
+    constexpr unsigned kLeast[] = {0, 0x80, 0x800, 0x10000};
+    if (code < kLeast[more] || code > 0x10ffff || (code >= 0xd800 && code < 0xe000)) return false;
+  }
+  return true;
+}
+
+// Seconds that tag 1 can express for readers with a calendar of the years 1 to 9999.
+bool isCalendarTime(double seconds) {
+  return seconds >= -62135596800.0 && seconds < 253402300800.0;
+}
+
+constexpr char kTooDeep[] = "A keyed archive nests more than %d objects; nothing is taken from it.";
+constexpr char kDamaged[] =
+    "A keyed archive is damaged or of an unknown version; nothing is taken from it.";
 
 }  // namespace
 
 // ---- Writing ----
 
-void KeyedArchiver::putNumber(std::uint64_t value) {
-  for (; value >= 0x80; value >>= 7) out_->push_back(static_cast<char>(value | 0x80));
-  out_->push_back(static_cast<char>(value));
+// The buffer grows by a quarter, which bounds the memory in use by 2.25 times the archive even
+// where the system has to move it.
+void KeyedArchiver::put(const void* bytes, std::size_t length) {
+  const std::size_t capacity = out_->length();
+  if (length > capacity - length_ &&
+      !out_->resize(std::max(length_ + length, capacity + capacity / 4)))
+    throw std::bad_alloc();
+  if (length) std::memcpy(out_->mutableBytes() + length_, bytes, length);
+  length_ += length;
+}
+
+void KeyedArchiver::putHead(unsigned major, std::uint64_t argument) {
+  unsigned char head[9] = {static_cast<unsigned char>(major << 5)};
+  if (argument < kOneByte) {
+    head[0] |= static_cast<unsigned char>(argument);
+    return put(head, 1);
+  }
+  const unsigned power = argument <= 0xff ? 0 : argument <= 0xffff ? 1 : argument >> 32 ? 3 : 2;
+  const unsigned width = 1u << power;
+  head[0] |= static_cast<unsigned char>(kOneByte + power);
+  for (unsigned i = width; i > 0; --i, argument >>= 8) head[i] = argument & 0xff;
+  put(head, 1 + width);
+}
+
+template <typename T>
+void KeyedArchiver::putFixed(unsigned char head, T value) {
+  unsigned char bytes[1 + sizeof value] = {head};
+  auto bits = std::bit_cast<BitsOf<T>>(value);
+  for (std::size_t i = sizeof value; i > 0; --i, bits >>= 8) bytes[i] = bits & 0xff;
+  put(bytes, sizeof bytes);
+}
+
+void KeyedArchiver::putInteger(std::int64_t value) {
+  if (value < 0) return putHead(kNegative, static_cast<std::uint64_t>(-1 - value));
+  putHead(kUnsigned, static_cast<std::uint64_t>(value));
+}
+
+void KeyedArchiver::putString(unsigned major, std::string_view bytes) {
+  putHead(major, bytes.size());
+  put(bytes.data(), bytes.size());
+  if (bytes.size() >= shortestNumbered(strings_)) ++strings_;
 }
 
 void KeyedArchiver::putText(std::string_view text) {
-  putNumber(text.size());
-  out_->append(text);
+  putString(isUtf8(text) ? kText : kBytes, text);
 }
 
-std::uint64_t KeyedArchiver::nameIndex(std::string_view name) {
-  const auto [place, isNew] = nameIndexes_.try_emplace(std::string(name), names_.size());
-  if (isNew) names_.emplace_back(name);
-  return place->second;
+void KeyedArchiver::putName(std::string_view name) {
+  if (const auto known = names_.find(name); known != names_.end()) {
+    putHead(kTag, kStringReference);
+    return putHead(kUnsigned, known->second);
+  }
+  const std::uint64_t number = strings_;
+  putText(name);
+  if (strings_ > number) names_.emplace(name, number);
 }
 
-void KeyedArchiver::putEntry(const char* key, unsigned char type) {
-  putNumber(nameIndex(key));
-  out_->push_back(static_cast<char>(type));
-}
-
-// A reference is the index of the object plus one; 0 means none.
-void KeyedArchiver::putReference(const Archivable* object) {
-  if (!object) return putNumber(0);
-  const auto [place, isNew] = objectIndexes_.try_emplace(object, objects_.size());
-  if (isNew) objects_.emplace_back(object);
-  putNumber(place->second + 1);
+void KeyedArchiver::putObject(const Archivable* object) {
+  if (!object) return putByte(kNull);
+  const auto [place, isNew] =
+      objects_.try_emplace(object, Numbered{objects_.size(), Ref<const Archivable>(object)});
+  if (!isNew) {
+    putHead(kTag, kSharedReference);
+    return putHead(kUnsigned, place->second.number);
+  }
+  isTooDeep_ = isTooDeep_ || depth_ == kDeepestNesting;
+  if (isTooDeep_) return;
+  ++depth_;
+  putHead(kTag, kShareable);
+  putByte(kOpenMap);
+  putName(kClassKey);
+  putName(object->archiveClassName());
+  object->encodeWithCoder(*this);
+  putByte(kBreak);
+  --depth_;
 }
 
 void KeyedArchiver::encodeBool(const char* key, bool value) {
-  putEntry(key, kBool);
-  out_->push_back(value ? 1 : 0);
+  putName(key);
+  putByte(value ? kTrue : kFalse);
 }
 
 void KeyedArchiver::encodeChar(const char* key, signed char value) {
-  putEntry(key, kChar);
-  appendLittleEndian(*out_, value);
+  encodeInt32(key, value);
 }
 
 void KeyedArchiver::encodeInt32(const char* key, std::int32_t value) {
-  putEntry(key, kInt32);
-  appendLittleEndian(*out_, value);
+  putName(key);
+  putInteger(value);
 }
 
 void KeyedArchiver::encodeFloat(const char* key, float value) {
-  putEntry(key, kFloat);
-  appendLittleEndian(*out_, value);
+  putName(key);
+  putFixed(kFloat, value);
 }
 
 void KeyedArchiver::encodeDouble(const char* key, double value) {
-  putEntry(key, kDouble);
-  appendLittleEndian(*out_, value);
+  putName(key);
+  putFixed(kDouble, value);
 }
 
 void KeyedArchiver::encodeText(const char* key, const OptionalText& text) {
   if (!text) return;
-  putEntry(key, kText);
+  putName(key);
   putText(*text);
 }
 
 void KeyedArchiver::encodeTexts(const char* key, const std::vector<std::string>& texts) {
-  putEntry(key, kTexts);
-  putNumber(texts.size());
+  beginList(key, texts.size());
   for (const auto& text : texts) putText(text);
 }
 
 void KeyedArchiver::encodeBytes(const char* key, const ByteBuffer* bytes) {
   if (!bytes) return;
-  putEntry(key, kBytes);
-  putText({reinterpret_cast<const char*>(bytes->bytes()), bytes->length()});
+  putName(key);
+  putString(kBytes, {reinterpret_cast<const char*>(bytes->bytes()), bytes->length()});
 }
 
 void KeyedArchiver::encodeDate(const char* key, const std::optional<Date>& date) {
   if (!date) return;
-  putEntry(key, kDate);
-  appendLittleEndian(*out_, date->secondsSince1970);
+  putName(key);
+  if (isCalendarTime(date->secondsSince1970)) putByte(kDateTag);
+  putFixed(kDouble, date->secondsSince1970);
 }
 
 void KeyedArchiver::encodeObject(const char* key, const Archivable* object) {
   if (!object) return;
-  putEntry(key, kObject);
-  putReference(object);
+  putName(key);
+  putObject(object);
 }
 
-void KeyedArchiver::beginObjects(const char* key, std::size_t count) {
-  putEntry(key, kObjects);
-  putNumber(count);
+void KeyedArchiver::beginList(const char* key, std::size_t count) {
+  putName(key);
+  putHead(kArray, count);
 }
 
 Ref<ByteBuffer> KeyedArchiver::finish(const Archivable& root) {
-  std::string body, entries;
-  objects_.emplace_back(&root);
-  objectIndexes_.emplace(&root, 0);
-  // Encoding an object appends the objects it refers to, so nesting needs no recursion here.
-  for (std::size_t i = 0; i < objects_.size(); ++i) {
-    const Ref<const Archivable> object = objects_[i];
-    entries.clear();
-    out_ = &entries;
-    object->encodeWithCoder(*this);
-    out_ = &body;
-    putNumber(nameIndex(object->archiveClassName()));
-    putText(entries);
+  out_ = ByteBuffer::zeroed(1024);
+  if (!out_) throw std::bad_alloc();
+  put(kFront.data(), kFront.size());
+  putObject(&root);
+  if (isTooDeep_) {
+    setReason("keyed archive nests more than %d objects", kDeepestNesting);
+    log(kTooDeep, kDeepestNesting);
+    return nullptr;
   }
-  std::string all(kMagic);
-  all.push_back(kVersion);
-  out_ = &all;
-  putNumber(names_.size());
-  for (const auto& name : names_) putText(name);
-  putNumber(objects_.size());
-  all += body;
-  appendLittleEndian(all, crc32(all));
-  return ByteBuffer::copyOf(all.data(), all.size());
+  putFixed(kUnsigned32, crc32({reinterpret_cast<const char*>(out_->bytes()), length_}));
+  return out_->resize(length_) ? out_ : nullptr;
 }
 
-Ref<ByteBuffer> archive(const Archivable& root) {
+Ref<ByteBuffer> archive(const Archivable& root) try {
   clearReason();
   return KeyedArchiver().finish(root);
+} catch (const std::bad_alloc&) {
+  setReason("out of memory for the archive");
+  return nullptr;
 }
 
 // ---- Reading ----
@@ -210,176 +265,226 @@ Ref<ByteBuffer> archive(const Archivable& root) {
 KeyedUnarchiver::KeyedUnarchiver(const ByteBuffer& archive)
     : bytes_(reinterpret_cast<const char*>(archive.bytes()), archive.length()) {
   clearReason();
-  good_ = check();
-  if (!good_) log("A keyed archive is damaged or of an unknown version; nothing is taken from it.");
-}
-
-bool KeyedUnarchiver::getNumber(std::size_t& at, std::uint64_t& value) const {
-  value = 0;
-  for (int shift = 0; at < bytes_.size() && shift < 63; shift += 7) {
-    const auto byte = static_cast<unsigned char>(bytes_[at++]);
-    value |= std::uint64_t{byte & 0x7Fu} << shift;
-    if (byte < 0x80) return true;
-  }
-  return false;
-}
-
-bool KeyedUnarchiver::getText(std::size_t& at, std::string_view& text) const {
-  std::uint64_t length;
-  if (!getNumber(at, length) || length > bytes_.size() - at) return false;
-  text = bytes_.substr(at, length);
-  at += length;
-  return true;
-}
-
-// Skips a value. Returns false unless it is complete and refers only to existing objects.
-bool KeyedUnarchiver::skipValue(std::size_t& at, unsigned char type) const {
-  std::string_view text;
-  std::uint64_t count = 1, reference;
-  if (const std::size_t width = fixedWidth(type)) {
-    if (bytes_.size() - at < width) return false;
-    at += width;
-    return true;
-  }
-  switch (type) {
-    case kText:
-    case kBytes:
-      return getText(at, text);
-    case kTexts:
-      if (!getCount(at, count)) return false;
-      for (; count > 0; --count) {
-        if (!getText(at, text)) return false;
-      }
-      return true;
-    case kObjects:
-      if (!getCount(at, count)) return false;
-      [[fallthrough]];
-    case kObject:
-      for (; count > 0; --count) {
-        if (!getNumber(at, reference) || reference > objects_.size()) return false;
-      }
-      return true;
-    default:
-      return false;
+  try {
+    good_ = check();
+    if (!good_) log(isTooDeep_ ? kTooDeep : kDamaged, kDeepestNesting);
+  } catch (const std::bad_alloc&) {
+    refuseForMemory();
   }
 }
 
-// Reads the number of the items that follow. Each takes at least one byte, so a number above that
-// of the remaining bytes is damage.
-bool KeyedUnarchiver::getCount(std::size_t& at, std::uint64_t& count) const {
-  return getNumber(at, count) && count <= bytes_.size() - at;
+void KeyedUnarchiver::refuseForMemory() {
+  setReason("out of memory for what a keyed archive holds");
+  good_ = false;
 }
 
-// Checks the whole archive once, so that the decoders can rely on its structure.
-bool KeyedUnarchiver::check() {
-  std::size_t at = kMagic.size() + 1;
-  if (bytes_.size() < at + kChecksumBytes || !bytes_.starts_with(kMagic)) {
-    setReason("not a keyed archive: %zu bytes", bytes_.size());
-    return false;
-  }
-  if (bytes_[kMagic.size()] != kVersion) {
-    setReason("keyed archive of version %d, not %d", bytes_[kMagic.size()], kVersion);
-    return false;
-  }
-  const std::string_view checked = bytes_.substr(0, bytes_.size() - kChecksumBytes);
-  const auto stated = littleEndianAt<std::uint32_t>(checked.data() + checked.size());
-  if (const std::uint32_t computed = crc32(checked); computed != stated) {
-    setReason("damaged keyed archive: checksum %08x, computed %08x", stated, computed);
-    return false;
-  }
-  bytes_ = checked;
-  const bool isWhole = checkStructure(at);
-  if (!isWhole) setReason("damaged keyed archive: wrong structure before byte %zu", at);
-  return isWhole;
+void KeyedUnarchiver::noteOtherClass(std::size_t index, const char* wanted) const {
+  const std::string_view held = className(index);
+  setReason("keyed archive holds a %.*s, not a %s", static_cast<int>(held.size()), held.data(),
+            wanted);
 }
 
-bool KeyedUnarchiver::checkStructure(std::size_t& at) {
-  std::uint64_t count, index;
-  std::string_view text;
-  if (!getCount(at, count)) return false;
-  names_.reserve(count);
-  for (; count > 0; --count) {
-    if (!getText(at, text)) return false;
-    names_.push_back(text);
-  }
-  if (!getCount(at, count) || count == 0) return false;
-  objects_.reserve(count);
-  for (; count > 0; --count) {
-    objects_.push_back({at, nullptr});
-    if (!getNumber(at, index) || index >= names_.size() || !getText(at, text)) return false;
-  }
-  if (at != bytes_.size()) return false;
-  for (std::size_t i = 0; i < objects_.size(); ++i) {
-    at = objects_[i].offset;
-    getNumber(at, index);
-    getNumber(at, count);
-    const std::size_t end = at + count;
-    while (at < end) {
-      if (!getNumber(at, index) || index >= names_.size() || at >= end) return false;
-      const auto type = static_cast<unsigned char>(bytes_[at++]);
-      if (!skipValue(at, type)) return false;
-    }
-    if (at != end) return false;
-  }
-  return true;
-}
-
-std::string_view KeyedUnarchiver::className(std::size_t index) const {
-  std::size_t at = objects_[index].offset;
-  std::uint64_t name = 0;
-  getNumber(at, name);
-  return names_[name];
-}
-
-bool KeyedUnarchiver::enter(std::size_t index) {
-  if (depth_ >= kDeepestNesting) {
-    if (good_) {
-      setReason("keyed archive nests more than %d objects", kDeepestNesting);
-      log("A keyed archive nests more than %d objects; nothing is taken from it.", kDeepestNesting);
-    }
-    good_ = false;
-    return false;
-  }
-  ++depth_;
-  std::size_t at = objects_[index].offset;
-  std::uint64_t skipped, length = 0;
-  getNumber(at, skipped);
-  getNumber(at, length);
-  frame_ = {at, at, at + length};
-  return true;
-}
-
-void KeyedUnarchiver::leave(const Frame& outer) {
-  --depth_;
-  frame_ = outer;
-}
-
-void KeyedUnarchiver::refuse(std::size_t index, const char* wanted) const {
-  const std::string held(className(index));
-  if (wanted) {
-    setReason("keyed archive holds a %s, not a %s", held.c_str(), wanted);
-  } else if (*lastReason() == '\0') {
-    setReason("a %s could not be decoded", held.c_str());
-  }
+void KeyedUnarchiver::noteFailure(std::size_t index) const {
+  const std::string_view held = className(index);
+  if (!*lastReason())
+    setReason("a %.*s could not be decoded", static_cast<int>(held.size()), held.data());
 }
 
 void KeyedUnarchiver::accept() const {
   clearReason();
 }
 
-// Keys are mostly decoded in the order in which they were encoded, so the search starts behind the
-// last key found.
-std::size_t KeyedUnarchiver::find(const char* key, unsigned char type) {
+[[gnu::always_inline]] inline bool KeyedUnarchiver::getHead(std::size_t& at, Head& head) const {
+  if (at >= bytes_.size()) return false;
+  const char* const first = bytes_.data() + at;
+  const auto byte = static_cast<unsigned char>(*first);
+  head.major = byte >> 5;
+  head.info = byte & 31u;
+  head.argument = head.info;
+  std::size_t length = 1;
+  if (head.info >= kOneByte) {
+    if (head.info > kEightBytes) {
+      head.argument = std::numeric_limits<std::uint64_t>::max();
+      return ++at, head.info == kOpen;
+    }
+    length += std::size_t{1} << (head.info - kOneByte);
+    if (bytes_.size() - at < length) return false;
+    switch (length) {
+      case 2:
+        head.argument = static_cast<unsigned char>(first[1]);
+        break;
+      case 3:
+        head.argument = bigEndianAt<std::uint16_t>(first + 1);
+        break;
+      case 5:
+        head.argument = bigEndianAt<std::uint32_t>(first + 1);
+        break;
+      default:
+        head.argument = bigEndianAt<std::uint64_t>(first + 1);
+    }
+  }
+  at += length;
+  return true;
+}
+
+bool KeyedUnarchiver::getString(std::size_t& at, std::string_view& string) const {
+  Head head;
+  if (!getHead(at, head)) return false;
+  if (head.major == kTag && head.argument == kStringReference) {
+    if (!getHead(at, head) || head.major != kUnsigned || head.argument >= strings_.size())
+      return false;
+    string = strings_[head.argument];
+    return true;
+  }
+  if ((head.major != kText && head.major != kBytes) || head.argument > bytes_.size() - at)
+    return false;
+  string = bytes_.substr(at, head.argument);
+  at += head.argument;
+  return true;
+}
+
+// Reads a string and numbers it, unless it is a reference.
+bool KeyedUnarchiver::checkString(std::size_t& at, std::string_view& string) {
+  const std::size_t begin = at;
+  if (!getString(at, string)) return false;
+  const bool isReference = static_cast<unsigned char>(bytes_[begin]) >> 5 == kTag;
+  if (!isReference && string.size() >= shortestNumbered(strings_.size()))
+    strings_.push_back(string);
+  return true;
+}
+
+bool KeyedUnarchiver::checkObject(std::size_t& at, int depth) {
+  isTooDeep_ = isTooDeep_ || depth > kDeepestNesting;
+  if (isTooDeep_ || at >= bytes_.size() || static_cast<unsigned char>(bytes_[at]) != kOpenMap)
+    return false;
+  const std::size_t index = objects_.size();
+  objects_.push_back({at, 0, nullptr});
+  std::string_view key, name;
+  if (!checkString(++at, key) || key != kClassKey || !checkString(at, name)) return false;
+  while (at < bytes_.size() && static_cast<unsigned char>(bytes_[at]) != kBreak) {
+    if (!checkString(at, key) || !checkValue(at, depth, false)) return false;
+  }
+  objects_[index].end = at;
+  return at++ < bytes_.size();
+}
+
+bool KeyedUnarchiver::checkValue(std::size_t& at, int depth, bool isInList) {
+  const std::size_t begin = at;
+  std::string_view string;
+  Head head;
+  if (!getHead(at, head)) return false;
+  switch (head.major) {
+    case kUnsigned:
+    case kNegative:
+      return !isInList && head.argument <= std::numeric_limits<std::int32_t>::max();
+    case kBytes:
+    case kText:
+      return checkString(at = begin, string);
+    case kArray:
+      if (isInList || head.argument > bytes_.size() - at) return false;
+      for (; head.argument > 0; --head.argument) {
+        if (!checkValue(at, depth, true)) return false;
+      }
+      return true;
+    case kTag:
+      if (head.argument == kShareable) return checkObject(at, depth + 1);
+      if (head.argument == kStringReference) return checkString(at = begin, string);
+      if (head.argument == kSharedReference)
+        return getHead(at, head) && head.major == kUnsigned && head.argument < objects_.size();
+      return static_cast<unsigned char>(bytes_[begin]) == kDateTag && !isInList &&
+             getHead(at, head) && head.major == kSimple && head.info == kEightBytes;
+    case kSimple:
+      if (isInList) return static_cast<unsigned char>(bytes_[begin]) == kNull;
+      return head.info == (kFalse & 31) || head.info == (kTrue & 31) || head.info == kFourBytes ||
+             head.info == kEightBytes;
+    default:
+      return false;
+  }
+}
+
+// Looks at every byte once, so that what follows may trust the archive's structure.
+bool KeyedUnarchiver::check() {
+  const std::size_t versionAt = kFront.size() - 4;
+  if (bytes_.size() < kFront.size() + kChecksumBytes ||
+      !bytes_.starts_with(kFront.substr(0, versionAt))) {
+    setReason("not a keyed archive: %zu bytes", bytes_.size());
+    return false;
+  }
+  if (!bytes_.starts_with(kFront)) {
+    setReason("keyed archive of version %d, not %d", bytes_[versionAt], kFront[versionAt]);
+    return false;
+  }
+  const char* const end = bytes_.data() + bytes_.size();
+  bytes_.remove_suffix(kChecksumBytes);
+  const auto stated = bigEndianAt<std::uint32_t>(end - 4), computed = crc32(bytes_);
+  if (static_cast<unsigned char>(end[-5]) != kUnsigned32 || stated != computed) {
+    setReason("damaged keyed archive: checksum %08x, computed %08x", stated, computed);
+    return false;
+  }
+  std::size_t at = kFront.size();
+  Head head;
+  if (getHead(at, head) && head.major == kTag && head.argument == kShareable &&
+      checkObject(at, 1) && at == bytes_.size())
+    return true;
+  if (isTooDeep_)
+    setReason("keyed archive nests more than %d objects", kDeepestNesting);
+  else
+    setReason("damaged keyed archive: wrong structure before byte %zu", at);
+  return false;
+}
+
+// Steps over a value. An object's end is known from the check.
+void KeyedUnarchiver::skip(std::size_t& at) {
+  Head head;
+  getHead(at, head);
+  if (head.major == kText || head.major == kBytes) {
+    at += head.argument;
+  } else if (head.major == kArray) {
+    for (; head.argument > 0; --head.argument) skip(at);
+  } else if (head.major == kTag) {
+    if (head.argument == kShareable)
+      at = objects_[objectBeginningAt(at)].end + 1;
+    else
+      skip(at);
+  }
+}
+
+// Objects are mostly read in the order in which they lie.
+std::size_t KeyedUnarchiver::objectBeginningAt(std::size_t at) {
+  if (++lastObject_ >= objects_.size() || objects_[lastObject_].begin != at) {
+    const auto found = std::ranges::lower_bound(objects_, at, {}, &Stored::begin);
+    lastObject_ = static_cast<std::size_t>(found - objects_.begin());
+  }
+  return lastObject_;
+}
+
+std::string_view KeyedUnarchiver::className(std::size_t index) const {
+  std::size_t at = objects_[index].begin + 1;
+  std::string_view key, name;
+  getString(at, key);
+  getString(at, name);
+  return name;
+}
+
+KeyedUnarchiver::Frame KeyedUnarchiver::enter(std::size_t index) {
+  std::size_t at = objects_[index].begin + 1;
+  skip(at);
+  skip(at);
+  return std::exchange(frame_, Frame{at, at, objects_[index].end});
+}
+
+// Keys are mostly asked for in the order in which they were written, so the search continues from
+// the last one found.
+std::size_t KeyedUnarchiver::find(const char* key) {
   const auto search = [&](std::size_t at, std::size_t end) -> std::size_t {
     while (at < end) {
-      std::uint64_t name = 0;
-      getNumber(at, name);
-      const auto entryType = static_cast<unsigned char>(bytes_[at++]);
+      std::string_view name;
+      getString(at, name);
       const std::size_t value = at;
-      skipValue(at, entryType);
-      if (names_[name] != key) continue;
+      skip(at);
+      if (name != key) continue;
       frame_.next = at;
-      return entryType == type ? value : 0;
+      return value;
     }
     return 0;
   };
@@ -389,69 +494,103 @@ std::size_t KeyedUnarchiver::find(const char* key, unsigned char type) {
 }
 
 template <typename T>
-T KeyedUnarchiver::plainValue(const char* key, unsigned char type) {
-  const std::size_t at = find(key, type);
-  return at ? littleEndianAt<T>(bytes_.data() + at) : T{};
+T KeyedUnarchiver::fixedAt(std::size_t at, unsigned char head) const {
+  return at && static_cast<unsigned char>(bytes_[at]) == head
+             ? bigEndianAt<T>(bytes_.data() + at + 1)
+             : T{};
 }
 
 bool KeyedUnarchiver::decodeBool(const char* key) {
-  return plainValue<std::uint8_t>(key, kBool) != 0;
+  const std::size_t at = find(key);
+  return at && static_cast<unsigned char>(bytes_[at]) == kTrue;
 }
+
 signed char KeyedUnarchiver::decodeChar(const char* key) {
-  return plainValue<signed char>(key, kChar);
+  const std::int32_t value = decodeInt32(key);
+  return value == static_cast<signed char>(value) ? static_cast<signed char>(value) : 0;
 }
+
 std::int32_t KeyedUnarchiver::decodeInt32(const char* key) {
-  return plainValue<std::int32_t>(key, kInt32);
+  std::size_t at = find(key);
+  Head head;
+  if (!at || !getHead(at, head) || head.major > kNegative) return 0;
+  const auto value = static_cast<std::int32_t>(head.argument);
+  return head.major == kNegative ? -1 - value : value;
 }
+
 float KeyedUnarchiver::decodeFloat(const char* key) {
-  return plainValue<float>(key, kFloat);
+  return fixedAt<float>(find(key), kFloat);
 }
+
 double KeyedUnarchiver::decodeDouble(const char* key) {
-  return plainValue<double>(key, kDouble);
+  return fixedAt<double>(find(key), kDouble);
 }
 
 std::optional<Date> KeyedUnarchiver::decodeDate(const char* key) {
-  const std::size_t at = find(key, kDate);
-  return at ? std::optional<Date>(Date{littleEndianAt<double>(bytes_.data() + at)}) : std::nullopt;
+  std::size_t at = find(key);
+  if (at && static_cast<unsigned char>(bytes_[at]) == kDateTag) ++at;
+  if (!at || static_cast<unsigned char>(bytes_[at]) != kDouble) return std::nullopt;
+  return Date{fixedAt<double>(at, kDouble)};
 }
 
 OptionalText KeyedUnarchiver::decodeText(const char* key) {
-  std::size_t at = find(key, kText);
+  std::size_t at = find(key);
   std::string_view text;
-  if (!at || !getText(at, text)) return std::nullopt;
+  if (!at || !getString(at, text)) return std::nullopt;
   return std::string(text);
 }
 
 std::vector<std::string> KeyedUnarchiver::decodeTexts(const char* key) {
   std::vector<std::string> texts;
-  std::size_t at = find(key, kTexts);
-  std::uint64_t count = 0;
   std::string_view text;
-  if (at && getCount(at, count)) texts.reserve(count);
-  for (; count > 0 && getText(at, text); --count) texts.emplace_back(text);
+  auto [at, count] = findList(key);
+  texts.reserve(count);
+  for (; count > 0 && getString(at, text); --count) texts.emplace_back(text);
   return texts;
 }
 
 Ref<ByteBuffer> KeyedUnarchiver::decodeBytes(const char* key) {
-  std::size_t at = find(key, kBytes);
+  std::size_t at = find(key);
   std::string_view bytes;
-  return at && getText(at, bytes) ? ByteBuffer::copyOf(bytes.data(), bytes.size()) : nullptr;
+  if (!at || static_cast<unsigned char>(bytes_[at]) >> 5 != kBytes || !getString(at, bytes))
+    return nullptr;
+  auto copy = ByteBuffer::copyOf(bytes.data(), bytes.size());
+  if (!copy) refuseForMemory();
+  return copy;
+}
+
+std::pair<std::size_t, std::uint64_t> KeyedUnarchiver::findList(const char* key) {
+  std::size_t at = find(key);
+  Head head;
+  if (!at || !getHead(at, head) || head.major != kArray) return {0, 0};
+  return {at, head.argument};
+}
+
+// Reads an object's place in the list of objects, and steps over whatever else is there.
+std::size_t KeyedUnarchiver::getObject(std::size_t& at) {
+  const std::size_t begin = at;
+  Head head;
+  getHead(at, head);
+  if (head.major == kTag && head.argument == kSharedReference) {
+    getHead(at, head);
+    return head.argument;
+  }
+  const bool isObject = head.major == kTag && head.argument == kShareable;
+  const std::size_t index = isObject ? objectBeginningAt(at) : kNoObject;
+  skip(at = begin);
+  return index;
 }
 
 std::size_t KeyedUnarchiver::objectIndex(const char* key) {
-  std::size_t at = find(key, kObject);
-  std::uint64_t reference = 0;
-  if (at) getNumber(at, reference);
-  return reference ? reference - 1 : kNoObject;
+  std::size_t at = find(key);
+  return at ? getObject(at) : kNoObject;
 }
 
 std::vector<std::size_t> KeyedUnarchiver::objectIndexes(const char* key) {
   std::vector<std::size_t> indexes;
-  std::size_t at = find(key, kObjects);
-  std::uint64_t count = 0, reference = 0;
-  if (at && getCount(at, count)) indexes.reserve(count);
-  for (; count > 0 && getNumber(at, reference); --count)
-    indexes.push_back(reference ? reference - 1 : kNoObject);
+  auto [at, count] = findList(key);
+  indexes.reserve(count);
+  for (; count > 0; --count) indexes.push_back(getObject(at));
   return indexes;
 }
 

@@ -1,7 +1,8 @@
 // Keyed archives store objects in one byte buffer, each as values under keys.
 //
-// The format is versioned, little-endian and self-describing, and ends with a checksum. An object
-// that is referred to twice is stored once and shared again after decoding, also in cycles.
+// An archive is CBOR (RFC 8949), which readers for most languages open; docs/archives.md describes
+// the layout. An object that is referred to twice is stored once and shared again after decoding,
+// also in cycles.
 // Decoding a damaged or hostile archive returns nothing, sets lastReason() and logs one line. It
 // never recurses deeper than kDeepestNesting objects and never allocates more than a small multiple
 // of the archive's size.
@@ -10,10 +11,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "krosac/platform/ByteBuffer.h"
@@ -37,7 +41,7 @@ class KROSAC_API Archivable : public Object {
   virtual void encodeWithCoder(KeyedArchiver& coder) const = 0;
 };
 
-// The greatest depth of nested objects that can be decoded.
+// The greatest depth of nested objects that can be archived and decoded.
 inline constexpr int kDeepestNesting = 64;
 
 // Writes values under keys. An object's encodeWithCoder calls these methods for its fields. Only
@@ -60,27 +64,44 @@ class KROSAC_API KeyedArchiver {
   void encodeObject(const char* key, const Archivable* object);
   template <typename T>
   void encodeObjects(const char* key, const std::vector<Ref<T>>& objects) {
-    beginObjects(key, objects.size());
-    for (const auto& object : objects) putReference(object.get());
+    beginList(key, objects.size());
+    for (const auto& object : objects) putObject(object.get());
   }
 
  private:
   friend KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
 
+  // Finds a key by its characters alone, so that no key is copied to be looked up.
+  struct TextHash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+
+  struct Numbered {
+    std::uint64_t number;
+    Ref<const Archivable> object;  // kept, so that no later object gets its address
+  };
+
   KeyedArchiver() = default;
-  void putEntry(const char* key, unsigned char type);
-  void putNumber(std::uint64_t value);
+  void put(const void* bytes, std::size_t length);
+  void putByte(unsigned char byte) { put(&byte, 1); }
+  void putHead(unsigned major, std::uint64_t argument);
+  void putInteger(std::int64_t value);
+  template <typename T>
+  void putFixed(unsigned char head, T value);
+  void putString(unsigned major, std::string_view bytes);
   void putText(std::string_view text);
-  void putReference(const Archivable* object);
-  void beginObjects(const char* key, std::size_t count);
-  std::uint64_t nameIndex(std::string_view name);
+  void putName(std::string_view name);
+  void putObject(const Archivable* object);
+  void beginList(const char* key, std::size_t count);
   Ref<ByteBuffer> finish(const Archivable& root);
 
-  std::string* out_ = nullptr;
-  std::vector<std::string> names_;
-  std::unordered_map<std::string, std::uint64_t> nameIndexes_;
-  std::vector<Ref<const Archivable>> objects_;
-  std::unordered_map<const Archivable*, std::uint64_t> objectIndexes_;
+  Ref<ByteBuffer> out_;
+  std::size_t length_ = 0;
+  std::uint64_t strings_ = 0;  // numbered so far
+  std::unordered_map<std::string, std::uint64_t, TextHash, std::equal_to<>> names_;
+  std::unordered_map<const Archivable*, Numbered> objects_;
+  int depth_ = 0;
+  bool isTooDeep_ = false;
 };
 
 // Reads values by key. An absent key and one of another type decode as zero or none.
@@ -130,61 +151,77 @@ class KROSAC_API KeyedUnarchiver {
   }
 
  private:
+  // An object in the archive: its first entry, the end of its map, and what was decoded from it.
   struct Stored {
-    std::size_t offset = 0;
+    std::size_t begin = 0, end = 0;
     Ref<Object> object;
   };
+  // The object whose entries are being read, and where the search for the next key starts.
   struct Frame {
     std::size_t entries = 0, next = 0, end = 0;
+  };
+  struct Head {
+    unsigned major = 0, info = 0;
+    std::uint64_t argument = 0;
   };
   static constexpr std::size_t kNoObject = static_cast<std::size_t>(-1);
 
   template <typename T>
-  Ref<T> objectAt(std::size_t index) {
+  Ref<T> objectAt(std::size_t index) try {
     if (!good_ || index >= objects_.size()) return nullptr;
     if (objects_[index].object) return Ref<T>(dynamic_cast<T*>(objects_[index].object.get()));
     auto object = make<T>();
-    if (!object || className(index) != object->archiveClassName()) {
-      refuse(index, object ? object->archiveClassName() : nullptr);
+    if (!object) throw std::bad_alloc();
+    if (className(index) != object->archiveClassName()) {
+      noteOtherClass(index, object->archiveClassName());
       return nullptr;
     }
-    // Stored before its fields are read, so that objects can refer back to it.
+    // Known before its fields are read, so that an object which refers back to it finds it.
     objects_[index].object = object;
-    const Frame outer = frame_;
-    if (!enter(index)) return nullptr;
+    const Frame outer = enter(index);
     good_ = static_cast<bool>(object->initWithCoder(*this)) && good_;
-    leave(outer);
+    frame_ = outer;
     if (good_) return object;
-    refuse(index, nullptr);
+    noteFailure(index);
+    return nullptr;
+  } catch (const std::bad_alloc&) {
+    refuseForMemory();
     return nullptr;
   }
 
-  std::string_view className(std::size_t index) const;
-  bool enter(std::size_t index);
-  void leave(const Frame& outer);
-  // Set the reason that the object at this index was refused, null for another cause than its
-  // class, and clear it after objects of other classes were skipped.
-  void refuse(std::size_t index, const char* wanted) const;
+  void refuseForMemory();
+  // Set the reason that the object at this index was refused: for its class, or for a cause that
+  // its own fields have not named. accept() clears the reason after objects of other classes were
+  // skipped.
+  void noteOtherClass(std::size_t index, const char* wanted) const;
+  void noteFailure(std::size_t index) const;
   void accept() const;
+  std::string_view className(std::size_t index) const;
+  Frame enter(std::size_t index);
   std::size_t objectIndex(const char* key);
   std::vector<std::size_t> objectIndexes(const char* key);
-  // The offset of the value under the key; 0 if there is none of this type.
-  std::size_t find(const char* key, unsigned char type);
+  // The place of the value under the key, or 0; the place of a list's first item and their number.
+  std::size_t find(const char* key);
+  std::pair<std::size_t, std::uint64_t> findList(const char* key);
   template <typename T>
-  T plainValue(const char* key, unsigned char type);
+  T fixedAt(std::size_t at, unsigned char head) const;
 
   bool check();
-  bool checkStructure(std::size_t& at);
-  bool skipValue(std::size_t& at, unsigned char type) const;
-  bool getNumber(std::size_t& at, std::uint64_t& value) const;
-  bool getCount(std::size_t& at, std::uint64_t& count) const;
-  bool getText(std::size_t& at, std::string_view& text) const;
+  bool checkString(std::size_t& at, std::string_view& string);
+  bool checkObject(std::size_t& at, int depth);
+  bool checkValue(std::size_t& at, int depth, bool isInList);
+  bool getHead(std::size_t& at, Head& head) const;
+  bool getString(std::size_t& at, std::string_view& string) const;
+  std::size_t getObject(std::size_t& at);
+  void skip(std::size_t& at);
+  std::size_t objectBeginningAt(std::size_t at);
 
   std::string_view bytes_;
   bool good_ = false;
-  int depth_ = 0;
-  std::vector<std::string_view> names_;
+  bool isTooDeep_ = false;
+  std::vector<std::string_view> strings_;  // by number
   std::vector<Stored> objects_;
+  std::size_t lastObject_ = 0;  // the last one that objectBeginningAt found
   Frame frame_;
 };
 

@@ -121,6 +121,14 @@ Ref<ByteBuffer> ByteBuffer::fromFile(const std::string& path) {
   return nullptr;
 }
 
+bool ByteBuffer::resize(std::size_t length) noexcept {
+  void* const bytes = std::realloc(bytes_, std::max<std::size_t>(length, 1));
+  if (!bytes) return false;
+  bytes_ = static_cast<unsigned char*>(bytes);
+  length_ = length;
+  return true;
+}
+
 bool ByteBuffer::writeAtomically(const std::string& path) const {
   return writeAtomically(path, length_);
 }

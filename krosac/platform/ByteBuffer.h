@@ -27,6 +27,10 @@ class KROSAC_API ByteBuffer final : public Object {
   unsigned char* mutableBytes() noexcept { return bytes_; }
   std::size_t length() const noexcept { return length_; }
 
+  // Changes the number of bytes. Those that remain keep their values; new ones are not set. Returns
+  // false, with the buffer unchanged, if memory is short.
+  bool resize(std::size_t length) noexcept;
+
   // Writes a temporary file beside the target, flushes it to disk and renames it, so that at every
   // moment the path names either the complete old file or the complete new one. An existing file
   // must be writable and keeps its permissions; a new one gets those of the umask. A symbolic link
