@@ -48,7 +48,7 @@ void setReason(const char* format, ...) noexcept {
 
 void setSystemReason(const char* path) noexcept {
   const CLocaleScope cLocaleHere;
-  setReason("%s: %s", path, std::strerror(errno));
+  setReason("%s: %s", *path ? path : "empty path", std::strerror(errno));
 }
 
 }  // namespace krosac

@@ -35,7 +35,7 @@ TEST(LastReasonTest, FailuresHaveReasonsAndSuccessHasNone) {
       {readReason(folder.path()), folder.path() + ": is a folder"},
       {readReason("/dev/null"), "/dev/null: is not a regular file"},
       {readReason(file), ""},
-      {writeReason(""), ": No such file or directory"},
+      {writeReason(""), "empty path: No such file or directory"},
       {writeReason(none + "/f"), none + "/f: No such file or directory"},
       {writeReason(folder.path()), folder.path() + ": is a folder"},
       {writeReason(none + "/"), none + "/: is a folder"},
