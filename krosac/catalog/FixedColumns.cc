@@ -66,7 +66,7 @@ void FixedColumns::copyOver(std::size_t first, std::size_t width) {
 }
 
 void splitSeconds(float seconds, std::int32_t& sec, float& msec) {
-  sec = truncIndex(static_cast<double>(std::floor(seconds)));
+  sec = truncInt32(static_cast<double>(std::floor(seconds)));
   msec = (seconds - static_cast<float>(sec)) * 1000.0f;
 }
 

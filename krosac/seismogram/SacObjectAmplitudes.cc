@@ -16,16 +16,16 @@ constexpr double kHalfPi = 1.5707963267948966;
 struct Window {
   std::int32_t first, end;
   Window(float t1, float t2, float b, float delta)
-      : first(truncIndex((t1 - b) / delta)),
-        end(truncIndex((t2 - t1) / delta + static_cast<float>(first))) {}
-  bool isOff(std::int64_t n) const { return first == kNoIndex || end < 0 || first > n; }
+      : first(truncInt32((t1 - b) / delta)),
+        end(truncInt32((t2 - t1) / delta + static_cast<float>(first))) {}
+  bool isOff(std::int64_t n) const { return first == kNoInt32 || end < 0 || first > n; }
   std::int64_t start() const { return std::max(first, 0); }
 };
 
 // The offset of a time from B in samples, first truncated to whole seconds as intended, plus some
 // samples.
 std::int32_t wholeSecondIndex(float t, float b, float delta, float moreSamples) {
-  return truncIndex(std::trunc(t - b) / delta + moreSamples);
+  return truncInt32(std::trunc(t - b) / delta + moreSamples);
 }
 
 // A sample at distance d from the start of a linear ramp from 1 down to 0 over m samples, none for
@@ -176,7 +176,7 @@ void SacObject::ZeroAmplitudesAfterTime(float t) {
   const auto x = samples();
   const std::int32_t k = wholeSecondIndex(t, b(), delta(), 0.0f);
   const auto start = static_cast<std::size_t>(std::max(k, 0));
-  if (k == kNoIndex || start > x.size()) return;
+  if (k == kNoInt32 || start > x.size()) return;
   std::fill(x.begin() + static_cast<std::ptrdiff_t>(start), x.end(), 0.0f);
   samplesChanged();
 }
@@ -185,7 +185,7 @@ void SacObject::ZeroAmplitudesAfterTime_TaperLength(float t, std::int32_t length
   const auto x = samples();
   const std::int32_t k = wholeSecondIndex(t, b(), delta(), -static_cast<float>(length));
   const auto start = static_cast<std::size_t>(std::max(k, 0));
-  if (k == kNoIndex || start > x.size()) return;
+  if (k == kNoInt32 || start > x.size()) return;
   for (std::size_t j = start; j < x.size(); ++j) {
     x[j] = ramped(x[j], static_cast<std::int64_t>(j - start), length);
   }

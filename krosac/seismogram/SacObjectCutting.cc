@@ -27,11 +27,11 @@ float* samplesOf(ByteBuffer& image) {
 void SacObject::ChopFromStart_END(float t1, float t2) {
   const auto x = samples();
   const auto n = static_cast<std::int64_t>(x.size());
-  const auto index = [this](double t) { return truncIndex((t - b()) / delta() + 0.5); };
+  const auto index = [this](double t) { return truncInt32((t - b()) / delta() + 0.5); };
   const std::int64_t ib = index(t1);
   std::int64_t ie = index(t2);
   const std::int64_t s = std::max<std::int64_t>(ib, 0);
-  if (!h_ || ib == kNoIndex || s > n || ie < 0) return;
+  if (!h_ || ib == kNoInt32 || s > n || ie < 0) return;
   if (ie > n) ie = n - 1;  // an end equal to n is left as it is; this is intended
   if (s == 0 && ie == n) return;
   const std::int64_t count = s > ie ? 0 : ie - s + 1;
@@ -118,7 +118,7 @@ void SacObject::AppendSacObject(const SacObject& other) {
     return;
   }
   const float gap = other.b() - e();
-  const float partial = std::fabs(gap - dt * static_cast<float>(truncIndex(gap / dt))) / dt;
+  const float partial = std::fabs(gap - dt * static_cast<float>(truncInt32(gap / dt))) / dt;
   // Said so that a gap which is not a number is refused too.
   const bool isBroken = !(partial < 1.1);
   if (isBroken || gap > 1.1 * dt) {
@@ -132,7 +132,7 @@ void SacObject::AppendSacObject(const SacObject& other) {
   }
   const auto first = samples(), second = other.samples();
   const std::size_t overlap =
-      gap < dt ? static_cast<std::size_t>(std::max(truncIndex(1.0f - gap / dt), 0)) : 0;
+      gap < dt ? static_cast<std::size_t>(std::max(truncInt32(1.0f - gap / dt), 0)) : 0;
   const auto rest = second.subspan(std::min(overlap, second.size()));
   const auto count = static_cast<std::int64_t>(first.size() + rest.size());
   if (count > INT32_MAX) return;

@@ -161,9 +161,9 @@ std::pair<double, double> SacObject::GetOptimalShift(SacObject& other) {
 void SacObject::subtractZeroLagGaussian(float k) {
   constexpr double kFitted = 5.0;  // s before time 0
   float* const x = samples().data();
-  const std::int64_t n = std::ssize(samples()), zero = truncIndex(-b() / delta()),
-                     first = truncIndex((-kFitted - b()) / delta());
-  if (!(b() <= 0.0f) || zero == kNoIndex || first == kNoIndex) return;
+  const std::int64_t n = std::ssize(samples()), zero = truncInt32(-b() / delta()),
+                     first = truncInt32((-kFitted - b()) / delta());
+  if (!(b() <= 0.0f) || zero == kNoInt32 || first == kNoInt32) return;
   const auto pulse = [&](std::int64_t m) {
     const double t = static_cast<double>(m) * delta();
     return std::exp(-k * t * t);

@@ -97,7 +97,7 @@ void SacObject::TstarFilter(float tstar) {
 
 void SacObject::CosineTimeFunctionFilterDuration(float duration) {
   if (!(duration >= 0.0f)) return;
-  const std::int32_t m = truncIndex(duration / delta() + 0.5);
+  const std::int32_t m = truncInt32(duration / delta() + 0.5);
   if (m >= 2 && convolveWithCosinePulse(samples(), delta(), duration, m)) samplesChanged();
 }
 
@@ -107,8 +107,8 @@ void SacObject::TrapezoidFilter(float rise, float top, float fall) {
 
 void SacObject::NoiseFilterStartingAtTime(float t) {
   const auto x = samples();
-  const std::int32_t index = truncIndex((t - b()) / delta());
-  if (x.empty() || index == kNoIndex) return;
+  const std::int32_t index = truncInt32((t - b()) / delta());
+  if (x.empty() || index == kNoInt32) return;
   const auto k = static_cast<std::size_t>(std::clamp<std::int64_t>(index, 0, std::ssize(x)));
   auto [signal, noise] = PackedSpectrum::ofTwo(x, x.first(k), paddedLength(x.size()), delta());
   if (!signal) return;

@@ -77,7 +77,7 @@ void SacObject::markJBTimesAndSlowness() {
 // The sample at a time, truncated; null off the trace.
 float* SacObject::sampleAt(float t) {
   const auto x = samples();
-  const std::int64_t index = truncIndex((t - b()) / delta());
+  const std::int64_t index = truncInt32((t - b()) / delta());
   return index >= 0 && index < std::ssize(x) ? &x[static_cast<std::size_t>(index)] : nullptr;
 }
 

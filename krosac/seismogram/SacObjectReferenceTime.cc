@@ -32,7 +32,7 @@ void SacObject::storeReferenceFields(const SeisTimeObject& time, std::int32_t da
   h_->NZHOUR = time.mHr();
   h_->NZMIN = time.mMn();
   h_->NZSEC = time.mSec();
-  h_->NZMSEC = truncIndex(time.mMsec());
+  h_->NZMSEC = truncInt32(time.mMsec());
 }
 
 void SacObject::setReferenceTimeWithNSCalendarDate(const Date& date) {
@@ -88,7 +88,7 @@ void SacObject::setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(
   const double whole = std::floor(static_cast<double>(seconds));
   auto origin = make<SeisTimeObject>();
   origin->initWithValues_month_date_hour_minute_second_millisecond(
-      year, month, day, hour, minutes, truncIndex(whole), (seconds - whole) * 1000.0);
+      year, month, day, hour, minutes, truncInt32(whole), (seconds - whole) * 1000.0);
   setoriginTimeOffset(origin->differenceInSecondsFrom(*mySeisReferenceTime_));
 }
 

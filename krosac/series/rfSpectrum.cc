@@ -55,8 +55,8 @@ std::optional<Band> bandBetween(const PackedBins& s, float f1, float f2) {
   const auto half = static_cast<std::int64_t>(s.size() / 2);
   const float nyquist = s.frequency(s.size() / 2);
   if (!(f1 <= f2) || f1 > nyquist) return std::nullopt;
-  const std::int64_t i1 = truncIndex(f1 / s.df()), i2 = truncIndex(std::min(nyquist, f2) / s.df());
-  if (i1 == kNoIndex || i2 == kNoIndex) return std::nullopt;
+  const std::int64_t i1 = truncInt32(f1 / s.df()), i2 = truncInt32(std::min(nyquist, f2) / s.df());
+  if (i1 == kNoInt32 || i2 == kNoInt32) return std::nullopt;
   return Band{i1 == 0, i2 == half, i1 == 0 ? 1 : i1, i2 == half ? half - 1 : i2};
 }
 

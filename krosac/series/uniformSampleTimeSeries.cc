@@ -169,8 +169,8 @@ bool uniformSampleTimeSeries::covers(float t) const {
 float uniformSampleTimeSeries::lookupValueAtRelativeTime(float t) const {
   const auto x = samples();
   // The time is first truncated to whole seconds; this is intended.
-  const std::int64_t k = truncIndex(std::trunc(t) / delta_);
-  if (!covers(t) || k == kNoIndex) return kSacUndefinedFloat;
+  const std::int64_t k = truncInt32(std::trunc(t) / delta_);
+  if (!covers(t) || k == kNoInt32) return kSacUndefinedFloat;
   return x[static_cast<std::size_t>(std::min(k, std::ssize(x) - 1))];
 }
 
@@ -181,7 +181,7 @@ float uniformSampleTimeSeries::interpolateValueAtRelativeTime(float t) const {
   // The last sample, whose time may be infinite, before a place is looked for.
   if (t == delta_ * static_cast<float>(x.size() - 1)) return x.back();
   const float place = std::floor(t / delta_);
-  const std::int64_t next = std::int64_t{truncIndex(place)} + 1;
+  const std::int64_t next = std::int64_t{truncInt32(place)} + 1;
   if (next < 1 || next >= std::ssize(x)) return x.back();  // the quotient rounded up to it
   const float before = x[static_cast<std::size_t>(next - 1)];
   return before + (t - place * delta_) * (x[static_cast<std::size_t>(next)] - before) / delta_;
@@ -217,13 +217,13 @@ void uniformSampleTimeSeries::HPBUfilter_NPasses_NPoles(float corner, std::int32
 
 void uniformSampleTimeSeries::addSpikeAtTimeDelay_Amplitude(float tau, float a) {
   const auto x = samples();
-  const std::int64_t k = truncIndex(tau / delta_);
+  const std::int64_t k = truncInt32(tau / delta_);
   if (0 <= k && k < std::ssize(x)) x[static_cast<std::size_t>(k)] += a;
 }
 
 void uniformSampleTimeSeries::cosineTimeFunctionFilterDuration(float duration) {
   if (!(duration > 0.0f)) return;
-  const std::int32_t m = truncIndex(static_cast<double>(duration) / delta_ + 0.5);
+  const std::int32_t m = truncInt32(static_cast<double>(duration) / delta_ + 0.5);
   if (m < 2) return;
   if (samples().empty() || convolveWithCosinePulse(samples(), delta_, duration, m))
     computeExtrema();

@@ -31,8 +31,8 @@ std::int32_t numberOfUnknownRegion() {
 
 // The geographic region of a point, or 0. A NaN becomes a negative number of degrees.
 std::int32_t regionAt(float latitude, float longitude) {
-  const std::int32_t a = truncIndex(std::fabs(latitude));
-  const std::int32_t o = truncIndex(std::min(std::fabs(longitude), kLongestLongitude));
+  const std::int32_t a = truncInt32(std::fabs(latitude));
+  const std::int32_t o = truncInt32(std::min(std::fabs(longitude), kLongestLongitude));
   if (a < 0 || a > kLastLatitude || o < 0) return 0;
   const bool south = !(latitude >= 0.0f), west = !(longitude >= 0.0f);
   const int quadrant = 1 + 2 * south + (south != west);

@@ -1,4 +1,4 @@
-// Dates, texts, the log, and the search for data files, of which the log tells.
+// Indexes, dates, texts, the log, and the search for data files.
 #include "krosac/platform/internal/Text.h"
 
 #include <clocale>
@@ -10,9 +10,25 @@
 #include "TemporaryFolder.h"
 #include "krosac/platform/Date.h"
 #include "krosac/platform/Resources.h"
+#include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
 namespace {
+
+TEST(TruncIndexTest, IndexesStopAtTheEndsOf32BitsWhereOtherIntegersAreRefused) {
+  for (const auto& [quotient, index, integer] : {std::tuple(-0.9, std::int64_t{0}, 0),
+                                                 {1.9, 1, 1},
+                                                 {-1.9, -1, -1},
+                                                 {2147483647.9, INT32_MAX, INT32_MAX},
+                                                 {2147483648.0, INT32_MAX, kNoInt32},
+                                                 {-2147483649.0, INT32_MIN, kNoInt32},
+                                                 {1e30, INT32_MAX, kNoInt32},
+                                                 {-HUGE_VAL, INT32_MIN, kNoInt32},
+                                                 {std::nan(""), kNoIndex, kNoInt32}}) {
+    EXPECT_EQ(truncIndex(quotient), index) << quotient;
+    EXPECT_EQ(truncInt32(quotient), integer) << quotient;
+  }
+}
 
 TEST(DateTest, AgreesWithTheSystemsCalendarBothWays) {
   std::mt19937_64 random(7);

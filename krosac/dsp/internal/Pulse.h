@@ -48,7 +48,7 @@ inline bool convolveWithCosinePulse(std::span<float> x, float dt, float duration
 
 // A trapezoid of three durations in seconds; refused when one of them is negative or no number.
 inline bool convolveWithTrapezoid(std::span<float> x, float dt, float rise, float top, float fall) {
-  const auto count = [dt](float t) { return std::int64_t{truncIndex(t / dt + 0.5)}; };
+  const auto count = [dt](float t) { return std::int64_t{truncInt32(t / dt + 0.5)}; };
   const std::int64_t nRise = count(rise), nTop = count(top), nFall = count(fall);
   if (nRise < 0 || nTop < 0 || nFall < 0) return false;
   const auto fallBegins = static_cast<float>(nRise + nTop);
