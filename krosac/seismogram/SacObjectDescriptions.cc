@@ -11,65 +11,65 @@ namespace {
 constexpr const char* kStars = "\n***************************************************";
 constexpr const char* kDashes = "\n---------------------------------------------------";
 
-// One line with a value, if it is defined.
+// Appends a line with a value where that is defined.
 void addLine(std::string& out, const char* format, float value) {
   if (isDefined(value)) out += formatText(format, static_cast<double>(value));
 }
 
-// One line with the first eight characters of a text field, if it is defined.
+// Appends a line with the first eight characters of a text field where that is defined.
 void addLine(std::string& out, const char* format, const char* field) {
   constexpr std::size_t kMarkLength = 6;
   if (std::strncmp(field, kSacUndefinedText, kMarkLength) == 0) return;
   out += formatText(format, std::string(field, strnlen(field, 8)).c_str());
 }
 
-}  // namespace
-
 // The reference time plus an offset in seconds, in one of its two text forms; none without a
 // reference time.
-OptionalText SacObject::timeText(float offset, const char* (SeisTimeObject::*form)()) const {
-  if (!mySeisReferenceTime_) return std::nullopt;
-  const auto time = mySeisReferenceTime_->copyWithZone();
+OptionalText timeText(const SacObject& s, float offset, const char* (SeisTimeObject::*form)()) {
+  if (!s.mySeisReferenceTime()) return std::nullopt;
+  const auto time = s.mySeisReferenceTime()->copyWithZone();
   time->addSeconds(offset);
   return (time.get()->*form)();
 }
 
-void SacObject::describeStation(std::string& out) const {
-  if (!h_) return;
-  addLine(out, "\nStation ID: %8s", h_->KSTNM);
-  addLine(out, "\nNetwork: %8s", h_->KNETWK);
-  addLine(out, "\nStation  Latitude: % .4f", h_->STLA);
-  addLine(out, "\nStation Longitude: % .4f", h_->STLO);
-  addLine(out, "\nStation Elevation: % .2f", h_->STEL);
+void describeStation(const SacHeader& h, std::string& out) {
+  addLine(out, "\nStation ID: %8s", h.KSTNM);
+  addLine(out, "\nNetwork: %8s", h.KNETWK);
+  addLine(out, "\nStation  Latitude: % .4f", h.STLA);
+  addLine(out, "\nStation Longitude: % .4f", h.STLO);
+  addLine(out, "\nStation Elevation: % .2f", h.STEL);
 }
 
-void SacObject::describeEvent(std::string& out) const {
-  if (!h_) return;
-  addLine(out, "\nEvent ID: %8s", h_->KEVNM);
-  if (hasEventLocation()) out += formatText("\n%s", printable(myFERegionString_));
-  if (isDefined(h_->O)) {
+void describeEvent(const SacObject& s, std::string& out) {
+  const SacHeader& h = *s.GetSacHeader();
+  addLine(out, "\nEvent ID: %8s", h.KEVNM);
+  if (isDefined(h.EVLA) && isDefined(h.EVLO))
+    out += formatText("\n%s", printable(s.flinnEngdahlString()));
+  if (isDefined(h.O)) {
     out += formatText("\nEvent Origin Time:%s",
-                      printable(timeText(h_->O, &SeisTimeObject::DOYcString)));
+                      printable(timeText(s, h.O, &SeisTimeObject::DOYcString)));
   }
-  addLine(out, "\nEvent Laititude: % .4f", h_->EVLA);  // the spelling is part of the text
-  addLine(out, "\nEvent Longitude: % .4f", h_->EVLO);
-  addLine(out, "\nEvent Depth: % .3f", h_->EVDP);
-  addLine(out, "\nEvent Magnitude: % .2f", h_->MAG);
+  addLine(out, "\nEvent Laititude: % .4f", h.EVLA);  // the spelling is part of the text
+  addLine(out, "\nEvent Longitude: % .4f", h.EVLO);
+  addLine(out, "\nEvent Depth: % .3f", h.EVDP);
+  addLine(out, "\nEvent Magnitude: % .2f", h.MAG);
 }
 
-void SacObject::describeGeometry(std::string& out) const {
-  addLine(out, "\nGreat-Circle-Arclength: % .2f", gcarc());
-  addLine(out, "\nDistance: % .2f km", distance());
-  addLine(out, "\nAzimuth: % .2f", azimuth());
-  addLine(out, "\nBackazimuth: % .2f", backazimuth());
+void describeGeometry(const SacObject& s, std::string& out) {
+  addLine(out, "\nGreat-Circle-Arclength: % .2f", s.gcarc());
+  addLine(out, "\nDistance: % .2f km", s.distance());
+  addLine(out, "\nAzimuth: % .2f", s.azimuth());
+  addLine(out, "\nBackazimuth: % .2f", s.backazimuth());
 }
+
+}  // namespace
 
 std::string SacObject::description() const {
   const auto number = [](const char* format, float value) {
     return formatText(format, static_cast<double>(value));
   };
   const auto doyText = [this](float offset) {
-    return timeText(offset, &SeisTimeObject::DOYcString);
+    return timeText(*this, offset, &SeisTimeObject::DOYcString);
   };
   std::string out;
   out += kStars;
@@ -88,39 +88,39 @@ std::string SacObject::description() const {
   out += number("\nMaximum Value: % e", smax());
   if (iqual() != kSacUndefinedInt) out += formatText("\nQuality: % d", iqual());
   out += kDashes;
-  describeStation(out);
   if (h_) {
+    describeStation(*h_, out);
     addLine(out, "\nComponent ID: %8s", h_->KCMPNM);
     addLine(out, "\nComponent Azimuth: % .1f", h_->CMPAZ);
   }
   out += kDashes;
-  describeEvent(out);
+  if (h_) describeEvent(*this, out);
   out += kDashes;
-  describeGeometry(out);
+  describeGeometry(*this, out);
   out += kStars;
   return out + "\n";
 }
 
 std::string SacObject::stationDescription() {
   std::string out;
-  describeStation(out);
+  if (h_) describeStation(*h_, out);
   if (isDefined(stla()) && isDefined(stlo())) {
     // The region at the event's position, not the station's; this is intended.
     out += "\nStation Geographic Region:" + flinnEngdahlGeographicRegion();
   }
-  describeGeometry(out);
+  describeGeometry(*this, out);
   return out;
 }
 
 std::string SacObject::eventDescription() const {
   const std::string separator = "\n" + std::string(102, '-');
   std::string out = separator + formatText("\nFile Path:\n%s", printable(myPath_)) + separator;
-  describeEvent(out);
+  if (h_) describeEvent(*this, out);
   return out;
 }
 
 OptionalText SacObject::oTimeString() const {
-  return isDefined(o()) ? timeText(o(), &SeisTimeObject::YMDcString) : std::nullopt;
+  return isDefined(o()) ? timeText(*this, o(), &SeisTimeObject::YMDcString) : std::nullopt;
 }
 
 std::string SacObject::hypoPickString() const {

@@ -4,45 +4,46 @@
 
 #include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/ByteOrder.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {
 
-// The path of a file of this name in the working directory; none where there is no such directory.
+// The path of a file of this name in the working directory; none where the directory is gone.
 OptionalText inWorkingDirectory(const std::string& name) {
   char folder[PATH_MAX];
   if (!::getcwd(folder, sizeof folder)) return std::nullopt;
   return joinedPath(folder, name);
 }
 
-}  // namespace
-
 // Writes the image in the byte order that the file had.
-bool SacObject::writeImage(const OptionalText& path) const {
-  if (!h_ || !path) return false;
-  const std::size_t length = kSacHeaderBytes + samples().size_bytes();
-  if (!swappedBytes_) return viewedData()->writeAtomically(*path, length);
-  const auto foreign = ByteBuffer::copyOf(viewedData()->bytes(), length);
+bool writeImage(const SacObject& s, const OptionalText& path) {
+  if (!s.GetSacHeader() || !path) return false;
+  const std::size_t length = kSacHeaderBytes + samplesOf(s).size_bytes();
+  const ByteBuffer& image = *viewedImage(s);
+  if (!s.swappedBytes()) return image.writeAtomically(*path, length);
+  const auto foreign = ByteBuffer::copyOf(image.bytes(), length);
   if (!foreign) return false;
   reverseSACBytes(*foreign);
   return foreign->writeAtomically(*path);
 }
 
+}  // namespace
+
 bool SacObject::save() const {
-  return writeImage(myPath_);
+  return writeImage(*this, myPath_);
 }
 
 bool SacObject::saveAs(const std::string& name) {
   const OptionalText path = inWorkingDirectory(name);
-  // A swapped trace goes to its old path, here and in saveToPath; this is intended.
-  if (!path || !writeImage(swappedBytes_ ? myPath_ : path)) return false;
+  // A swapped trace is written to its old path, here and in saveToPath; this is intended.
+  if (!path || !writeImage(*this, swappedBytes_ ? myPath_ : path)) return false;
   myPath_ = path;
   return true;
 }
 
 bool SacObject::saveToPath(const std::string& path) const {
-  return writeImage(swappedBytes_ ? myPath_ : OptionalText(path));
+  return writeImage(*this, swappedBytes_ ? myPath_ : OptionalText(path));
 }
 
 void SacObject::encodeWithCoder(KeyedArchiver& coder) const {
