@@ -20,9 +20,9 @@ using Path = const std::string&;
 
 struct Loader {
   bool (*load)(S&, Path);
-  bool readsFile;     // and so swaps bytes, and computes E and the extrema
-  bool saysImages;    // logs what it sees while it looks for the byte order
-  bool keepsSwapped;  // does not reset swappedBytes first
+  bool readsFile;     // swaps bytes and computes E and the extrema
+  bool logsImages;    // logs the image while it determines the byte order
+  bool keepsSwapped;  // does not reset swappedBytes
   bool dropsOnSuccess, dropsOnFailure;
 } const kLoaders[] = {
     {[](S& s, Path p) { return s.InitWithNSData_withPath(ByteBuffer::fromFile(p), p); }, false,
@@ -36,8 +36,8 @@ struct Loader {
      false}};
 const auto &kInitWithData = kLoaders[1], &kReplace = kLoaders[5];
 
-// Loads into a live object with room for five samples and all set that a loader may reset. Its
-// reference must go to the pool just where the loader drops it.
+// Loads into a live object with room for five samples whose flags, verbose and swappedBytes are
+// set. Expects one reference less when the pool ends where the loader autoreleases.
 Ref<S> loaded(const Loader& loader, const std::string& path, bool good) {
   auto* s = alloc<S>();
   s->initWithCapacity(5);
@@ -56,7 +56,7 @@ Ref<S> loaded(const Loader& loader, const std::string& path, bool good) {
   return kept;
 }
 
-TEST(SacObjectLoading, EveryLoaderDoesItsOwnWay) {
+TEST(SacObjectLoading, EachLoaderFollowsItsOwnRules) {
   TemporaryFolder folder;
   const std::string image = sacImage(kSamples), path = folder.path("a.sac");
   for (const Loader& loader : kLoaders) {
@@ -73,34 +73,34 @@ TEST(SacObjectLoading, EveryLoaderDoesItsOwnWay) {
       EXPECT_EQ(samplesIn(*s), kSamples);
       EXPECT_EQ((Samples{s->e(), s->smin(), s->smax(), s->smean()}),
                 loader.readsFile ? (Samples{12, -1, 5, 2}) : (Samples{77, -12345, -12345, -12345}));
-      EXPECT_NEAR(s->gcarc(), 90.0f, 1e-4);  // resolution of floats of hundreds
+      EXPECT_NEAR(s->gcarc(), 90.0f, 1e-4);  // rounding of single precision
     }
-    EXPECT_EQ(captured.texts.size(), loader.saysImages ? 2 : 0);
+    EXPECT_EQ(captured.texts.size(), loader.logsImages ? 2 : 0);
 
     captured.texts.clear();
     folder.write("a.sac", sacImage(kSamples, {{0, word(-0.5f)}}));
     const auto s = loaded(loader, path, false);
-    EXPECT_EQ(s->myPath(), "./");  // set after validation only
+    EXPECT_EQ(s->myPath(), "./");  // set only after validation
     EXPECT_EQ(s->myData() == nullptr, &loader == &kInitWithData);
     loaded(loader, "/absent", false);
-    Texts said;
-    if (loader.saysImages)
-      said = {path + " npts:5 delta:-0.500000 Size0:652 Size1:652",
-              path + " npts:83886080 delta:0.000000 Size0:652 Size1:335544952"};
-    if (loader.readsFile) said.push_back("Tried swapping bytes for " + path);
-    const bool hasStop = !loader.readsFile || loader.saysImages;
-    said.push_back(path + " is not a valid SAC file" + (hasStop ? "." : ""));
-    said.push_back(loader.readsFile ? "Problem reading bytes in /absent"
-                                    : "/absent is not a valid SAC file.");
-    EXPECT_EQ(captured.texts, said);
+    Texts messages;
+    if (loader.logsImages)
+      messages = {path + " npts:5 delta:-0.500000 Size0:652 Size1:652",
+                  path + " npts:83886080 delta:0.000000 Size0:652 Size1:335544952"};
+    if (loader.readsFile) messages.push_back("Tried swapping bytes for " + path);
+    const bool hasStop = !loader.readsFile || loader.logsImages;
+    messages.push_back(path + " is not a valid SAC file" + (hasStop ? "." : ""));
+    messages.push_back(loader.readsFile ? "Problem reading bytes in /absent"
+                                        : "/absent is not a valid SAC file.");
+    EXPECT_EQ(captured.texts, messages);
   }
 }
 
-TEST(SacObjectLoading, FilesOfAnotherSizeThanTheyStateAreRefused) {
+TEST(SacObjectLoading, RefusesFilesWhoseSizeDiffersFromNpts) {
   TemporaryFolder folder;
   CapturedLog quiet;
   const std::string image = sacImage(kSamples);
-  // Whether the samples that there is room for can be read all the same.
+  // `suffices`: the samples that there is room for can be read all the same.
   for (const auto& [bytes, suffices] :
        {std::pair(image.substr(0, 631), false),
         {image.substr(0, 651), false},
@@ -113,7 +113,8 @@ TEST(SacObjectLoading, FilesOfAnotherSizeThanTheyStateAreRefused) {
       loaded(loader, folder.write("a.sac", bytes), &loader == &kReplace && suffices);
     }
   }
-  // Replacing reads at most what the buffer holds. 65536 swapped is 256, a plausible count too.
+  // Replacing reads at most as many samples as the buffer holds. 65536 swapped is 256, which is
+  // plausible too.
   const std::string many = sacImage({3, -1, 4}) + std::string(4 * 65533, '\0');
   for (const std::string& bytes :
        {image, foreign(image), image.substr(0, 644), foreign(many).replace(316, 4, {0, 1, 0, 0})}) {
@@ -129,7 +130,7 @@ TEST(SacObjectLoading, FilesOfAnotherSizeThanTheyStateAreRefused) {
 TEST(SacObjectLoading, FromAnotherSeismogram) {
   TemporaryFolder folder;
   const auto other = make<S>(), fresh = make<S>(), labelled = make<S>();
-  // A day beyond the year is carried.
+  // A day beyond the end of the year is carried over.
   const std::string image = foreign(sacImage(kSamples, {{280, 2010}, {284, 365 + 70}}));
   ASSERT_TRUE(other->initWithPath(folder.write("a.sac", image)));
   other->setLabelString("its label");
@@ -144,14 +145,14 @@ TEST(SacObjectLoading, FromAnotherSeismogram) {
   const std::string flags = kDated + "swapped 1 changed 0 locked 0 verbose ";
   EXPECT_EQ(stateOf(*fresh), "a.sac, (null), " + flags + "0 tag 0");
   EXPECT_EQ(stateOf(*labelled), "a.sac, its label, " + flags + "3 tag 0");
-  EXPECT_EQ(std::pair(fresh->e(), fresh->smax()), std::pair(12.0f, 5.0f));  // the extrema as told
+  EXPECT_EQ(std::pair(fresh->e(), fresh->smax()), std::pair(12.0f, 5.0f));  // not computed again
   EXPECT_EQ(samplesIn(*fresh), samplesIn(*other));
   EXPECT_FALSE(fresh->initWithSeisObject(*make<S>()));
   AutoreleasePool pool;
   EXPECT_EQ(Ref<S>(alloc<S>()->InitWithSeisObject(*other))->retainCount(), 2);
 }
 
-TEST(SacObjectLoading, WithCapacityAndItsValidity) {
+TEST(SacObjectLoading, CapacityAndValidity) {
   const auto s = make<S>();
   ASSERT_EQ(s->initWithCapacity(5), s);
   const Words set = {{0, word(1)}, {20, word(0)}, {24, word(4)}, {316, 5}};
@@ -167,8 +168,8 @@ TEST(SacObjectLoading, WithCapacityAndItsValidity) {
   EXPECT_FALSE(make<S>()->initWithCapacity(-1));
 }
 
-// Between setMyData and setupPointers the header and samples are still those of the old buffer.
-TEST(SacObjectLoading, BuffersMayBeExchangedAtAnyTime) {
+// Between setMyData and setupPointers the header and the samples belong to the old buffer.
+TEST(SacObjectLoading, BuffersMayBeReplacedAtAnyTime) {
   TemporaryFolder folder;
   CapturedLog captured;
   for (const Ref<ByteBuffer>& next : {Ref<ByteBuffer>(), bufferOf("short")}) {
@@ -186,7 +187,7 @@ TEST(SacObjectLoading, BuffersMayBeExchangedAtAnyTime) {
   }
 }
 
-TEST(SacObjectSaving, WritesWhatIsStatedAndPresentInTheOldByteOrder) {
+TEST(SacObjectSaving, WritesTheStatedSamplesInTheOldByteOrder) {
   const struct {
     bool (*save)(S&, const std::string& folder);
     const char *file, *pathAfter;
@@ -208,7 +209,7 @@ TEST(SacObjectSaving, WritesWhatIsStatedAndPresentInTheOldByteOrder) {
       s->setSwappedBytes(swapped);
       s->setMSeisHasChanged(true);
       EXPECT_TRUE(save(*s, folder.path()));
-      // A swapped trace goes to its old path.
+      // A swapped trace is written to its old path.
       const std::string image = imageOf(*s).substr(0, 632 + 4 * present);
       EXPECT_EQ(folder.read(swapped ? "a.sac" : file), swapped ? foreign(image) : image);
       const std::filesystem::recursive_directory_iterator entries(folder.path());
@@ -223,7 +224,7 @@ TEST(SacObjectSaving, WritesWhatIsStatedAndPresentInTheOldByteOrder) {
   }
 }
 
-TEST(SacObjectSaving, ArchivesAndCopiesHoldAllFieldsAndAreIndependent) {
+TEST(SacObjectSaving, ArchivesAndCopiesAreCompleteAndIndependent) {
   auto s = make<S>();
   s->initWithNSData_withPath(bufferOf(sacImage(kSamples)), "/a.sac");
   s->fixEndTime();
@@ -252,14 +253,14 @@ TEST(SacObjectSaving, ArchivesAndCopiesHoldAllFieldsAndAreIndependent) {
     EXPECT_EQ(stateOf(*s), state);
   }
   s->setEndTime(0.0f);
-  EXPECT_EQ(s->copyWithZone()->e(), 12.0f);  // a copy's end time is computed again
+  EXPECT_EQ(s->copyWithZone()->e(), 12.0f);  // a copy computes E
   EXPECT_EQ(unarchive<S>(*archive(*s))->e(), 0.0f);
   EXPECT_FALSE(make<S>()->copyWithZone()->myData());
 
   s->setMyReferenceDate(std::nullopt);
   s->setMyData(bufferOf("short"));
   EXPECT_FALSE(unarchive<S>(*archive(*s))->isSacFile());
-  s->setVerbose(5);  // from here on an end is told
+  s->setVerbose(5);  // destruction is logged
   s = nullptr;
   EXPECT_EQ(captured.texts,
             (Texts{"Object: name", "myData retainCount: 1", "myPath retainCount: 1",
