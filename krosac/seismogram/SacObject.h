@@ -77,8 +77,9 @@ class KROSAC_API SacObject : public Archivable {
 
   // ---- Saving, archiving and copying (SacObjectSaving.cc) ----
   //
-  // Savers write 632 + 4 NPTS bytes, at most those of the buffer, atomically and in the byte order
-  // in which the trace was loaded. They return false when nothing was written, and leave
+  // Savers and copies use myData, also before setupPointers. Savers write 632 + 4 NPTS bytes, at
+  // most those of the buffer and all of them where NPTS is negative, atomically and in the byte
+  // order in which the trace was loaded. They return false when nothing was written, and leave
   // mSeisHasChanged unchanged. A trace with swappedBytes is always written to its old path,
   // whatever path was given (intended): call setPath and then save.
 

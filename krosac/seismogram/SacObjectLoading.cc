@@ -44,8 +44,7 @@ bool readIntoImage(const std::string& path, ByteBuffer& image, bool& foreign) {
   if (!file || file->length() < kSacHeaderBytes) return false;
   const auto& raw = *reinterpret_cast<const SacHeader*>(file->bytes());
   foreign = isForeign(raw, static_cast<std::int64_t>(file->length()));
-  const std::size_t capacity = (image.length() - kSacHeaderBytes) / sizeof(float);
-  const auto most = static_cast<std::int32_t>(std::min<std::size_t>(capacity, INT32_MAX));
+  const auto most = static_cast<std::int32_t>(countIn(image, INT32_MAX));
   const std::int32_t count = std::min((foreign ? swapped(raw) : raw).NPTS, most);
   if (count < 1 || static_cast<std::int64_t>(file->length()) < imageBytes(count)) return false;
   std::memcpy(image.mutableBytes(), file->bytes(), static_cast<std::size_t>(imageBytes(count)));
@@ -221,8 +220,8 @@ Ref<SacObject> SacObject::InitWithSeisObject(const SacObject& other) {
 }
 
 Ref<SacObject> SacObject::initWithSeisObject(const SacObject& other) {
-  if (!other.h_) return nullptr;
-  const ByteBuffer& image = *viewedImage(other);
+  if (!headerInData(other)) return nullptr;
+  const ByteBuffer& image = *other.myData();
   if (!installImage(*this, ByteBuffer::copyOf(image.bytes(), image.length()))) return nullptr;
   swappedBytes_ = other.swappedBytes_;
   fixEndTime();

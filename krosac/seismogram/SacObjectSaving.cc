@@ -18,9 +18,13 @@ OptionalText inWorkingDirectory(const std::string& name) {
 
 // Writes the image in the byte order that the file had.
 bool writeImage(const SacObject& s, const OptionalText& path) {
-  if (!s.GetSacHeader() || !path) return false;
-  const std::size_t length = kSacHeaderBytes + samplesOf(s).size_bytes();
-  const ByteBuffer& image = *viewedImage(s);
+  const SacHeader* header = headerInData(s);
+  if (!header || !path) return false;
+  const ByteBuffer& image = *s.myData();
+  // With a negative NPTS the whole image is written; only its header is then reversed.
+  const std::size_t length = header->NPTS < 0
+                                 ? image.length()
+                                 : kSacHeaderBytes + sizeof(float) * countIn(image, header->NPTS);
   if (!s.swappedBytes()) return image.writeAtomically(*path, length);
   const auto foreign = ByteBuffer::copyOf(image.bytes(), length);
   if (!foreign) return false;

@@ -17,11 +17,22 @@ inline const Ref<ByteBuffer>& viewedImage(const SacObject& s) {
   return s.replacedData_ ? s.replacedData_ : s.myData_;
 }
 
+// The number of samples, at most `npts`, in an image that has a header.
+inline std::size_t countIn(const ByteBuffer& image, std::int32_t npts) {
+  const std::size_t present = (image.length() - kSacHeaderBytes) / sizeof(float);
+  return std::min(static_cast<std::size_t>(std::max(npts, 0)), present);
+}
+
 // The samples that NPTS states and the buffer holds.
 inline std::span<float> samplesOf(const SacObject& s) {
   if (!s.GetSacSeis()) return {};
-  const std::size_t held = (viewedImage(s)->length() - kSacHeaderBytes) / sizeof(float);
-  return {s.GetSacSeis(), std::min(static_cast<std::size_t>(std::max(s.npts(), 0)), held)};
+  return {s.GetSacSeis(), countIn(*viewedImage(s), s.npts())};
+}
+
+// The header of the image that myData holds, also before setupPointers; null where it has none.
+inline const SacHeader* headerInData(const SacObject& s) {
+  if (!s.myData() || s.myData()->length() < kSacHeaderBytes) return nullptr;
+  return reinterpret_cast<const SacHeader*>(s.myData()->bytes());
 }
 
 // Replaces the image; returns false and changes nothing where the new one is null.
