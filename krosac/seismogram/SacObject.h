@@ -340,7 +340,9 @@ class KROSAC_API SacObject : public Archivable {
 
   // ---- Amplitudes (SacObjectAmplitudes.cc) ----
   //
-  // Unless stated otherwise these end with ComputeExtrema and set mSeisHasChanged.
+  // Unless stated otherwise these end with ComputeExtrema and set mSeisHasChanged. A window may
+  // extend beyond the trace, to 1e30 or infinity, and ends at the ends of the trace; NaN changes
+  // nothing.
 
   // Minimum and maximum of the samples from t1 to before t2, at truncated indexes; (0, 0) for a
   // window outside the trace.
@@ -377,9 +379,9 @@ class KROSAC_API SacObject : public Archivable {
   // Forward difference over DELTA; the last value is repeated. A single sample stays unchanged.
   void Differentiate();
   // Multiplies the first and last fraction p of the trace by 1 - cos and cos of a quarter wave (two
-  // different shapes, intended). The first sample becomes 0, the others stay unchanged for p <= 0.
-  // Where the edges overlap, p > 0.5, the falling one applies; for p >= 1 it covers the whole
-  // trace, including the first sample, and starts from cos of (p - 1) / p quarter waves.
+  // different shapes, intended). The first sample always becomes 0; the others stay unchanged for p
+  // <= 0. Where the edges overlap, p > 0.5, the falling one applies; for p >= 1 it covers the whole
+  // trace but the first sample and starts from cos of (p - 1) / p quarter waves.
   // defaultTaper uses p = 0.05.
   void Taper(float p);
   void defaultTaper() { Taper(0.05f); }

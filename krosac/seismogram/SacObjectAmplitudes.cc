@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "krosac/dsp/internal/Series.h"
@@ -11,20 +12,22 @@
 namespace krosac {
 namespace {
 
-// The truncated indexes of a time window, in single precision.
+// The truncated indexes of a time window, in single precision. A window that starts before any
+// 32-bit index starts at the first sample, since its length would lose the index of its end.
 struct Window {
-  std::int32_t first, end;
-  Window(float t1, float t2, float b, float delta)
-      : first(truncInt32((t1 - b) / delta)),
-        end(truncInt32((t2 - t1) / delta + static_cast<float>(first))) {}
-  bool isOutside(std::int64_t n) const { return first == kNoInt32 || end < 0 || first > n; }
-  std::int64_t start() const { return std::max(first, 0); }
+  std::int64_t first, end;
+  Window(float t1, float t2, float b, float delta) : first(truncIndex((t1 - b) / delta)) {
+    if (first == std::numeric_limits<std::int32_t>::min()) t1 = b, first = 0;
+    end = truncIndex((t2 - t1) / delta + static_cast<float>(first));
+  }
+  bool isOutside(std::int64_t n) const { return first == kNoIndex || end < 0 || first > n; }
+  std::int64_t start() const { return std::max<std::int64_t>(first, 0); }
 };
 
 // The offset of a time from B, first truncated to whole seconds (intended), in samples, plus
 // `moreSamples`.
-std::int32_t wholeSecondIndex(float t, float b, float delta, float moreSamples) {
-  return truncInt32(std::trunc(t - b) / delta + moreSamples);
+std::int64_t wholeSecondIndex(float t, float b, float delta, float moreSamples) {
+  return truncIndex(std::trunc(t - b) / delta + moreSamples);
 }
 
 // The sample at distance d from the start of a linear ramp from 1 to 0 over m samples; 0 where
@@ -162,7 +165,7 @@ void SacObject::Taper(float p) {
     const float t = static_cast<float>(i) * dt;
     double weight = t <= 0.0f || t >= length ? 0.0 : 1.0;
     if (0.0f < t && t <= edge) weight = 1.0 - std::cos(t * kHalfPi / edge);
-    if (fall <= t && t < length) weight = std::cos((t - fall) * kHalfPi / edge);
+    if (i > 0 && fall <= t && t < length) weight = std::cos((t - fall) * kHalfPi / edge);
     x[i] = static_cast<float>(x[i] * weight);
   }
   if (verbose_ >= 2) {
@@ -174,18 +177,18 @@ void SacObject::Taper(float p) {
 
 void SacObject::ZeroAmplitudesAfterTime(float t) {
   const auto x = samplesOf(*this);
-  const std::int32_t k = wholeSecondIndex(t, b(), delta(), 0.0f);
-  const auto start = static_cast<std::size_t>(std::max(k, 0));
-  if (k == kNoInt32 || start > x.size()) return;
+  const std::int64_t k = wholeSecondIndex(t, b(), delta(), 0.0f);
+  const auto start = static_cast<std::size_t>(std::max<std::int64_t>(k, 0));
+  if (k == kNoIndex || start > x.size()) return;
   std::fill(x.begin() + static_cast<std::ptrdiff_t>(start), x.end(), 0.0f);
   samplesChanged(*this);
 }
 
 void SacObject::ZeroAmplitudesAfterTime_TaperLength(float t, std::int32_t length) {
   const auto x = samplesOf(*this);
-  const std::int32_t k = wholeSecondIndex(t, b(), delta(), -static_cast<float>(length));
-  const auto start = static_cast<std::size_t>(std::max(k, 0));
-  if (k == kNoInt32 || start > x.size()) return;
+  const std::int64_t k = wholeSecondIndex(t, b(), delta(), -static_cast<float>(length));
+  const auto start = static_cast<std::size_t>(std::max<std::int64_t>(k, 0));
+  if (k == kNoIndex || start > x.size()) return;
   for (std::size_t j = start; j < x.size(); ++j) {
     x[j] = ramped(x[j], static_cast<std::int64_t>(j - start), length);
   }
@@ -195,8 +198,7 @@ void SacObject::ZeroAmplitudesAfterTime_TaperLength(float t, std::int32_t length
 void SacObject::ZeroAmplitudesBeforeTime_TaperLength(float t, std::int32_t length) {
   float* const x = samplesOf(*this).data();
   const std::int64_t n = std::ssize(samplesOf(*this));
-  const std::int64_t k =
-      std::min<std::int64_t>(wholeSecondIndex(t, b(), delta(), static_cast<float>(length)), n);
+  const std::int64_t k = std::min(wholeSecondIndex(t, b(), delta(), static_cast<float>(length)), n);
   if (k < 0) return;
   for (std::int64_t j = std::min(k, n - 1); j >= 0; --j) x[j] = ramped(x[j], k - j, length);
   samplesChanged(*this);

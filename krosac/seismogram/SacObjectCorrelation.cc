@@ -32,8 +32,8 @@ std::pair<float, float> energies(std::span<const float> a, std::span<const float
   return {sumA, sumB};
 }
 
-// Index of the largest absolute value, ignoring NaN, the first on ties; 0 if all are NaN. Finding the
-// block that holds it first lets compilers use vectors.
+// Index of the largest absolute value, ignoring NaN, the first on ties; 0 if all are NaN. Finding
+// the block that holds it first lets compilers use vectors.
 std::int64_t indexOfGreatest(std::span<const float> x) {
   constexpr std::size_t kBlock = 64;
   const auto size = [](float value) { return std::fabs(value); };

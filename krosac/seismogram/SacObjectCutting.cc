@@ -39,11 +39,11 @@ void finishDecimation(SacObject& s, std::int32_t count, float interval) {
 void SacObject::ChopFromStart_END(float t1, float t2) {
   const auto x = samplesOf(*this);
   const auto n = static_cast<std::int64_t>(x.size());
-  const auto index = [this](double t) { return truncInt32((t - b()) / delta() + 0.5); };
+  const auto index = [this](double t) { return truncIndex((t - b()) / delta() + 0.5); };
   const std::int64_t ib = index(t1);
   std::int64_t ie = index(t2);
   const std::int64_t s = std::max<std::int64_t>(ib, 0);
-  if (!h_ || ib == kNoInt32 || s > n || ie < 0) return;
+  if (!h_ || ib == kNoIndex || s > n || ie < 0) return;
   if (ie > n) ie = n - 1;  // an end equal to n is kept; this is intended
   if (s == 0 && ie == n) return;
   const std::int64_t count = s > ie ? 0 : ie - s + 1;

@@ -104,8 +104,8 @@ void SacObject::TrapezoidFilter(float rise, float top, float fall) {
 
 void SacObject::NoiseFilterStartingAtTime(float t) {
   const auto x = samplesOf(*this);
-  const std::int32_t index = truncInt32((t - b()) / delta());
-  if (x.empty() || index == kNoInt32) return;
+  const std::int64_t index = truncIndex((t - b()) / delta());
+  if (x.empty() || index == kNoIndex) return;
   const auto k = static_cast<std::size_t>(std::clamp<std::int64_t>(index, 0, std::ssize(x)));
   auto [signal, noise] = PackedSpectrum::ofTwo(x, x.first(k), paddedLength(x.size()), delta());
   if (!signal) return;

@@ -32,9 +32,7 @@ float SacObject::simpleSNR() const {
   const auto x = samplesOf(*this);
   const std::int64_t n = std::ssize(x);
   const auto isInside = [this](float t) { return t != kSacUndefinedFloat && b() < t && t < e(); };
-  const auto rounded = [this](float t) {
-    return std::int64_t{truncInt32((t - b()) / delta() + 0.5)};
-  };
+  const auto rounded = [this](float t) { return truncIndex((t - b()) / delta() + 0.5); };
   if (!isInside(a())) return kSacUndefinedFloat;
   const std::int64_t arrival = std::max<std::int64_t>(rounded(a()), 0);
   const std::int64_t end = std::min(rounded(isInside(f()) ? f() : e()), n);

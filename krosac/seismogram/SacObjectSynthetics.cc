@@ -23,7 +23,7 @@ struct Spike {
 // The sample at the truncated index of a time; null outside the trace.
 float* sampleAt(const SacObject& s, float t) {
   const auto x = samplesOf(s);
-  const std::int64_t index = truncInt32((t - s.b()) / s.delta());
+  const std::int64_t index = truncIndex((t - s.b()) / s.delta());
   return index >= 0 && index < std::ssize(x) ? &x[static_cast<std::size_t>(index)] : nullptr;
 }
 

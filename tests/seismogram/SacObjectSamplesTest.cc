@@ -21,6 +21,11 @@ TEST(SacObjectAmplitudes, ExtremaAndPowerOfAWindow) {
       {11.0f, 11.0f, 4, 4, NAN},                // an empty window
       {14.0f, 20.0f, 0, 0, NAN},                // starts one past the last sample
       {14.6f, 20.0f, 0, 0, 0},
+      {11.0f, 1e30f, -9, 6, 0.5f / 6 * 163},  // to the end
+      {-HUGE_VALF, HUGE_VALF, -9, 6, 0.5f / 8 * 173},
+      {-1e30f, 12.0f, -1, 4, 0.5f / 4 * 27},  // from the beginning
+      {1e30f, HUGE_VALF, 0, 0, 0},
+      {12.0f, NAN, 0, 0, 0},
       {NAN, 12.0f, 0, 0, 0}};
   const auto s = traceOf({3, -1, 4, -1, 5, -9, 2, 6}, 0.5f, 10.0f);
   s->GetSacHeader()->DEPMIN = -77.0f;
@@ -76,7 +81,7 @@ TEST(SacObjectAmplitudes, OperationsOnAllSamples) {
 
 // Eight ones, every 0.5 s from 10 s.
 TEST(SacObjectAmplitudes, TapersAndZeros) {
-  const auto fall = [](int i) { return std::cos(i * kPi / 8); };
+  const auto fall = [](double i) { return std::cos(i * kPi / 8); };
   const auto taper = [](S& s, float p, int) { s.Taper(p); };
   const auto after = [](S& s, float t, int) { s.ZeroAmplitudesAfterTime(t); };
   const auto rampAfter = &S::ZeroAmplitudesAfterTime_TaperLength;
@@ -84,6 +89,7 @@ TEST(SacObjectAmplitudes, TapersAndZeros) {
   const std::tuple<std::function<void(S&, float, int)>, float, int, Reals> cases[] = {
       {taper, 0.25f, 0, {0, 1 - fall(2), 1 - fall(4), 1, 1, 1, fall(0), fall(2)}},
       {taper, 0, 0, {0, 1, 1, 1, 1, 1, 1, 1}},
+      {taper, 1, 0, {0, fall(0.5), fall(1), fall(1.5), fall(2), fall(2.5), fall(3), fall(3.5)}},
       {after, 11.9f, 0, {1, 1, 0, 0, 0, 0, 0, 0}},  // 1 s after B
       {after, 9.2f, 0, Reals(8)},                   // -0.8 s is truncated to 0
       {rampAfter, 12.7f, 2, {1, 1, 1, 0.5, 0, 0, 0, 0}},
@@ -91,7 +97,10 @@ TEST(SacObjectAmplitudes, TapersAndZeros) {
       {rampAfter, 12, -1, {1, 1, 1, 1, 1, 0, 0, 0}},
       {rampBefore, 12.7f, 2, {0, 0, 0, 0, 0, 0.5, 1, 1}},
       {rampBefore, 13.9f, 4, {0, 0, 0, 0, 0, 0.25, 0.5, 0.75}},  // clamped to the end
-      {rampBefore, 12, -2, {0, 0, 0, 1, 1, 1, 1, 1}}};
+      {rampBefore, 12, -2, {0, 0, 0, 1, 1, 1, 1, 1}},
+      {after, -1e30f, 0, Reals(8)},
+      {rampAfter, -HUGE_VALF, 2, {1, 0.5, 0, 0, 0, 0, 0, 0}},
+      {rampBefore, 1e30f, 2, {0, 0, 0, 0, 0, 0, 0, 0.5}}};
   for (const auto& [apply, t, n, expected] : cases) {
     SCOPED_TRACE(testing::PrintToString(expected));
     const auto s = traceOf(Samples(8, 1), 0.5f, 10);
@@ -99,10 +108,9 @@ TEST(SacObjectAmplitudes, TapersAndZeros) {
     expectSamples(*s, expected, 1e-7);
   }
   const auto s = traceOf(Samples(8, 1), 0.5f, 10), other = s->copyWithZone();
-  for (const float t : {15.0f, NAN}) s->ZeroAmplitudesAfterTime(t);
+  for (const float t : {15.0f, HUGE_VALF, NAN}) s->ZeroAmplitudesAfterTime(t);
   s->ZeroAmplitudesAfterTime_TaperLength(12, INT32_MIN);
-  s->ZeroAmplitudesBeforeTime_TaperLength(12, INT32_MAX);
-  s->ZeroAmplitudesBeforeTime_TaperLength(5, 2);
+  for (const float t : {5.0f, -1e30f, NAN}) s->ZeroAmplitudesBeforeTime_TaperLength(t, 2);
   expectUnchanged(*s, Samples(8, 1));
 
   CapturedLog captured;
@@ -133,7 +141,9 @@ TEST(SacObjectCutting, CutsAtTheNearestSamples) {
       {9.25f, 10.24f, "0 0 1 9.250000 10.240000", {1}},
       {12.0f, 14.0f, "4 8 5 12.000000 14.000000", {5, 6, 7, 8, 0}},  // one past the last
       {0.0f, 50.0f, "0 7 8 0.000000 50.000000", kSamples},
-      {14.0f, 20.0f, "8 7 0 14.000000 20.000000", {}}};
+      {14.0f, 20.0f, "8 7 0 14.000000 20.000000", {}},
+      {12.0f, HUGE_VALF, "4 7 4 12.000000 inf", {5, 6, 7, 8}},
+      {-HUGE_VALF, 10.5f, "0 1 2 -inf 10.500000", {1, 2}}};
   CapturedLog captured;
   for (const auto& [t1, t2, indexes, samples] : cases) {
     const auto s = traceOf(kSamples, 0.5f, 10.0f);
@@ -146,6 +156,8 @@ TEST(SacObjectCutting, CutsAtTheNearestSamples) {
   s->ChopFromStart_END(10.0f, 14.0f);  // the whole trace exactly
   s->ChopFromStart_END(14.5f, 20.0f);
   s->ChopFromStart_END(NAN, 12.0f);
+  s->ChopFromStart_END(12.0f, NAN);
+  s->ChopFromStart_END(1e30f, 2e30f);
   expectUnchanged(*s, kSamples);
   EXPECT_EQ(captured.texts.size(), std::size(cases));
 }
