@@ -331,7 +331,8 @@ class KROSAC_API SacObject : public Archivable {
   // The station lines and the geometry. The region is that of the event's location (intended); the
   // look-up overwrites the region numbers.
   std::string stationDescription();
-  // The path and the event lines.
+  // The path and the event lines, with the first 8 characters of KEVNM where description has
+  // all 16.
   std::string eventDescription() const;
   // The origin time as "2011/03/11 05:46:23.000"; none where O is undefined.
   OptionalText oTimeString() const;
@@ -413,8 +414,8 @@ class KROSAC_API SacObject : public Archivable {
   // nothing happens.
   void inPlaceDecimate_UsingTempData(std::int32_t factor, ByteBuffer& scratch);
   // Appends a trace that follows this one or overlaps its end; overlapping samples of the other are
-  // dropped. Refuses, with a warning in the log, when the DELTAs differ or are not positive, or
-  // when there is a gap.
+  // dropped. Refuses, with a warning in the log, when the DELTAs differ or there is a gap, and
+  // without one where they are equal but not positive; lastReason() says why.
   void AppendSacObject(const SacObject& other);
 
   // ---- Filters (SacObjectFilters.cc, SacObjectAnalyticSignal.cc) ----
@@ -500,15 +501,15 @@ class KROSAC_API SacObject : public Archivable {
   // of 1 - cos and cos; the band applies only where f2 > f1 and f4 > f3. A bin exactly at f4, other
   // than Nyquist, keeps its full weight (intended). A response of 0 at zero frequency, as every
   // seismometer has, requires f1 >= 0 and the band: otherwise the trace becomes NaN. A file that
-  // cannot be read leaves the trace unchanged; the log says so.
+  // cannot be read, or holds no finite response, leaves the trace unchanged; see lastReason().
   void DeconvolveInstrument_TaperCorners(const std::string& path, const float corners[4]);
 
   // ---- Travel-time marks (SacObjectMarks.cc) ----
 
   // Set A and T0, labelled P(JB) and S(JB), to O plus the Jeffreys-Bullen times; the second also
   // sets USER2 and USER3 to the P and S slownesses (s/km). EVDP is in km; above 1000 it is taken as
-  // metres. Nothing is marked when DIST exceeds 100 degrees (of 111.19 km), when DIST, EVDP or O is
-  // undefined, or when the tables cannot be read.
+  // metres. Nothing is marked, and lastReason() says why, when DIST exceeds 100 degrees (of 111.19
+  // km), when DIST, EVDP or O is undefined, or when the tables cannot be read.
   void markJBTimes();
   void markJBTimesAndSlowness();
 

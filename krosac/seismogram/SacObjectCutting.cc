@@ -4,6 +4,7 @@
 
 #include "krosac/dsp/Decimation.h"
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/TruncIndex.h"
 #include "krosac/seismogram/internal/SacObjectAccess.h"
 
@@ -111,13 +112,16 @@ void SacObject::inPlaceDecimate_UsingTempData(std::int32_t factor, ByteBuffer& s
 }
 
 void SacObject::AppendSacObject(const SacObject& other) {
-  if (!h_ || !other.h_) return;
+  clearReason();
+  if (!h_ || !other.h_) return setReason("a seismogram without a header cannot be joined");
   const float dt = delta();
-  if (dt != other.delta() || !(dt > 0.0f)) {
+  if (dt != other.delta()) {
     log("Warning - could not merge seismograms, dt differes dt1:%f dt2:%f.",
         static_cast<double>(dt), static_cast<double>(other.delta()));
-    return;
+    return setReason("DELTA is %g s here and %g s in the other seismogram", static_cast<double>(dt),
+                     static_cast<double>(other.delta()));
   }
+  if (dt <= 0.0f) return setReason("DELTA is %g s, not positive", static_cast<double>(dt));
   const float gap = other.b() - e();
   const float partial = std::fabs(gap - dt * static_cast<float>(truncInt32(gap / dt))) / dt;
   const bool isUnusable = !(partial < 1.1);  // also where the gap is NaN
@@ -128,17 +132,19 @@ void SacObject::AppendSacObject(const SacObject& other) {
       log("%s", description().c_str());
       log("%s", other.description().c_str());
     }
-    return;
+    return setReason("the other seismogram begins %g s after the end, and DELTA is %g s",
+                     static_cast<double>(gap), static_cast<double>(dt));
   }
   const auto first = samplesOf(*this), second = samplesOf(other);
   const std::size_t overlap =
       gap < dt ? static_cast<std::size_t>(std::max(truncInt32(1.0f - gap / dt), 0)) : 0;
   const auto rest = second.subspan(std::min(overlap, second.size()));
   const auto count = static_cast<std::int64_t>(first.size() + rest.size());
-  if (count > INT32_MAX) return;
+  if (count > INT32_MAX)
+    return setReason("a seismogram holds no %lld samples", static_cast<long long>(count));
   log("npts new = %d.\n", static_cast<int>(count));
   const auto image = imageWithHeader(*h_, count);
-  if (!image) return;
+  if (!image) return setReason("no memory for %lld samples", static_cast<long long>(count));
   std::copy(rest.begin(), rest.end(), std::copy(first.begin(), first.end(), samplesIn(*image)));
   installImage(*this, image);
   setNpts(static_cast<std::int32_t>(count));

@@ -16,20 +16,26 @@ void addLine(std::string& out, const char* format, float value) {
   if (isDefined(value)) out += formatText(format, static_cast<double>(value));
 }
 
-// Appends a line with the first eight characters of a text field where that is defined.
-void addLine(std::string& out, const char* format, const char* field) {
+// Appends a line with the first `width` characters of a text field where that is defined.
+void addLine(std::string& out, const char* format, const char* field, std::size_t width = 8) {
   constexpr std::size_t kMarkLength = 6;
   if (std::strncmp(field, kSacUndefinedText, kMarkLength) == 0) return;
-  out += formatText(format, std::string(field, strnlen(field, 8)).c_str());
+  out += formatText(format, std::string(field, strnlen(field, width)).c_str());
 }
 
-// The reference time plus an offset in seconds, in one of its two text forms; none without a
-// reference time.
-OptionalText timeText(const SacObject& s, float offset, const char* (SeisTimeObject::*form)()) {
-  if (!s.mySeisReferenceTime()) return std::nullopt;
-  const auto time = s.mySeisReferenceTime()->copyWithZone();
+// The reference time plus an offset in seconds, null without a reference time. Its day is the day
+// of the year, from which copyWithZone would not start.
+Ref<SeisTimeObject> timeAt(const SacObject& s, float offset) {
+  if (!s.mySeisReferenceTime()) return nullptr;
+  auto time = make<SeisTimeObject>();
+  time->initWithTimeObject(*s.mySeisReferenceTime());
   time->addSeconds(offset);
-  return (time.get()->*form)();
+  return time;
+}
+
+OptionalText timeText(const SacObject& s, float offset, const char* (SeisTimeObject::*form)()) {
+  const auto time = timeAt(s, offset);
+  return time ? OptionalText((time.get()->*form)()) : std::nullopt;
 }
 
 void describeStation(const SacHeader& h, std::string& out) {
@@ -40,9 +46,9 @@ void describeStation(const SacHeader& h, std::string& out) {
   addLine(out, "\nStation Elevation: % .2f", h.STEL);
 }
 
-void describeEvent(const SacObject& s, std::string& out) {
+void describeEvent(const SacObject& s, std::size_t nameWidth, std::string& out) {
   const SacHeader& h = *s.GetSacHeader();
-  addLine(out, "\nEvent ID: %8s", h.KEVNM);
+  addLine(out, "\nEvent ID: %8s", h.KEVNM, nameWidth);
   if (isDefined(h.EVLA) && isDefined(h.EVLO))
     out += formatText("\n%s", printable(s.flinnEngdahlString()));
   if (isDefined(h.O)) {
@@ -94,7 +100,7 @@ std::string SacObject::description() const {
     addLine(out, "\nComponent Azimuth: % .1f", h_->CMPAZ);
   }
   out += kDashes;
-  if (h_) describeEvent(*this, out);
+  if (h_) describeEvent(*this, sizeof h_->KEVNM, out);
   out += kDashes;
   describeGeometry(*this, out);
   out += kStars;
@@ -115,7 +121,7 @@ std::string SacObject::stationDescription() {
 std::string SacObject::eventDescription() const {
   const std::string separator = "\n" + std::string(102, '-');
   std::string out = separator + formatText("\nFile Path:\n%s", printable(myPath_)) + separator;
-  if (h_) describeEvent(*this, out);
+  if (h_) describeEvent(*this, 8, out);
   return out;
 }
 
@@ -126,9 +132,7 @@ OptionalText SacObject::oTimeString() const {
 std::string SacObject::hypoPickString() const {
   if (!isDefined(a())) return "NoPick";
   std::string text = "(null)";
-  if (mySeisReferenceTime_) {
-    const auto pick = mySeisReferenceTime_->copyWithZone();
-    pick->addSeconds(a());
+  if (const auto pick = timeAt(*this, a())) {
     text = formatText("%4d/%02d/%02d %02d:%02d:%06.3f", pick->mYr(), pick->mMonth(), pick->mDate(),
                       pick->mHr(), pick->mMn(), pick->mSec() + pick->mMsec() / 1000.0);
   }

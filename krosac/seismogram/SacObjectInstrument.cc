@@ -5,7 +5,8 @@
 #include "krosac/dsp/internal/InstrumentResponse.h"
 #include "krosac/dsp/internal/PoleZeroFile.h"
 #include "krosac/dsp/internal/Weights.h"
-#include "krosac/platform/Log.h"
+#include "krosac/platform/LastReason.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
@@ -92,8 +93,9 @@ void SacObject::ConvolveInstrument(int code) {
 
 void SacObject::DeconvolveInstrument_TaperCorners(const std::string& path, const float corners[4]) {
   PoleZeroResponse response;
+  clearReason();
   if (!response.read(path)) {
-    log("No instrument response in %s; the seismogram is left as it is.", path.c_str());
+    if (*lastReason() == '\0') setReason("%s: no finite instrument response", path.c_str());
     return;
   }
   shapeSpectrum(*this, [&](PackedSpectrum& s) {

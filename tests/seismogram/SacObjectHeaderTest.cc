@@ -258,7 +258,6 @@ Station  Latitude:  0.0000
 Station Longitude:  52.4000
 Station Elevation:  579.00)",
                     component = "\nComponent ID: BHZ     \nComponent Azimuth: -0.0", event = R"(
-Event ID: 20110311
 JAPAN - KURIL ISLANDS - KAMCHATKA PENINSULA / Near east coast of eastern Honshu
 Event Origin Time:2011 (070) 05:45:59.500
 Event Laititude:  38.3000
@@ -273,10 +272,11 @@ Backazimuth:  51.79)",
                     region = "\nStation Geographic Region:Near east coast of eastern Honshu",
                     pick = "2011/03/11 05:47:04.120   38.300  142.400";
   EXPECT_EQ(s->description(), kStars + path + kDashes + trace + kDashes + amplitudes + kDashes +
-                                  station + component + kDashes + event + kDashes + geometry +
-                                  kStars + "\n");
+                                  station + component + kDashes + "\nEvent ID: 20110311 Tohoku" +
+                                  event + kDashes + geometry + kStars + "\n");
   EXPECT_EQ(s->stationDescription(), station + region + geometry);
-  EXPECT_EQ(s->eventDescription(), kLongDashes + path + kLongDashes + event);
+  EXPECT_EQ(s->eventDescription(),
+            kLongDashes + path + kLongDashes + "\nEvent ID: 20110311" + event);
   EXPECT_EQ(s->oTimeString(), "2011/03/11 05:45:59.500");
   CapturedLog captured;
   s->hypoPickString();
@@ -284,6 +284,10 @@ Backazimuth:  51.79)",
   EXPECT_EQ(s->hypoPickString(), pick);
   EXPECT_EQ(captured.texts, Texts{pick});
   EXPECT_STREQ(s->mySeisReferenceTime()->DOYcString(), "2011 (070) 05:46:23.120");
+  s->mySeisReferenceTime()->setMDay(71);  // the day counts, not month and date
+  EXPECT_THAT(s->description(), testing::HasSubstr("\nReference Time:\n2011 (071) 05:46:23.120\n"));
+  EXPECT_THAT(s->eventDescription(), testing::HasSubstr("Origin Time:2011 (071) 05:45:59.500\n"));
+  EXPECT_EQ(s->oTimeString(), "2011/03/12 05:45:59.500");
 }
 
 TEST(SacObjectDescriptions, OmitUndefinedFields) {

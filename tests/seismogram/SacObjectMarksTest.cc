@@ -7,6 +7,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/platform/internal/Text.h"
 #include "krosac/source/BodyWaveResponse.h"
 #include "krosac/traveltimes/JBTableObject.h"
@@ -43,9 +44,10 @@ TEST(SacObjectMarks, TimesComeFromTheTablesAndAreLabelled) {
     EXPECT_NEAR(s->userValue(2), p.slowness, 1e-6f);
     EXPECT_NEAR(s->userValue(3), shear.slowness, 1e-6f);
     EXPECT_EQ(s->pickLabelWithKey(10) + s->pickLabelWithKey(0), "P(JB)S(JB)");
-    EXPECT_EQ(log.texts, Texts{formatText("From markJBTimesAndSlowness: gcarc:50.0 depth:%.1f "
-                                          "pTime:%.1f sTime:%.1f\n",
-                                          double{depth}, double{p.time}, double{shear.time})});
+    EXPECT_EQ(log.texts,
+              Texts{formatText("From markJBTimesAndSlowness: gcarc:50.0 depth:%.1f "
+                               "pTime:%.1f sTime:%.1f\n",
+                               double{depth}, double{p.time} - 3.5, double{shear.time} - 3.5)});
     timesOnly->markJBTimes();
     EXPECT_EQ(timesOnly->userValue(2), kUndefined);
   }
@@ -59,12 +61,20 @@ TEST(SacObjectMarks, NothingIsMarkedWithoutATime) {
   nowhere->setDistance(kUndefined);
   never->setoriginTimeOffset(kUndefined);
   deep->GetSacHeader()->EVDP = kUndefined;
-  for (const auto& s : {far, nowhere, never, deep, unread}) {
+  for (const auto& [s, reason] :
+       {std::pair(far, "DIST is 107.9 degrees, and only distances up to 100 are marked"),
+        {nowhere, "DIST is undefined"},
+        {never, "O is undefined"},
+        {deep, "EVDP is undefined"},
+        {unread, nullptr}}) {
     if (s == unread) ::setenv("KROSAC_DATA", folder.path().c_str(), 1);
     s->markJBTimes();
     EXPECT_EQ(s->pTime() + s->t0(), 2 * kUndefined);
+    EXPECT_TRUE(reason ? lastReason() == std::string(reason) : *lastReason() != '\0');
   }
   ::unsetenv("KROSAC_DATA");
+  trace()->markJBTimes();
+  EXPECT_STREQ(lastReason(), "");
 }
 
 // The parameters of GetBWResponse.

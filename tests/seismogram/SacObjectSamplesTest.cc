@@ -7,6 +7,7 @@
 #include "CapturedLog.h"
 #include "SpectralTraces.h"
 #include "krosac/dsp/Decimation.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -230,25 +231,33 @@ TEST(SacObjectCutting, AppendsWhatFollowsAndOtherwiseLogsAWarning) {
       {0.5f, 11.0f, {1, 2, 3, 5, 6}, ""},
       {0.5f, 5.0f, {1, 2, 3}, ""},  // all samples overlap
       {0.25f, 11.5f, {}, "dt differes dt1:0.500000 dt2:0.250000."},
-      {0.0f, 11.5f, {}, "dt differes dt1:0.000000 dt2:0.000000."},
       {0.5f, 11.625f, {}, "Overlap:0.625000, dt:0.500000 tolerance:0.100000."},
       {0.5f, NAN, {}, "Overlap:nan, dt:0.500000 tolerance:0.100000."}};
   for (const auto& [delta, b, samples, refusal] : cases) {
     SCOPED_TRACE(testing::Message() << delta << " " << b);
     CapturedLog captured;
     const auto s = traceOf({1, 2, 3}, 0.5f, 10.0f), other = traceOf({4, 5, 6}, delta, b);
-    if (delta == 0.0f) s->setDelta(0.0f);
     s->AppendSacObject(*other);
     Texts messages = {"Warning - could not merge seismograms, " + refusal};
     if (refusal.empty()) {
       messages = {formatText("npts new = %d.\n", s->npts())};
       expectNew(*s, samples);
+      EXPECT_STREQ(lastReason(), "");
     } else {
+      EXPECT_STRNE(lastReason(), "");
       expectUnchanged(*s, {1, 2, 3});
     }
     if (std::isnan(b)) messages.insert(messages.end(), {s->description(), other->description()});
     EXPECT_EQ(captured.texts, messages);
   }
+  CapturedLog captured;
+  for (const float delta : {0.0f, -0.5f}) {
+    const auto s = traceOf({1, 2, 3}, delta);
+    s->AppendSacObject(*s->copyWithZone());
+    expectUnchanged(*s, {1, 2, 3});
+    EXPECT_EQ(lastReason(), formatText("DELTA is %g s, not positive", double{delta}));
+  }
+  EXPECT_EQ(captured.texts, Texts{});
 }
 
 }  // namespace
