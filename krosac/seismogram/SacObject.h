@@ -11,6 +11,7 @@
 // header field holds -12345.0, -12345 or "-12345". An object without a 632-byte image returns these
 // values and ignores changes. Operations process min(NPTS, samples in the buffer) samples.
 // Processing methods fail silently: where they cannot do their work they leave the trace unchanged.
+// After loading, saving, joining, marking and instrument removal lastReason() says why.
 #ifndef KROSAC_SEISMOGRAM_SACOBJECT_H
 #define KROSAC_SEISMOGRAM_SACOBJECT_H
 
@@ -54,17 +55,16 @@ class KROSAC_API SacObject : public Archivable {
   bool initWithNSData_withPath(const Ref<ByteBuffer>& image, const std::string& path);
 
   // Reads a file of exactly 632 + 4 NPTS bytes, NPTS >= 0 and DELTA >= 0, in either byte order. The
-  // image in memory is native; swappedBytes tells the order of the file. False, with a line in the
-  // log, when the file cannot be read or is invalid. InitWithPath autoreleases only on success.
-  // loadFromPath loads into a live object and keeps its swappedBytes where the file is native
-  // (intended). All reset verbose to 0.
+  // image in memory is native; swappedBytes is true for a foreign file. False, with a line in the
+  // log, when the file cannot be read or is invalid. All reset verbose to 0. InitWithPath
+  // autoreleases only on success. loadFromPath keeps the swappedBytes of a live object where the
+  // file is native (intended).
   bool InitWithPath(const std::string& path);
   bool initWithPath(const std::string& path);
   bool loadFromPath(const std::string& path);
 
-  // Reads a file into the existing buffer: the header and at most as many samples as the buffer
-  // holds; a longer file is truncated and its NPTS reduced. False when the file cannot be read, is
-  // invalid, or does not fill the buffer.
+  // Reads the header and as many samples as the existing buffer holds, and reduces NPTS to that
+  // number. False when the file cannot be read, is invalid, or does not fill the buffer.
   bool replaceSacObjectDataWithPath(const std::string& path);
 
   // Copies the image, path and byte order of another trace, and its label only where the receiver
@@ -81,12 +81,11 @@ class KROSAC_API SacObject : public Archivable {
   // most those of the buffer and all of them where NPTS is negative, atomically and in the byte
   // order in which the trace was loaded. They return false when nothing was written, and leave
   // mSeisHasChanged unchanged. A trace with swappedBytes is always written to its old path,
-  // whatever path was given (intended): call setPath and then save.
+  // whatever path was given (intended), and lastReason() says so: call setPath and then save.
 
   // Writes to the path; false when there is none.
   bool save() const;
-  // Writes to a file of that name in the working directory and, on success, sets the path but not
-  // the file name.
+  // Writes to that name in the working directory; success sets the path, not the file name.
   bool saveAs(const std::string& name);
   // Writes to the given path; the object's own path stays unchanged.
   bool saveToPath(const std::string& path) const;
@@ -325,14 +324,13 @@ class KROSAC_API SacObject : public Archivable {
 
   // ---- Descriptions (SacObjectDescriptions.cc) ----
 
-  // Path, times, extrema, station, event and geometry for display. Each line begins with its line
-  // break; undefined fields are left out.
+  // Path, times, extrema, station, event and geometry; undefined fields are left out. Each line
+  // begins with its line break.
   std::string description() const;
   // The station lines and the geometry. The region is that of the event's location (intended); the
   // look-up overwrites the region numbers.
   std::string stationDescription();
-  // The path and the event lines, with the first 8 characters of KEVNM where description has
-  // all 16.
+  // The path and the event lines, with 8 characters of KEVNM where description has all 16.
   std::string eventDescription() const;
   // The origin time as "2011/03/11 05:46:23.000"; none where O is undefined.
   OptionalText oTimeString() const;
@@ -348,8 +346,7 @@ class KROSAC_API SacObject : public Archivable {
   // Minimum and maximum of the samples from t1 to before t2, at truncated indexes; (0, 0) for a
   // window outside the trace.
   std::pair<double, double> ComputeMinMaxInRange(float t1, float t2) const;
-  // DELTA / n times the sum of the n squared samples from t1 to before t2; 0 for a window outside
-  // the trace, NaN for an empty window.
+  // DELTA / n times the sum of the n squared samples; 0 outside the trace, NaN for an empty window.
   float ComputePowerFrom_To(float t1, float t2) const;
   // Subtracts the mean. DEPMEN becomes 0 and the extrema are shifted, not searched again.
   void RemoveMean();
@@ -382,8 +379,7 @@ class KROSAC_API SacObject : public Archivable {
   // Multiplies the first and last fraction p of the trace by 1 - cos and cos of a quarter wave (two
   // different shapes, intended). The first sample always becomes 0; the others stay unchanged for p
   // <= 0. Where the edges overlap, p > 0.5, the falling one applies; for p >= 1 it covers the whole
-  // trace but the first sample and starts from cos of (p - 1) / p quarter waves.
-  // defaultTaper uses p = 0.05.
+  // trace but the first sample, from cos of (p - 1) / p quarter waves. defaultTaper has p = 0.05.
   void Taper(float p);
   void defaultTaper() { Taper(0.05f); }
   // Zero the samples after or before time t. A linear ramp over `length` samples ends at t; a
@@ -437,8 +433,7 @@ class KROSAC_API SacObject : public Archivable {
   // Gaussian band-pass exp(-alpha^2 (w - w0)^2) around f0 Hz, alpha in s, times sqrt(alpha pi) /
   // w0. The Nyquist bin uses the first power of alpha (intended).
   void SGaussianFilter_Alpha(float f0, float alpha);
-  // Band-pass f1 to f4 Hz with edges f1 to f2 and f3 to f4 of 1 - cos and cos of a quarter wave
-  // (two different shapes, intended).
+  // Band-pass with edges f1 to f2 (1 - cos) and f3 to f4 Hz (cos of a quarter wave; intended).
   void CosineTaperFilter(float f1, float f2, float f3, float f4);
   // Attenuation by t* in s, with its dispersion; the Nyquist bin becomes 0.
   void TstarFilter(float tstar);
@@ -456,11 +451,9 @@ class KROSAC_API SacObject : public Archivable {
   // Multiplies each bin by 1 - |N(f)| / max |N|, N being the spectrum of the noise before time t.
   // Without noise before t the trace becomes NaN.
   void NoiseFilterStartingAtTime(float t);
-  // The packed spectrum (see realft) of the samples times DELTA, as floats; the trace stays
-  // unchanged. Empty when memory runs out.
+  // The packed spectrum (see realft) of the samples times DELTA. Empty when memory runs out.
   Ref<ByteBuffer> spectrum() const;
-  // Multiplies the samples by 2 / (N DELTA), N being the padded length, and nothing else
-  // (intended).
+  // Only multiplies the samples by 2 / (N DELTA), N being the padded length (intended).
   void prewhiten();
 
   // ---- Deconvolution and correlation (SacObjectDeconvolution.cc, SacObjectCorrelation.cc) ----
@@ -532,8 +525,8 @@ class KROSAC_API SacObject : public Archivable {
                                               float waterDepth);
   // Adds moment / DELTA at time t (s); sets mSeisHasChanged when t is inside the trace.
   void addSpikeDelay_Moment(float t, float moment);
-  // Adds the other trace sample by sample, whatever its B and DELTA, then calls ComputeExtrema and
-  // sets mSeisHasChanged.
+  // Adds the other trace sample by sample, whatever its B and DELTA; ends as amplitude operations
+  // do.
   void addSeismogram(const SacObject& other);
 
   // ---- Measures (SacObjectMeasures.cc) ----
@@ -545,9 +538,9 @@ class KROSAC_API SacObject : public Archivable {
   float signalPower() const;
   // The amplitude-weighted mean time after the first sample; -12345 where the samples sum to 0.
   float centroid() const;
-  // The RMS from A to F divided by that before A. The end is E where F is not between B and E.
-  // -12345 where A is not between B and E, or the window is empty; not finite where no sample
-  // precedes A or F precedes A.
+  // The RMS from A to F divided by that before A; the end is E where F is not between B and E.
+  // -12345 where A is not between B and E or the window is empty, not finite where no sample
+  // precedes A, and -0 where F precedes A.
   float simpleSNR() const;
   // Logs the value, index and time of the maximum.
   void FindMaximum() const;

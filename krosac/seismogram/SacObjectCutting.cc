@@ -144,7 +144,7 @@ void SacObject::AppendSacObject(const SacObject& other) {
     return setReason("a seismogram holds no %lld samples", static_cast<long long>(count));
   log("npts new = %d.\n", static_cast<int>(count));
   const auto image = imageWithHeader(*h_, count);
-  if (!image) return setReason("no memory for %lld samples", static_cast<long long>(count));
+  if (!image) return;
   std::copy(rest.begin(), rest.end(), std::copy(first.begin(), first.end(), samplesIn(*image)));
   installImage(*this, image);
   setNpts(static_cast<std::int32_t>(count));

@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/ByteOrder.h"
 #include "krosac/seismogram/internal/SacObjectAccess.h"
@@ -25,6 +27,33 @@ SacHeader swapped(const SacHeader& h) {
   return *reinterpret_cast<const SacHeader*>(image->bytes());
 }
 
+// Sets the reason why bytes are not a valid image. The header is that of the byte order whose NPTS
+// fits the length better; `limit` says what the length is.
+void setInvalidReason(const std::string& path, const ByteBuffer& image,
+                      const char* limit = "found") {
+  const char* const name = path.c_str();
+  const auto length = static_cast<long long>(image.length());
+  if (image.length() < kSacHeaderBytes)
+    return setReason("%s: needs %zu bytes for the header, %s %lld", name, kSacHeaderBytes, limit,
+                     length);
+  const unsigned char* const bytes = image.bytes();
+  const auto isText = [](unsigned char c) {
+    return (c >= ' ' && c <= '~') || (c >= '\t' && c <= '\r');
+  };
+  if (std::all_of(bytes, bytes + kSacHeaderBytes, isText))
+    return setReason("%s: is text, not a SAC image", name);
+  const auto& raw = *reinterpret_cast<const SacHeader*>(bytes);
+  const SacHeader other = swapped(raw);
+  const auto misfit = [&](const SacHeader& h) { return std::llabs(imageBytes(h.NPTS) - length); };
+  const SacHeader& h = misfit(other) < misfit(raw) ? other : raw;
+  if (h.NPTS < 0) return setReason("%s: NPTS is %d, below 0", name, h.NPTS);
+  if (!hasPlausibleCounts(h))
+    return setReason("%s: DELTA is %g, below 0 or NaN", name, static_cast<double>(h.DELTA));
+  if (misfit(h) == 0) return setReason("%s: is in the other byte order", name);
+  setReason("%s: needs 632 + 4 x NPTS = %lld bytes, %s %lld", name,
+            static_cast<long long>(imageBytes(h.NPTS)), limit, length);
+}
+
 // True when the swapped header fits a file of this size better than the raw one. A header that
 // states the exact size fits best, then one that states a smaller size.
 bool isForeign(const SacHeader& raw, std::int64_t fileBytes) {
@@ -41,12 +70,20 @@ bool isForeign(const SacHeader& raw, std::int64_t fileBytes) {
 // samples belong together even where another process replaces the file meanwhile.
 bool readIntoImage(const std::string& path, ByteBuffer& image, bool& foreign) {
   const auto file = ByteBuffer::fromFile(path);
-  if (!file || file->length() < kSacHeaderBytes) return false;
+  if (!file) return false;
+  if (file->length() < kSacHeaderBytes) {
+    setInvalidReason(path, *file);
+    return false;
+  }
   const auto& raw = *reinterpret_cast<const SacHeader*>(file->bytes());
   foreign = isForeign(raw, static_cast<std::int64_t>(file->length()));
   const auto most = static_cast<std::int32_t>(countIn(image, INT32_MAX));
   const std::int32_t count = std::min((foreign ? swapped(raw) : raw).NPTS, most);
-  if (count < 1 || static_cast<std::int64_t>(file->length()) < imageBytes(count)) return false;
+  if (count < 1 || static_cast<std::int64_t>(file->length()) < imageBytes(count)) {
+    setInvalidReason(path, *file);
+    if (count == 0) setReason("%s: has no samples, or the buffer has no room", path.c_str());
+    return false;
+  }
   std::memcpy(image.mutableBytes(), file->bytes(), static_cast<std::size_t>(imageBytes(count)));
   const auto word = static_cast<std::uint32_t>(count);
   reinterpret_cast<SacHeader*>(image.mutableBytes())->NPTS =
@@ -63,9 +100,11 @@ bool hasValidImage(const SacObject& s) {
 // What a file loader logs while it determines the byte order.
 struct LoadMessages {
   bool logsImages;
-  const char* fullStop;  // at the end of the message for an invalid file
+  const char* fullStop;         // at the end of the message for an invalid file
+  const char* limit = "found";  // precedes the length of the image in the reason
 };
-constexpr LoadMessages kVerbose = {true, "."}, kQuiet = {false, ""};
+constexpr LoadMessages kVerbose = {true, "."}, kQuiet = {false, ""},
+                       kIntoBuffer = {true, ".", "the buffer has"};
 
 void logImage(const SacObject& s, const std::string& path) {
   log("%s npts:%d delta:%f Size0:%lld Size1:%lld", path.c_str(), s.npts(),
@@ -84,6 +123,7 @@ bool settleByteOrder(SacObject& s, const std::string& path, const LoadMessages& 
     s.setSwappedBytes(true);
     return true;
   }
+  setInvalidReason(path, *s.myData(), messages.limit);
   log("Tried swapping bytes for %s", path.c_str());
   log("%s is not a valid SAC file%s", path.c_str(), messages.fullStop);
   return false;
@@ -127,6 +167,7 @@ bool loadImage(SacObject& s, const std::string& path, const LoadMessages& messag
 }
 
 bool loadFile(SacObject& s, const std::string& path, const LoadMessages& messages) {
+  clearReason();
   s.setVerbose(0);
   if (installImage(s, ByteBuffer::fromFile(path))) return loadImage(s, path, messages);
   log("Problem reading bytes in %s", path.c_str());
@@ -135,6 +176,7 @@ bool loadFile(SacObject& s, const std::string& path, const LoadMessages& message
 
 // What the loaders of buffers do; the image stays installed where it is not valid.
 bool loadBuffer(SacObject& s, const Ref<ByteBuffer>& image, const std::string& path) {
+  clearReason();
   s.setSwappedBytes(false);
   s.setVerbose(0);
   s.setMyData(image);
@@ -143,6 +185,10 @@ bool loadBuffer(SacObject& s, const Ref<ByteBuffer>& image, const std::string& p
     finishLoading(s, path);
     return true;
   }
+  if (image)
+    setInvalidReason(path, *image);
+  else
+    setReason("%s: no bytes given", path.c_str());
   log("%s is not a valid SAC file.", path.c_str());
   return false;
 }
@@ -150,6 +196,8 @@ bool loadBuffer(SacObject& s, const Ref<ByteBuffer>& image, const std::string& p
 }  // namespace
 
 Ref<SacObject> SacObject::initWithCapacity(std::int32_t n) {
+  clearReason();
+  if (n < 0) setReason("a seismogram cannot have %d samples", n);
   if (!init() || n < 0) return nullptr;
   swappedBytes_ = false;
   verbose_ = 0;
@@ -202,9 +250,11 @@ bool SacObject::replaceSacObjectDataWithPath(const std::string& path) {
   swappedBytes_ = false;
   verbose_ = 0;
   bool isForeign = false;
+  clearReason();
   setupPointers();
   if (h_ && readIntoImage(path, *myData_, isForeign))
-    return loadImage(*this, path, kVerbose, isForeign);
+    return loadImage(*this, path, kIntoBuffer, isForeign);
+  if (!h_) setReason("%s: the seismogram has no image to read it into", path.c_str());
   log("Problem reading bytes in %s", path.c_str());
   return false;
 }
@@ -220,7 +270,11 @@ Ref<SacObject> SacObject::InitWithSeisObject(const SacObject& other) {
 }
 
 Ref<SacObject> SacObject::initWithSeisObject(const SacObject& other) {
-  if (!headerInData(other)) return nullptr;
+  clearReason();
+  if (!headerInData(other)) {
+    setReason("the other seismogram has no image");
+    return nullptr;
+  }
   const ByteBuffer& image = *other.myData();
   if (!installImage(*this, ByteBuffer::copyOf(image.bytes(), image.length()))) return nullptr;
   swappedBytes_ = other.swappedBytes_;

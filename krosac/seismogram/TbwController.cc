@@ -5,6 +5,7 @@
 
 #include "krosac/platform/Log.h"
 #include "krosac/platform/internal/Process.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -27,13 +28,6 @@ std::string number(const char* option, float value) {
 
 std::string number(const char* option, std::int32_t value) {
   return formatText(" %s %d", option, value);
-}
-
-// Returns the captured output, empty where it is not captured.
-std::string run(const ProcessCommand& command) {
-  ProcessResult result = runProcess(command);
-  if (!result.error.empty()) log("%s", result.error.c_str());
-  return std::move(result.output);
 }
 
 // Null for a signal type without a result file.
@@ -79,6 +73,13 @@ Ref<SacObject> tbwController::computeResponse() {
   const auto inWork = [this](const char* name) { return joinedPath(workPath_, name); };
   const auto program = [this](const char* name) { return joinedPath(exPath_, name); };
   const bool isVerbose = verbose_ > 0;
+  std::string failure;  // of the first program that could not run
+  // Runs a program and returns its captured output, empty where it is not captured.
+  const auto run = [&failure](const ProcessCommand& command) {
+    ProcessResult result = runProcess(command);
+    if (failure.empty()) failure = result.error;
+    return std::move(result.output);
+  };
 
   run({.program = inWork("cleanup.sh"), .directory = workPath_});
 
@@ -122,7 +123,10 @@ Ref<SacObject> tbwController::computeResponse() {
   if (const char* name = resultName(signalType_)) {
     if (result && !result->InitWithPath(inWork(name))) result = make<SacObject>();
     tshift_ = 0.0f;
+  } else {
+    setReason("signal type %d has no result file", signalType_);
   }
+  if (!failure.empty()) setReason("%s", failure.c_str());
   if (!result) return nullptr;
   result->setBeginTime(result->b() + tshift_);
   if (isVerbose) log("%s", result->description().c_str());

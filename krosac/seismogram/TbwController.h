@@ -54,10 +54,10 @@ class KROSAC_API tbwController : public Object {
   //
   // Exit statuses are ignored: a failing program shows only in a missing or stale result. Where
   // cleanup.sh cannot run, the result file of an earlier run is read as if it were new. A program
-  // that cannot be started is named in the log, and the next one runs. For signal types 1, 2 and 6
-  // tshift is set to 0 before it is added to B, so it has no effect (intended). Without a readable
-  // file, and for any other signal type, the result is an empty seismogram without a header. An
-  // empty path is the working directory of the caller.
+  // that cannot be started is skipped; the first one is named by lastReason(), also where a result
+  // is read. For signal types 1, 2 and 6 tshift is set to 0 before it is added to B, so it has no
+  // effect (intended). Without a readable file, and for any other signal type, the result is an
+  // empty seismogram without a header. An empty path is the working directory of the caller.
   Ref<SacObject> computeResponse();
 };
 

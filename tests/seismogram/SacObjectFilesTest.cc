@@ -3,9 +3,11 @@
 
 #include <cmath>
 #include <filesystem>
+#include <functional>
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 #include "seismogram/Traces.h"
 
 namespace krosac {
@@ -127,6 +129,51 @@ TEST(SacObjectLoading, RefusesFilesWhoseSizeDiffersFromNpts) {
   }
 }
 
+TEST(SacObjectLoading, ReasonsNameTheFaultOfAFile) {
+  TemporaryFolder folder;
+  const CapturedLog quiet;
+  const std::string image = sacImage(kSamples), path = folder.path("a.sac");
+  std::filesystem::create_directory(folder.path("folder"));
+  std::filesystem::create_symlink("loop", folder.path("loop"));
+  const auto write = [&](const std::string& bytes) { return folder.write("a.sac", bytes); };
+  const std::string needs = ": needs 632 + 4 x NPTS = ";
+  const std::pair<std::function<std::string()>, std::string> rows[] = {
+      {[&] { return folder.path("absent"); }, ": No such file or directory"},
+      {[&] { return folder.path("loop"); }, ": Too many levels of symbolic links"},
+      {[&] { return folder.path("folder"); }, ": is a folder"},
+      {[&] { return write(std::string(700, 'x')); }, ": is text, not a SAC image"},
+      {[&] { return write(image.substr(0, 631)); }, ": needs 632 bytes for the header, found 631"},
+      {[&] { return write(image.substr(0, 651)); }, needs + "652 bytes, found 651"},
+      {[&] { return write(foreign(image).substr(0, 644)); }, needs + "652 bytes, found 644"},
+      {[&] { return write(image + "12345"); }, needs + "652 bytes, found 657"},
+      {[&] { return write(foreign(image) + '1'); }, needs + "652 bytes, found 653"},
+      {[&] {
+         return write(sacImage(kSamples, {{316, 0xFFFFFFFBu}}));
+       },
+       ": NPTS is -5, below 0"},
+      {[&] {
+         return write(sacImage(kSamples, {{0, word(NAN)}}));
+       },
+       ": DELTA is nan, below 0 or NaN"}};
+  for (const auto& [file, reason] : rows) {
+    const std::string at = file();
+    for (const auto load : {&S::initWithPath, &S::loadFromPath}) {
+      EXPECT_FALSE(((*make<S>()).*load)(at));
+      EXPECT_EQ(lastReason(), at + reason);
+    }
+  }
+  EXPECT_FALSE(traceOf({})->replaceSacObjectDataWithPath(write(image)));
+  EXPECT_EQ(lastReason(), path + ": has no samples, or the buffer has no room");
+  EXPECT_FALSE(traceOf(Samples(6))->replaceSacObjectDataWithPath(path));
+  EXPECT_EQ(lastReason(), path + needs + "652 bytes, the buffer has 656");
+  EXPECT_FALSE(make<S>()->initWithNSData_withPath(bufferOf(foreign(image)), path));
+  EXPECT_EQ(lastReason(), path + ": is in the other byte order");
+  EXPECT_FALSE(make<S>()->initWithCapacity(-1));
+  EXPECT_STREQ(lastReason(), "a seismogram cannot have -1 samples");
+  EXPECT_TRUE(make<S>()->initWithPath(path));
+  EXPECT_STREQ(lastReason(), "");
+}
+
 TEST(SacObjectLoading, FromAnotherSeismogram) {
   TemporaryFolder folder;
   const auto other = make<S>(), fresh = make<S>(), labelled = make<S>();
@@ -230,6 +277,27 @@ TEST(SacObjectSaving, WritesTheStatedSamplesInTheOldByteOrder) {
       std::filesystem::current_path(before);
     }
   }
+}
+
+TEST(SacObjectSaving, ReasonsNameTheFaultOrTheOldPath) {
+  const TemporaryFolder folder;
+  const std::string old = folder.path("a.sac"), absent = folder.path("absent/a.sac");
+  const auto s = traceOf(kSamples);
+  EXPECT_FALSE(s->saveToPath(absent));
+  EXPECT_EQ(lastReason(), absent + ": No such file or directory");
+  EXPECT_FALSE(make<S>()->saveToPath(old));
+  EXPECT_STREQ(lastReason(), "the seismogram has no image");
+  s->setPath(std::nullopt);
+  EXPECT_FALSE(s->save());
+  EXPECT_STREQ(lastReason(), "the seismogram has no path");
+  s->setPath(old);
+  s->setSwappedBytes(true);
+  EXPECT_TRUE(s->saveToPath(absent));
+  EXPECT_EQ(lastReason(),
+            "written to the old path " + old + ", not to " + absent +
+                ": call setPath and save to move a seismogram of the other byte order");
+  EXPECT_TRUE(s->save());
+  EXPECT_STREQ(lastReason(), "");
 }
 
 TEST(SacObjectSaving, ArchivesAndCopiesAreCompleteAndIndependent) {
