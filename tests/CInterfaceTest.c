@@ -1,5 +1,4 @@
-/* The library from C: krosac.h compiles as C11, and a function of each of its headers can be
- * called. */
+/* Compiles krosac.h as C11 and calls a function of each of its headers. */
 #include <math.h>
 #include <stdio.h>
 #include <string.h>
@@ -20,7 +19,8 @@ static void callFolders(void) {
   SacHeader header;
   NewSacHeader(&header);
   expect(header.NVHDR == 6 && kSacHeaderTemplate.NVHDR == -12345, "sacio/SacHeader.h");
-  expect(IsSacFile("") == -1, "sacio/SacFile.h");
+  expect(IsSacFile("missing") == -1, "sacio/SacFile.h");
+  expect(strcmp(lastReason(), "missing: No such file or directory") == 0, "platform/LastReason.h");
   newhdr_();
   expect(ghdr.NPTS == -12345, "sacio/SacRoutines.h");
   expect(doy(2000, 3, 1) == 61, "timegeo/Calendar.h");

@@ -1,4 +1,4 @@
-// What the library says: the texts of its log, and what it prints.
+// Captures the texts that the library logs and prints.
 #ifndef KROSAC_TESTS_CAPTUREDLOG_H
 #define KROSAC_TESTS_CAPTUREDLOG_H
 
@@ -9,7 +9,7 @@
 
 #include "krosac/platform/Log.h"
 
-// Collects the log's texts while it lives.
+// Collects the texts of the log during its life.
 class CapturedLog {
  public:
   CapturedLog() {
@@ -22,7 +22,7 @@ class CapturedLog {
   std::vector<std::string> texts;
 };
 
-// What the action prints on standard output, a bar, and what it prints on standard error.
+// The action's standard output, a bar, and its standard error.
 template <typename Action>
 std::string printedBy(Action action) {
   testing::internal::CaptureStdout();

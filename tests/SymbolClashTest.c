@@ -1,5 +1,5 @@
-/* A program may have functions of its own under names that the library uses too: the library keeps
- * calling its own. */
+/* A program may define functions under names that the library also uses. The library keeps calling
+ * its own. */
 #include "krosac/dsp/Statistics.h"
 
 static int called = 0;

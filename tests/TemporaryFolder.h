@@ -1,4 +1,4 @@
-// A folder of a test's own, removed with all that is in it when it goes out of scope.
+// A new folder, removed with its contents at the end of its scope.
 #ifndef KROSAC_TESTS_TEMPORARYFOLDER_H
 #define KROSAC_TESTS_TEMPORARYFOLDER_H
 
@@ -26,15 +26,15 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   std::string path() const { return folder_.string(); }
-  // The path of a file in the folder, which need not exist.
+  // The path of a file in the folder. It need not exist.
   std::string path(std::string_view name) const { return (folder_ / name).string(); }
 
-  // Writes a file in the folder and gives its path.
+  // Writes a file in the folder and returns its path.
   std::string write(std::string_view name, std::string_view bytes) const {
     std::ofstream(path(name), std::ios::binary).write(bytes.data(), std::ssize(bytes));
     return path(name);
   }
-  // The bytes of a file in the folder; empty where there is none.
+  // The bytes of a file in the folder; empty if there is none.
   std::string read(std::string_view name) const {
     std::ifstream file(path(name), std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(file), {});

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "krosac/dsp/internal/PoleZeroFile.h"
-#include "krosac/platform/internal/RegularFile.h"
+#include "krosac/platform/internal/Files.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -97,12 +97,10 @@ void parse(std::FILE* file, Response& response) {
 }
 
 bool read(const char* path, Response& response) {
-  std::FILE* file = openRegularStream(path);
+  const Stream file = openRegularStream(path);
   if (!file) return false;
-  parse(file, response);
-  const bool complete = !std::ferror(file);
-  std::fclose(file);
-  return complete;
+  parse(file.get(), response);
+  return !std::ferror(file.get());
 }
 
 }  // namespace

@@ -5,17 +5,22 @@
 #include <cstring>
 #include <utility>
 
+#include "krosac/platform/LastReason.h"
 #include "krosac/platform/Log.h"
 #include "krosac/platform/internal/Crc32.h"
+#include "krosac/platform/internal/Reason.h"
 
-// The format, where a number is a little-endian base-128 varint and a text is a number of bytes and
-// these bytes:
+// The format. A number is a little-endian base-128 varint. A text is a number of bytes, then those
+// bytes.
 //
+// clang-format off
 //   8 bytes   "krosacKA"
 //   1 byte    version, 1
-//   names     their number, then each as a text: the class names and keys
-//   objects   their number, then for each the index of its class name, the number of bytes of its
-//   entries, its entries 4 bytes   CRC-32 of all before, little-endian
+//   names     their number, then each as a text: class names and keys
+//   objects   their number, then for each: index of its class name, number of bytes of its entries,
+//             its entries
+//   4 bytes   CRC-32 of all bytes before, little-endian
+// clang-format on
 //
 // An entry is the index of its key, a type byte and a value. The first object is the root.
 
@@ -40,7 +45,7 @@ enum Type : unsigned char {
   kObjects
 };
 
-// The size of a value of fixed width, or 0.
+// The size in bytes of a value of fixed width; 0 for the other types.
 constexpr std::size_t fixedWidth(unsigned char type) {
   switch (type) {
     case kBool:
@@ -102,7 +107,7 @@ void KeyedArchiver::putEntry(const char* key, unsigned char type) {
   out_->push_back(static_cast<char>(type));
 }
 
-// An object is written as its index plus one, so that 0 is none.
+// A reference is the index of the object plus one; 0 means none.
 void KeyedArchiver::putReference(const Archivable* object) {
   if (!object) return putNumber(0);
   const auto [place, isNew] = objectIndexes_.try_emplace(object, objects_.size());
@@ -174,7 +179,7 @@ Ref<ByteBuffer> KeyedArchiver::finish(const Archivable& root) {
   std::string body, entries;
   objects_.emplace_back(&root);
   objectIndexes_.emplace(&root, 0);
-  // Objects met on the way join the end of the list, so that nesting needs no recursion here.
+  // Encoding an object appends the objects it refers to, so nesting needs no recursion here.
   for (std::size_t i = 0; i < objects_.size(); ++i) {
     const Ref<const Archivable> object = objects_[i];
     entries.clear();
@@ -196,6 +201,7 @@ Ref<ByteBuffer> KeyedArchiver::finish(const Archivable& root) {
 }
 
 Ref<ByteBuffer> archive(const Archivable& root) {
+  clearReason();
   return KeyedArchiver().finish(root);
 }
 
@@ -203,6 +209,7 @@ Ref<ByteBuffer> archive(const Archivable& root) {
 
 KeyedUnarchiver::KeyedUnarchiver(const ByteBuffer& archive)
     : bytes_(reinterpret_cast<const char*>(archive.bytes()), archive.length()) {
+  clearReason();
   good_ = check();
   if (!good_) log("A keyed archive is damaged or of an unknown version; nothing is taken from it.");
 }
@@ -225,7 +232,7 @@ bool KeyedUnarchiver::getText(std::size_t& at, std::string_view& text) const {
   return true;
 }
 
-// Steps over a value and says whether it is whole and refers only to objects that there are.
+// Skips a value. Returns false unless it is complete and refers only to existing objects.
 bool KeyedUnarchiver::skipValue(std::size_t& at, unsigned char type) const {
   std::string_view text;
   std::uint64_t count = 1, reference;
@@ -257,23 +264,36 @@ bool KeyedUnarchiver::skipValue(std::size_t& at, unsigned char type) const {
   }
 }
 
-// A number of items that follow, each of at least one byte: more than there are bytes is damage.
+// Reads the number of the items that follow. Each takes at least one byte, so a number above that
+// of the remaining bytes is damage.
 bool KeyedUnarchiver::getCount(std::size_t& at, std::uint64_t& count) const {
   return getNumber(at, count) && count <= bytes_.size() - at;
 }
 
-// Looks at every byte once, so that what follows may trust the archive's structure.
+// Checks the whole archive once, so that the decoders can rely on its structure.
 bool KeyedUnarchiver::check() {
-  const std::size_t head = kMagic.size() + 1;
-  if (bytes_.size() < head + kChecksumBytes || !bytes_.starts_with(kMagic) ||
-      bytes_[kMagic.size()] != kVersion)
+  std::size_t at = kMagic.size() + 1;
+  if (bytes_.size() < at + kChecksumBytes || !bytes_.starts_with(kMagic)) {
+    setReason("not a keyed archive: %zu bytes", bytes_.size());
     return false;
+  }
+  if (bytes_[kMagic.size()] != kVersion) {
+    setReason("keyed archive of version %d, not %d", bytes_[kMagic.size()], kVersion);
+    return false;
+  }
   const std::string_view checked = bytes_.substr(0, bytes_.size() - kChecksumBytes);
-  if (littleEndianAt<std::uint32_t>(checked.data() + checked.size()) != crc32(checked))
+  const auto stated = littleEndianAt<std::uint32_t>(checked.data() + checked.size());
+  if (const std::uint32_t computed = crc32(checked); computed != stated) {
+    setReason("damaged keyed archive: checksum %08x, computed %08x", stated, computed);
     return false;
+  }
   bytes_ = checked;
+  const bool isWhole = checkStructure(at);
+  if (!isWhole) setReason("damaged keyed archive: wrong structure before byte %zu", at);
+  return isWhole;
+}
 
-  std::size_t at = head;
+bool KeyedUnarchiver::checkStructure(std::size_t& at) {
   std::uint64_t count, index;
   std::string_view text;
   if (!getCount(at, count)) return false;
@@ -313,8 +333,10 @@ std::string_view KeyedUnarchiver::className(std::size_t index) const {
 
 bool KeyedUnarchiver::enter(std::size_t index) {
   if (depth_ >= kDeepestNesting) {
-    if (good_)
+    if (good_) {
+      setReason("keyed archive nests more than %d objects", kDeepestNesting);
       log("A keyed archive nests more than %d objects; nothing is taken from it.", kDeepestNesting);
+    }
     good_ = false;
     return false;
   }
@@ -332,8 +354,21 @@ void KeyedUnarchiver::leave(const Frame& outer) {
   frame_ = outer;
 }
 
-// Keys are mostly asked for in the order in which they were written, so the search goes on from the
-// last one found.
+void KeyedUnarchiver::refuse(std::size_t index, const char* wanted) const {
+  const std::string held(className(index));
+  if (wanted) {
+    setReason("keyed archive holds a %s, not a %s", held.c_str(), wanted);
+  } else if (*lastReason() == '\0') {
+    setReason("a %s could not be decoded", held.c_str());
+  }
+}
+
+void KeyedUnarchiver::accept() const {
+  clearReason();
+}
+
+// Keys are mostly decoded in the order in which they were encoded, so the search starts behind the
+// last key found.
 std::size_t KeyedUnarchiver::find(const char* key, unsigned char type) {
   const auto search = [&](std::size_t at, std::size_t end) -> std::size_t {
     while (at < end) {

@@ -1,9 +1,10 @@
-// Keyed archives: objects as values under keys in one byte buffer, and back.
+// Keyed archives store objects in one byte buffer, each as values under keys.
 //
-// The format is versioned, little-endian, self-describing and carries a checksum. An object that is
-// referred to twice is stored once and shared again after decoding, also in cycles. A damaged or
-// hostile archive gives nothing and one line in the log: no crash, no recursion beyond
-// kDeepestNesting objects, no allocation beyond a small multiple of its own size.
+// The format is versioned, little-endian and self-describing, and ends with a checksum. An object
+// that is referred to twice is stored once and shared again after decoding, also in cycles.
+// Decoding a damaged or hostile archive returns nothing, sets lastReason() and logs one line. It
+// never recurses deeper than kDeepestNesting objects and never allocates more than a small multiple
+// of the archive's size.
 #ifndef KROSAC_PLATFORM_ARCHIVE_H
 #define KROSAC_PLATFORM_ARCHIVE_H
 
@@ -26,33 +27,32 @@ namespace krosac {
 class KeyedArchiver;
 class KeyedUnarchiver;
 
-// An object that can be archived. A class T that can also be decoded has, beside these two, a
-// method initWithCoder(KeyedUnarchiver&) whose result is true when it succeeded.
+// An object that can be archived. A class that can be decoded also has a method
+// initWithCoder(KeyedUnarchiver&), whose result converts to true on success.
 class KROSAC_API Archivable : public Object {
  public:
-  // The name under which an archive stores the class; decoding by another class gives none.
+  // The name that an archive stores for the class. Decoding as another class returns none.
   virtual const char* archiveClassName() const = 0;
   // Writes the object's fields under their keys.
   virtual void encodeWithCoder(KeyedArchiver& coder) const = 0;
 };
 
-// Objects nested deeper than this in an archive are refused while decoding.
+// The greatest depth of nested objects that can be decoded.
 inline constexpr int kDeepestNesting = 64;
 
-// Writes values under keys. An object's encodeWithCoder calls these for its own fields; an absent
-// value is not written. Only archive() makes one.
+// Writes values under keys. An object's encodeWithCoder calls these methods for its fields. Only
+// archive() makes a KeyedArchiver.
 class KROSAC_API KeyedArchiver {
  public:
-  // Write one value under a key that no other value of the same object has. The text of the key is
-  // copied.
+  // Write one value. The key is copied and must differ from the object's other keys.
   void encodeBool(const char* key, bool value);
   void encodeChar(const char* key, signed char value);
   void encodeInt32(const char* key, std::int32_t value);
   void encodeFloat(const char* key, float value);
   void encodeDouble(const char* key, double value);
 
-  // Write a text, a list of texts, bytes, a date or an object; nothing for an absent one. An object
-  // that was written before is referred to.
+  // Write a text, a list of texts, bytes, a date, an object or a list of objects. An absent value
+  // is not written. An object that was written before is stored as a reference.
   void encodeText(const char* key, const OptionalText& text);
   void encodeTexts(const char* key, const std::vector<std::string>& texts);
   void encodeBytes(const char* key, const ByteBuffer* bytes);
@@ -83,32 +83,33 @@ class KROSAC_API KeyedArchiver {
   std::unordered_map<const Archivable*, std::uint64_t> objectIndexes_;
 };
 
-// Reads values by key. An absent key, or one of another type, gives zero or none.
+// Reads values by key. An absent key and one of another type decode as zero or none.
 class KROSAC_API KeyedUnarchiver {
  public:
-  // Checks the whole archive; `isGood` is false for one that is damaged.
+  // Checks the whole archive; isGood() returns false if it is damaged. The bytes must outlive this
+  // object.
   explicit KeyedUnarchiver(const ByteBuffer& archive);
   bool isGood() const noexcept { return good_; }
 
-  // The number under the key, zero without one.
+  // The number under the key; zero if there is none.
   bool decodeBool(const char* key);
   signed char decodeChar(const char* key);
   std::int32_t decodeInt32(const char* key);
   float decodeFloat(const char* key);
   double decodeDouble(const char* key);
 
-  // The text, list of texts, bytes or date under the key; none or an empty list without one.
+  // The text, list of texts, bytes or date under the key; none or an empty list if there is none.
   OptionalText decodeText(const char* key);
   std::vector<std::string> decodeTexts(const char* key);
   Ref<ByteBuffer> decodeBytes(const char* key);
   std::optional<Date> decodeDate(const char* key);
 
-  // The object under the key, or none where it is of another class.
+  // The object under the key; none if it is of another class.
   template <typename T>
   Ref<T> decodeObject(const char* key) {
     return objectAt<T>(objectIndex(key));
   }
-  // The list under the key, without the objects that are of another class.
+  // The list under the key, without the objects of other classes.
   template <typename T>
   std::vector<Ref<T>> decodeObjects(const char* key) {
     const std::vector<std::size_t> indexes = objectIndexes(key);
@@ -119,10 +120,13 @@ class KROSAC_API KeyedUnarchiver {
     }
     return objects;
   }
-  // The object that the archive was made from.
+  // The object that the archive was made from; none, with a reason, if the archive is damaged or
+  // the object is of another class.
   template <typename T>
   Ref<T> decodeRoot() {
-    return objectAt<T>(0);
+    auto root = objectAt<T>(0);
+    if (root) accept();
+    return root;
   }
 
  private:
@@ -140,27 +144,37 @@ class KROSAC_API KeyedUnarchiver {
     if (!good_ || index >= objects_.size()) return nullptr;
     if (objects_[index].object) return Ref<T>(dynamic_cast<T*>(objects_[index].object.get()));
     auto object = make<T>();
-    if (!object || className(index) != object->archiveClassName()) return nullptr;
-    // Known before its fields are read, so that an object which refers back to it finds it.
+    if (!object || className(index) != object->archiveClassName()) {
+      refuse(index, object ? object->archiveClassName() : nullptr);
+      return nullptr;
+    }
+    // Stored before its fields are read, so that objects can refer back to it.
     objects_[index].object = object;
     const Frame outer = frame_;
     if (!enter(index)) return nullptr;
     good_ = static_cast<bool>(object->initWithCoder(*this)) && good_;
     leave(outer);
-    return good_ ? object : nullptr;
+    if (good_) return object;
+    refuse(index, nullptr);
+    return nullptr;
   }
 
   std::string_view className(std::size_t index) const;
   bool enter(std::size_t index);
   void leave(const Frame& outer);
+  // Set the reason that the object at this index was refused, null for another cause than its
+  // class, and clear it after objects of other classes were skipped.
+  void refuse(std::size_t index, const char* wanted) const;
+  void accept() const;
   std::size_t objectIndex(const char* key);
   std::vector<std::size_t> objectIndexes(const char* key);
-  // The place of the value under the key if it has this type, else 0.
+  // The offset of the value under the key; 0 if there is none of this type.
   std::size_t find(const char* key, unsigned char type);
   template <typename T>
   T plainValue(const char* key, unsigned char type);
 
   bool check();
+  bool checkStructure(std::size_t& at);
   bool skipValue(std::size_t& at, unsigned char type) const;
   bool getNumber(std::size_t& at, std::uint64_t& value) const;
   bool getCount(std::size_t& at, std::uint64_t& count) const;
@@ -174,16 +188,18 @@ class KROSAC_API KeyedUnarchiver {
   Frame frame_;
 };
 
-// The archive of an object and of all that it refers to; empty where there is no memory.
+// The archive of an object and of all objects that it refers to; empty if memory runs out.
 KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
 
-// The object that an archive was made from; none for a damaged archive or one of another class.
+// The object that an archive was made from; none, with a reason, if the archive is damaged or holds
+// another class. Check a SacObject by isSacFile() afterwards, since its image is restored
+// unchecked.
 template <typename T>
 Ref<T> unarchive(const ByteBuffer& bytes) {
   return KeyedUnarchiver(bytes).template decodeRoot<T>();
 }
 
-// A copy made through an archive, as the record classes are copied.
+// A deep copy made by archiving and unarchiving; the record classes are copied this way.
 template <typename T>
 Ref<T> archivedCopy(const T& object) {
   const auto bytes = archive(object);

@@ -13,7 +13,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "krosac/platform/internal/RegularFile.h"
+#include "krosac/platform/internal/Files.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -21,48 +22,8 @@ namespace {
 
 constexpr int kMostLinks = 40;
 
-class File {
- public:
-  explicit File(int descriptor) noexcept : descriptor_(descriptor) {}
-  ~File() { close(); }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-
-  bool isOpen() const noexcept { return descriptor_ >= 0; }
-  int descriptor() const noexcept { return descriptor_; }
-  bool close() noexcept {
-    const int descriptor = std::exchange(descriptor_, -1);
-    return descriptor < 0 || ::close(descriptor) == 0;
-  }
-
-  bool readAll(unsigned char* to, std::size_t length) noexcept {
-    return transfer(
-        length, [&](std::size_t done, std::size_t n) { return ::read(descriptor_, to + done, n); });
-  }
-  bool writeAll(const unsigned char* from, std::size_t length) noexcept {
-    return transfer(length, [&](std::size_t done, std::size_t n) {
-      return ::write(descriptor_, from + done, n);
-    });
-  }
-
- private:
-  template <typename Step>
-  static bool transfer(std::size_t length, Step step) noexcept {
-    std::size_t done = 0;
-    while (done < length) {
-      const ssize_t n = step(done, std::min<std::size_t>(length - done, SSIZE_MAX));
-      if (n < 0 && errno == EINTR) continue;
-      if (n <= 0) return false;
-      done += static_cast<std::size_t>(n);
-    }
-    return true;
-  }
-
-  int descriptor_;
-};
-
-// Memory for std::free. Much of the time that reading a large file takes goes into making pages, so
-// these are large ones where the system has them.
+// Allocates memory for std::free. Page faults take much of the time of reading a large file, so
+// large buffers ask for large pages.
 unsigned char* newBytes(std::size_t length) {
   constexpr std::size_t kLargePage = std::size_t{1} << 21;
   if (length < 4 * kLargePage)
@@ -75,23 +36,27 @@ unsigned char* newBytes(std::size_t length) {
   return static_cast<unsigned char*>(bytes);
 }
 
-// The path behind any chain of symbolic links, also where its end does not exist yet; empty when
-// the chain does not end.
-std::string behindLinks(std::string path) {
+// Follows symbolic links. The target need not exist. Returns an empty path, with errno set, for a
+// loop of links and for an empty path.
+std::string followLinks(std::string path) {
   for (int link = 0; link < kMostLinks; ++link) {
     char target[PATH_MAX];
     const ssize_t length = ::readlink(path.c_str(), target, sizeof target);
     if (length < 0) return path;
-    if (length == static_cast<ssize_t>(sizeof target)) break;
+    if (length == static_cast<ssize_t>(sizeof target)) {
+      errno = ENAMETOOLONG;
+      return {};
+    }
     const std::string to(target, static_cast<std::size_t>(length));
     const std::size_t slash = path.find_last_of('/');
     path = to.front() == '/' || slash == std::string::npos ? to : path.substr(0, slash + 1) + to;
   }
+  errno = ELOOP;
   return {};
 }
 
-// Opens a new file beside the target under a name that nobody has. The name does not grow with the
-// target's, so that a target name of the greatest length still can be saved.
+// Creates a file beside the target under an unused name. The length of that name does not depend on
+// the target's, so a target whose name has the greatest length can still be saved.
 int openTemporary(const std::string& target, std::string& temporary) {
   static std::atomic<unsigned> counter{0};
   const std::size_t slash = target.find_last_of('/');
@@ -113,6 +78,7 @@ ByteBuffer::~ByteBuffer() {
 Ref<ByteBuffer> ByteBuffer::adoptBytes(unsigned char* bytes, std::size_t length) {
   auto buffer = bytes ? make<ByteBuffer>() : nullptr;
   if (!buffer) {
+    setReason("no memory for %zu bytes", length);
     std::free(bytes);
     return nullptr;
   }
@@ -137,14 +103,22 @@ Ref<ByteBuffer> ByteBuffer::copyOf(const void* bytes, std::size_t length) {
 }
 
 Ref<ByteBuffer> ByteBuffer::fromFile(const std::string& path) {
-  std::int64_t size = 0;
-  File file(openRegularFile(path.c_str(), &size));
-  if (!file.isOpen()) return nullptr;
+  clearReason();
+  File file = openRegularFile(path.c_str());
+  const std::int64_t size = file.size();
+  if (size < 0) return nullptr;
   auto buffer = unfilled(static_cast<std::size_t>(size));
-  if (!buffer || !file.readAll(buffer->bytes_, buffer->length_)) return nullptr;
-  // A page that a shrinking file loses is read as zeros when its length was looked up before.
-  struct stat now;
-  return ::fstat(file.descriptor(), &now) == 0 && now.st_size == size ? buffer : nullptr;
+  if (!buffer) return nullptr;
+  const bool isRead = file.readAll(buffer->bytes_, buffer->length_);
+  // A read that overlaps a truncation may return zeros for the pages that are gone.
+  if (file.size() != size) {
+    setReason("%s: changed its length while it was read", path.c_str());
+  } else if (!isRead) {
+    setSystemReason(path.c_str());
+  } else {
+    return buffer;
+  }
+  return nullptr;
 }
 
 bool ByteBuffer::writeAtomically(const std::string& path) const {
@@ -152,29 +126,35 @@ bool ByteBuffer::writeAtomically(const std::string& path) const {
 }
 
 bool ByteBuffer::writeAtomically(const std::string& path, std::size_t length) const {
-  const std::string target = behindLinks(path);
-  if (target.empty() || target.back() == '/') return false;
+  clearReason();
+  const auto failed = [&] {
+    setSystemReason(path.c_str());
+    return false;
+  };
+  const std::string target = followLinks(path);
+  if (target.empty()) return failed();
   struct stat old;
   const bool exists = ::stat(target.c_str(), &old) == 0;
-  if (exists &&
-      (!S_ISREG(old.st_mode) || ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0))
-    return false;
+  if (target.back() == '/') return checkRegular(S_IFDIR, path.c_str());
+  if (exists && !checkRegular(old.st_mode, path.c_str())) return false;
+  if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return failed();
 
   std::string temporary;
   File file(openTemporary(target, temporary));
-  if (!file.isOpen()) return false;
-  bool good = file.writeAll(bytes_, std::min(length, length_));
-  if (good && exists) {
-    // The owner is kept where the system lets us; the permissions must be, after it, since a new
-    // owner clears some.
+  if (!file.isOpen()) return failed();
+  const auto keepOwnerAndMode = [&] {
+    // Keeping the owner may fail, keeping the permissions must not. Changing the owner can clear
+    // permissions, so it comes first.
     [[maybe_unused]] const int owner = ::fchown(file.descriptor(), old.st_uid, old.st_gid);
-    good = ::fchmod(file.descriptor(), old.st_mode & 07777) == 0;
-  }
-  good = good && ::fsync(file.descriptor()) == 0;
-  good = file.close() && good;
-  good = good && std::rename(temporary.c_str(), target.c_str()) == 0;
-  if (!good) ::unlink(temporary.c_str());
-  return good;
+    return ::fchmod(file.descriptor(), old.st_mode & 07777) == 0;
+  };
+  if (file.writeAll(bytes_, std::min(length, length_)) && (!exists || keepOwnerAndMode()) &&
+      ::fsync(file.descriptor()) == 0 && file.close() &&
+      std::rename(temporary.c_str(), target.c_str()) == 0)
+    return true;
+  failed();
+  ::unlink(temporary.c_str());
+  return false;
 }
 
 }  // namespace krosac

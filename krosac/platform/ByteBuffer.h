@@ -1,4 +1,4 @@
-// A buffer of bytes, read from a file and written to one atomically.
+// A buffer of bytes that can be read from a file and written to one atomically.
 #ifndef KROSAC_PLATFORM_BYTEBUFFER_H
 #define KROSAC_PLATFORM_BYTEBUFFER_H
 
@@ -10,31 +10,31 @@
 
 namespace krosac {
 
-// Bytes of a fixed number, aligned for any sample type. The makers give an empty Ref where there is
-// no memory.
+// A fixed number of bytes, aligned for any sample type. The static functions return an empty Ref,
+// with a reason, if memory runs out.
 class KROSAC_API ByteBuffer final : public Object {
  public:
-  // A new buffer of zero bytes, or with a copy of the bytes given.
+  // A new buffer of `length` zeros, or with a copy of `length` bytes.
   static Ref<ByteBuffer> zeroed(std::size_t length);
   static Ref<ByteBuffer> copyOf(const void* bytes, std::size_t length);
 
-  // The bytes of a regular file; empty when it cannot be opened or read whole, changes its length
-  // meanwhile, or is no regular file (a pipe or a device would have no end).
+  // Reads a whole regular file. Returns an empty Ref, with a reason, if the file cannot be read,
+  // changes its length meanwhile or is a folder, pipe or device.
   static Ref<ByteBuffer> fromFile(const std::string& path);
 
-  // The bytes, valid as long as the buffer lives, and their number.
+  // The bytes, valid during the life of the buffer, and their number.
   const unsigned char* bytes() const noexcept { return bytes_; }
   unsigned char* mutableBytes() noexcept { return bytes_; }
   std::size_t length() const noexcept { return length_; }
 
-  // Writes the bytes to a file so that at every moment either the old file or the new one is there,
-  // whole: a temporary file beside the target is written, flushed to disk and renamed. An old file
-  // keeps its permissions and must be one that may be written; a new one gets those of the umask. A
-  // symbolic link stays and its target is written. False when anything fails; the old file then is
-  // as it was, and no temporary file is left.
+  // Writes a temporary file beside the target, flushes it to disk and renames it, so that at every
+  // moment the path names either the complete old file or the complete new one. An existing file
+  // must be writable and keeps its permissions; a new one gets those of the umask. A symbolic link
+  // is kept and its target written. Returns false on any failure, with a reason, the old file
+  // unchanged and no temporary file left.
   bool writeAtomically(const std::string& path) const;
 
-  // The same for the first `length` bytes, at most those of the buffer.
+  // Writes the first `length` bytes, at most all of the buffer, in the same way.
   bool writeAtomically(const std::string& path, std::size_t length) const;
 
  private:

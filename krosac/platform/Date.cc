@@ -15,8 +15,8 @@ std::int64_t floorDivide(std::int64_t a, std::int64_t b) {
   return a / b - (a % b != 0 && (a < 0) != (b < 0));
 }
 
-// Days from 1970-01-01 to the first day of a month (1 to 12). The year is counted from March, so
-// that the leap day is its last; 400 such years have 146097 days.
+// Days from 1970-01-01 to the first day of a month (1 to 12). Years count from March, so the leap
+// day is the last of its year; 400 years have 146097 days.
 std::int64_t daysToMonth(std::int64_t year, std::int64_t month) {
   const std::int64_t marchYear = year - (month <= 2);
   const std::int64_t marchMonth = (month + 9) % 12;
@@ -44,7 +44,7 @@ Date::Components Date::components() const {
 
   const std::int64_t day = floorDivide(seconds, kSecondsPerDay);
   const std::int64_t ofDay = seconds - day * kSecondsPerDay;
-  // A year too early or late by one at most, set right by the first days of the years.
+  // This estimate is wrong by at most one year; the loops correct it.
   std::int64_t year = 1970 + floorDivide(day * 400, 146097);
   while (daysToMonth(year, 1) > day) --year;
   while (daysToMonth(year + 1, 1) <= day) ++year;

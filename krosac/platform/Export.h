@@ -1,6 +1,6 @@
-// Marks what the shared library exports, and gives the plain functions C linkage inside the
-// library's namespace, so that one header serves C, C++ and everything that can call C.
-// KROSAC_CONSTANT begins a constant of such a header.
+// Macros for public headers. KROSAC_API marks exported symbols. KROSAC_C_BEGIN and KROSAC_C_END
+// enclose functions with C linkage, which lie in namespace krosac in C++, so that one header serves
+// C, C++ and languages that call C. KROSAC_CONSTANT begins the definition of a constant there.
 #ifndef KROSAC_PLATFORM_EXPORT_H
 #define KROSAC_PLATFORM_EXPORT_H
 

@@ -1,4 +1,4 @@
-// Plain fields of records, one line each.
+// One-line declarations of plain fields for record classes.
 #ifndef KROSAC_PLATFORM_FIELDS_H
 #define KROSAC_PLATFORM_FIELDS_H
 
@@ -7,15 +7,15 @@
 
 namespace krosac {
 
-// What a getter gives: numbers by value, all else by reference.
+// The result type of a getter: numbers by value, everything else by reference.
 template <typename T>
 using FieldRead = std::conditional_t<std::is_scalar_v<T>, T, const T&>;
 
 }  // namespace krosac
 
-// Declares, among a class's public members, a private field `name`_ that starts zero or empty, its
-// getter name() and its setter set<Setter>(value), which only stores: KROSAC_FIELD(float, mb, Mb).
-// What follows is public again.
+// Declares a private field `name`_, initially zero or empty, its getter name() and its setter
+// set<Setter>(value), which stores the value and nothing else: KROSAC_FIELD(float, mb, Mb). Use it
+// among public members; those that follow are public too.
 #define KROSAC_FIELD(type, name, Setter)   \
  public:                                   \
   ::krosac::FieldRead<type> name() const { \
@@ -29,6 +29,6 @@ using FieldRead = std::conditional_t<std::is_scalar_v<T>, T, const T&>;
   type name##_{};                          \
                                            \
  public:                                   \
-  static_assert(true) /* so that a semicolon may follow */
+  static_assert(true) /* allows a semicolon to follow */
 
 #endif

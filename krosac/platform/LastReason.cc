@@ -28,23 +28,26 @@ void clearReason() noexcept {
 
 void setReason(const char* format, ...) noexcept {
   const int systemError = errno;
+  char text[sizeof reason];  // the arguments may include the old reason
   {
-    CLocaleScope cLocaleHere;
+    const CLocaleScope cLocaleHere;
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(reason, sizeof reason, format, arguments);
+    std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
   }
+  std::memcpy(reason, text, sizeof reason);
   if (std::getenv("KROSAC_DEBUG")) {
     try {
       log("%s", reason);
-    } catch (const std::bad_alloc&) {  // the reason itself is kept
+    } catch (const std::bad_alloc&) {  // the reason is set anyway
     }
   }
   errno = systemError;
 }
 
 void setSystemReason(const char* path) noexcept {
+  const CLocaleScope cLocaleHere;
   setReason("%s: %s", path, std::strerror(errno));
 }
 

@@ -1,4 +1,4 @@
-// Why the last operation refused.
+// Why the last operation failed.
 #ifndef KROSAC_PLATFORM_LASTREASON_H
 #define KROSAC_PLATFORM_LASTREASON_H
 
@@ -6,10 +6,11 @@
 
 KROSAC_C_BEGIN
 
-// Why this thread's last operation that could fail did so, in one sentence of at most 1023 bytes:
-// the system's own text for a file, the bytes needed and found, the line of a table. Empty when it
-// succeeded. An operation on many files names the last one it refused. The text is valid until the
-// thread's next operation; nothing is allocated. With $KROSAC_DEBUG set each reason is also logged.
+// Why the calling thread's last operation failed: the system's text for a file, the bytes needed
+// and found, the line of a table. At most 1023 bytes; empty if the operation succeeded. Operations
+// that cannot fail leave it as it is. An operation on many files names the last file it refused.
+// The text is valid until the thread's next operation; nothing is allocated. If $KROSAC_DEBUG is
+// set, each reason is logged too.
 KROSAC_API const char* lastReason(void);
 
 KROSAC_C_END

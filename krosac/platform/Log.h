@@ -9,15 +9,15 @@
 
 namespace krosac {
 
-// What takes the log's texts.
+// A function that receives the texts of the log.
 using LogSink = std::function<void(const std::string& text)>;
 
-// Sends every later log text to the sink; an empty sink brings back standard error. The sink gets
-// the exact text; standard error gets a newline after a text that does not end in one. Set it
-// before other threads use the library.
+// Redirects the log to the sink; an empty sink restores standard error. The sink receives the exact
+// texts. On standard error a newline follows each text that does not end in one. Call this before
+// other threads use the library.
 KROSAC_API void setLogSink(LogSink sink);
 
-// Whether a sink is set.
+// True if a sink is set.
 KROSAC_API bool hasLogSink();
 
 // Writes one text to the log, formatted as by printf in the C locale.

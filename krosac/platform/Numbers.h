@@ -1,4 +1,4 @@
-// Numbers that the whole library shares.
+// Numbers that several folders use.
 #ifndef KROSAC_PLATFORM_NUMBERS_H
 #define KROSAC_PLATFORM_NUMBERS_H
 
@@ -8,13 +8,13 @@
 
 KROSAC_C_BEGIN
 
-// The value of a header field that is not set, of a measure of no samples and of a time that a
-// table does not hold. The text fills a field of 8 characters; KEVNM has it and 8 more blanks.
+// The undefined values: of header fields that are not set, of measures of no samples and of times
+// that a table does not hold. The text fills a field of 8 characters; KEVNM has 8 more blanks.
 KROSAC_CONSTANT float kSacUndefinedFloat = -12345.0f;
 KROSAC_CONSTANT int32_t kSacUndefinedInt = -12345;
 KROSAC_CONSTANT char kSacUndefinedText[] = "-12345  ";
 
-// Length of one degree of great-circle arc, km, wherever the library converts.
+// Length of one degree of great-circle arc in km, used in every conversion between them.
 KROSAC_CONSTANT double kKilometresPerDegree = 111.19;
 
 // pi / 180

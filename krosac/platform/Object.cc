@@ -30,8 +30,8 @@ void Object::autorelease() const {
     innermostPool->entries_ = entry;
     return;
   }
-  static std::atomic<bool> said{false};
-  if (!said.exchange(true))
+  static std::atomic<bool> logged{false};
+  if (!logged.exchange(true))
     log("An object was autoreleased with no pool in place; its reference is kept.");
 }
 
@@ -45,7 +45,7 @@ AutoreleasePool::AutoreleasePool() noexcept : outer_(innermostPool) {
 }
 
 AutoreleasePool::~AutoreleasePool() {
-  // A release may destroy an object whose teardown autoreleases others into this same pool.
+  // A release may destroy an object whose destructor autoreleases other objects into this pool.
   while (entries_) {
     Entry* entry = std::exchange(entries_, entries_->next);
     entry->object->release();

@@ -1,13 +1,13 @@
 // Reference-counted objects: Object, the smart pointer Ref<T> that callers use, and AutoreleasePool
 // for deferred release.
 //
-// Making an object takes two steps, since an initialiser can fail:
+// An object is made in two steps, since initialisers can fail:
 //
 //   auto s = krosac::make<krosac::SacObject>();
 //   if (!s->initWithPath(path)) return;
 //
-// alloc<T>() gives a raw pointer with one reference that the caller owns; make<T>() is that
-// reference already in a Ref. A made but uninitialised object is zero-filled and safe to destroy.
+// alloc<T>() returns a raw pointer and one reference that the caller owns; make<T>() returns that
+// reference in a Ref. An object that is not initialised is filled with zeros and safe to destroy.
 #ifndef KROSAC_PLATFORM_OBJECT_H
 #define KROSAC_PLATFORM_OBJECT_H
 
@@ -24,32 +24,32 @@ namespace krosac {
 template <typename T>
 class Ref;
 
-// The root of every class: an intrusive reference count. The count is atomic; everything else about
-// an object is for one thread at a time.
+// The base of all classes, with an intrusive reference count. The count is atomic; otherwise an
+// object may be used by one thread at a time.
 class KROSAC_API Object {
  public:
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
-  // The base initialiser. Gives the object, or an empty Ref on failure.
+  // The base initialiser. Returns the object, or an empty Ref on failure.
   virtual Ref<Object> init();
 
   // Adds one reference.
   void retain() const noexcept;
-  // Drops one reference; the last one destroys the object.
+  // Drops one reference; dropping the last one destroys the object.
   void release() const noexcept;
-  // Hands one of the receiver's references to the innermost pool of this thread; it adds none.
-  // Without a pool the reference is kept and the log says so once.
+  // Transfers one of the object's references to the innermost pool of this thread; adds none.
+  // Without a pool the reference is kept and one message is logged per process.
   void autorelease() const;
-  // The number of references; for messages and tests.
+  // The number of references, for messages and tests.
   int retainCount() const noexcept { return references_.load(std::memory_order_relaxed); }
 
  protected:
   Object() noexcept = default;
   virtual ~Object();
 
-  // What an initialiser that autoreleases its receiver calls at its end. On an object that a Ref
-  // has adopted it retains first, so that the Ref stays good.
+  // Initialisers that autorelease their object call this last. If a Ref has adopted the object, it
+  // retains first, so that the Ref stays valid.
   void autoreleaseReceiver() const;
 
  private:
@@ -60,15 +60,15 @@ class KROSAC_API Object {
   mutable bool adopted_ = false;
 };
 
-// A smart pointer that holds one reference, or none. A Ref built from a raw pointer takes a
-// reference of its own.
+// A smart pointer that holds one reference or none. Constructing a Ref from a raw pointer retains
+// the object.
 template <typename T>
 class Ref {
  public:
   // The class of the object.
   using element_type = T;
 
-  // Hold nothing, a further reference to an object, or the one that another Ref gives up.
+  // Hold nothing, a new reference to an object, or the reference of a Ref that is moved from.
   Ref() noexcept = default;
   Ref(std::nullptr_t) noexcept {}
   Ref(T* object) noexcept : object_(object) {
@@ -81,13 +81,13 @@ class Ref {
   ~Ref() {
     if (object_) object_->release();
   }
-  // Drops the reference and takes over the other's.
+  // Replaces the reference by the other's.
   Ref& operator=(Ref other) noexcept {
     std::swap(object_, other.object_);
     return *this;
   }
 
-  // Takes over a reference that the caller owns.
+  // Takes ownership of a reference that the caller owns.
   static Ref adopt(T* object) noexcept {
     Ref ref;
     ref.object_ = object;
@@ -95,14 +95,14 @@ class Ref {
     return ref;
   }
 
-  // The object, null where there is none.
+  // The object; null if there is none.
   T* get() const noexcept { return object_; }
   T& operator*() const noexcept { return *object_; }
   T* operator->() const noexcept { return object_; }
-  // Whether there is an object.
+  // True if there is an object.
   explicit operator bool() const noexcept { return object_ != nullptr; }
 
-  // Whether both are the same object.
+  // True if both refer to the same object, or both to none.
   template <typename U>
   bool operator==(const Ref<U>& other) const noexcept {
     return object_ == other.get();
@@ -113,24 +113,24 @@ class Ref {
   T* object_ = nullptr;
 };
 
-// A new, uninitialised object with one reference that the caller owns; null when there is no
-// memory.
+// A new, uninitialised object with one reference that the caller owns; null if memory runs out.
 template <typename T>
 T* alloc() {
   return new (std::nothrow) T();
 }
 
-// The same, with that reference in a Ref.
+// A new, uninitialised object in a Ref; empty if memory runs out.
 template <typename T>
 Ref<T> make() {
   return Ref<T>::adopt(alloc<T>());
 }
 
-// A pool of deferred releases for the scope that it is declared in. Pools of one thread nest; the
-// innermost receives.
+// Releases, at the end of the scope in which it is declared, the objects autoreleased there. Pools
+// of one thread nest; the innermost receives the objects.
 class KROSAC_API AutoreleasePool {
  public:
-  // Becomes the innermost pool of this thread, and at its end releases what it was given.
+  // The constructor makes this the innermost pool of the thread; the destructor releases its
+  // objects.
   AutoreleasePool() noexcept;
   ~AutoreleasePool();
   AutoreleasePool(const AutoreleasePool&) = delete;

@@ -12,6 +12,8 @@
 #include <system_error>
 #include <utility>
 
+#include "krosac/platform/internal/Files.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 extern char** environ;
@@ -19,44 +21,23 @@ extern char** environ;
 namespace krosac {
 namespace {
 
-constexpr char kNothing[] = "/dev/null";
+constexpr char kEmptyFile[] = "/dev/null";
 
-// An open file, closed when it goes. It never is one of the three standard streams, also where the
-// caller has closed those, so that setting up one stream of the child cannot overwrite another.
-class Descriptor {
- public:
-  Descriptor() = default;
-  explicit Descriptor(int number) noexcept : number_(number) {
-    if (number < 0 || number > STDERR_FILENO) return;
-    number_ = ::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    const int error = errno;
-    ::close(number);
-    errno = error;
-  }
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(number_, other.number_);
-    return *this;
-  }
-  ~Descriptor() { close(); }
-
-  bool isOpen() const noexcept { return number_ >= 0; }
-  int number() const noexcept { return number_; }
-  void close() noexcept {
-    if (isOpen()) ::close(std::exchange(number_, -1));
-  }
-
- private:
-  int number_ = -1;
-};
+// The same file under a number above those of the standard streams, which a caller may have closed:
+// setting up one stream of the child must not overwrite another.
+File aboveStandardStreams(int descriptor) noexcept {
+  File file(descriptor);
+  if (!file.isOpen() || descriptor > STDERR_FILENO) return file;
+  return File(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
 
 std::string failure(const char* what, const std::string& name, int error) {
-  CLocaleScope sameWordsInEveryLocale;
+  CLocaleScope cLocaleHere;
   return formatText("Could not %s %s: %s.", what, name.c_str(),
                     std::generic_category().message(error).c_str());
 }
 
-// What posix_spawn is told beside the program and its arguments.
+// File actions and attributes for posix_spawn. The first error is kept and returned by spawn().
 class SpawnRules {
  public:
   SpawnRules() noexcept {
@@ -77,14 +58,14 @@ class SpawnRules {
   SpawnRules(const SpawnRules&) = delete;
   SpawnRules& operator=(const SpawnRules&) = delete;
 
-  void connect(const Descriptor& file, int stream) noexcept {
-    if (file.isOpen()) note(posix_spawn_file_actions_adddup2(&actions_, file.number(), stream));
+  void connect(const File& file, int stream) noexcept {
+    if (file.isOpen()) note(posix_spawn_file_actions_adddup2(&actions_, file.descriptor(), stream));
   }
   void enter(const std::string& directory) noexcept {
     if (!directory.empty())
       note(posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str()));
   }
-  // 0, or the number of the error.
+  // Returns 0 or the error number.
   int spawn(const std::string& program, char* const arguments[], pid_t& child) const noexcept {
     if (error_ != 0) return error_;
     return posix_spawn(&child, program.c_str(), &actions_, &attributes_, arguments, environ);
@@ -100,22 +81,21 @@ class SpawnRules {
   int error_ = 0;
 };
 
-bool openPipe(Descriptor& readEnd, Descriptor& writeEnd) noexcept {
+bool openPipe(File& readEnd, File& writeEnd) noexcept {
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC) != 0) return false;
-  readEnd = Descriptor(ends[0]);
-  writeEnd = Descriptor(ends[1]);
+  readEnd = aboveStandardStreams(ends[0]);
+  writeEnd = aboveStandardStreams(ends[1]);
   return readEnd.isOpen() && writeEnd.isOpen();
 }
 
-// 0, or the number of the error. Reads on when there is no memory to keep it all, so that the
-// writer is not stopped.
-int readToEnd(const Descriptor& pipe, std::string& text) noexcept {
+// Returns 0 or the error number. If memory runs out it reads on without storing, so that the writer
+// does not block.
+int readToEnd(File& pipe, std::string& text) noexcept {
   char block[65536];
   int error = 0;
   while (true) {
-    const ssize_t n = ::read(pipe.number(), block, sizeof block);
-    if (n < 0 && errno == EINTR) continue;
+    const ssize_t n = pipe.read(block, sizeof block);
     if (n < 0) return errno;
     if (n == 0) return error;
     if (error != 0) continue;
@@ -133,7 +113,7 @@ std::optional<int> waitForEnd(pid_t child) noexcept {
   do {
     ended = ::waitpid(child, &status, 0);
   } while (ended < 0 && errno == EINTR);
-  // Where the caller ignores SIGCHLD the wait lasts as long, and then finds no status.
+  // If the caller ignores SIGCHLD, waitpid returns after the child's end, without a status.
   if (ended != child || !WIFEXITED(status)) return std::nullopt;
   return WEXITSTATUS(status);
 }
@@ -144,24 +124,26 @@ ProcessResult runProcess(const ProcessCommand& command) {
   ProcessResult result;
   const auto failed = [&](const char* what, const std::string& name, int error) {
     result.error = failure(what, name, error);
+    setReason("%s", result.error.c_str());
     return result;
   };
+  clearReason();
 
-  Descriptor output, captured;
+  File output, captured;
   if (command.capturesOutput) {
     if (!openPipe(captured, output)) return failed("make a pipe for", command.program, errno);
   } else if (command.outputFile) {
-    output = Descriptor(
+    output = aboveStandardStreams(
         ::open(command.outputFile->c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
     if (!output.isOpen()) return failed("write", *command.outputFile, errno);
   }
-  const std::string inputFile = command.inputFile.value_or(kNothing);
-  const Descriptor input(::open(inputFile.c_str(), O_RDONLY | O_CLOEXEC));
+  const std::string inputFile = command.inputFile.value_or(kEmptyFile);
+  const File input = aboveStandardStreams(::open(inputFile.c_str(), O_RDONLY | O_CLOEXEC));
   if (!input.isOpen()) return failed("read", inputFile, errno);
   if (!command.directory.empty() && ::access((command.directory + "/.").c_str(), X_OK) != 0)
     return failed("enter", command.directory, errno);
 
-  // The child is in its own directory when it looks for the program.
+  // The child changes its directory before it runs the program, so a relative path would fail.
   std::error_code unknownDirectory;
   const std::string program = std::filesystem::absolute(command.program, unknownDirectory).string();
   if (unknownDirectory) return failed("run", command.program, unknownDirectory.value());

@@ -7,7 +7,7 @@
 
 namespace krosac {
 
-// Text that can be absent; none differs from empty.
+// A text, or none, which differs from the empty text.
 using OptionalText = std::optional<std::string>;
 
 }  // namespace krosac

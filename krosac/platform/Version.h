@@ -1,7 +1,6 @@
-// The release of the library: of these headers as macros, of the loaded library as a function.
+// The release of these headers as macros and of the loaded library as a function.
 //
-// The three numbers here are the only place that states the release; the build reads them from this
-// file.
+// The release is stated here and nowhere else; the build reads it from this file.
 #ifndef KROSAC_PLATFORM_VERSION_H
 #define KROSAC_PLATFORM_VERSION_H
 
@@ -19,14 +18,14 @@
 #define KROSAC_VERSION \
   KROSAC_VERSION_TEXT(KROSAC_VERSION_MAJOR, KROSAC_VERSION_MINOR, KROSAC_VERSION_PATCH)
 
-// The release as one number for comparisons by the preprocessor: 100 for 0.1.0, 10203 for 1.2.3.
+// The release as a number that the preprocessor can compare: 100 for 0.1.0, 10203 for 1.2.3.
 #define KROSAC_VERSION_NUMBER \
   (KROSAC_VERSION_MAJOR * 10000 + KROSAC_VERSION_MINOR * 100 + KROSAC_VERSION_PATCH)
 
 KROSAC_C_BEGIN
 
-// KROSAC_VERSION of the library that was loaded, which need not be that of the headers that the
-// caller was compiled with. The text is constant and never freed.
+// KROSAC_VERSION of the loaded library, which may differ from that of the caller's headers. The
+// text is constant; do not free it.
 KROSAC_API const char* krosacVersion(void);
 
 KROSAC_C_END

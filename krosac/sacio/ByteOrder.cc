@@ -6,9 +6,10 @@
 #include <cstring>
 
 #include "krosac/sacio/SacHeader.h"
+#include "krosac/sacio/internal/SacParts.h"
 
-// The word loop is compiled a second time for processors that shuffle bytes in vectors; the loader
-// picks one, too early for the thread sanitizer.
+// The word loop is also compiled for AVX2, which shuffles bytes in vectors. The dynamic loader
+// selects the version, before the thread sanitizer is ready.
 #if defined(__x86_64__) && defined(__GLIBC__) && !defined(__SANITIZE_THREAD__)
 #define KROSAC_VECTOR_CLONES __attribute__((target_clones("default", "avx2")))
 #else
@@ -20,7 +21,7 @@ namespace {
 
 constexpr std::size_t kNumericWords = offsetof(SacHeader, KSTNM) / 4;
 
-// Words are reversed as integers: a float load may alter the patterns of signalling NaNs.
+// Reverses words as integers, since loading a signalling NaN as a float may change its bits.
 KROSAC_VECTOR_CLONES void reverseWords(unsigned char* bytes, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     std::uint32_t word;
@@ -30,9 +31,19 @@ KROSAC_VECTOR_CLONES void reverseWords(unsigned char* bytes, std::size_t count) 
   }
 }
 
+// False, with a reason, unless the image has a header.
+bool hasHeader(const ByteBuffer& image) {
+  clearReason();
+  if (image.length() >= kSacHeaderBytes) return true;
+  setTooShortReason("the image", 0, static_cast<std::int64_t>(image.length()));
+  return false;
+}
+
+// Returns NPTS. A negative one sets a reason.
 std::int32_t sampleCount(const ByteBuffer& image) {
   std::int32_t npts;
   std::memcpy(&npts, image.bytes() + offsetof(SacHeader, NPTS), sizeof npts);
+  if (npts < 0) setReason("the image: NPTS is %d", npts);
   return npts;
 }
 
@@ -51,16 +62,20 @@ void reverseSamples(ByteBuffer& image, std::size_t count) {
 }  // namespace
 
 int swapSACBytes(ByteBuffer& data) {
-  if (data.length() < kSacHeaderBytes) return 0;
+  if (!hasHeader(data)) return 0;
   reverseHeader(data);
   const std::int32_t npts = sampleCount(data);
-  if (npts < 0 || static_cast<std::size_t>(npts) > wholeWordsBehindHeader(data)) return 0;
+  if (npts < 0) return 0;
+  if (static_cast<std::size_t>(npts) > wholeWordsBehindHeader(data)) {
+    setTooShortReason("the image", npts, static_cast<std::int64_t>(data.length()));
+    return 0;
+  }
   reverseSamples(data, static_cast<std::size_t>(npts));
   return 1;
 }
 
 int reverseSACBytes(ByteBuffer& data) {
-  if (data.length() < kSacHeaderBytes) return 0;
+  if (!hasHeader(data)) return 0;
   const std::int32_t npts = sampleCount(data);
   reverseHeader(data);
   if (npts < 0) return 0;

@@ -7,7 +7,7 @@
 namespace krosac {
 namespace {
 
-// The header as its three blocks of alike fields.
+// The header as its three blocks of fields of one type.
 struct Blocks {
   float floats[70];
   std::int32_t integers[40];

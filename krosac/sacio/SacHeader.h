@@ -1,7 +1,7 @@
-// The 632-byte header of a SAC file: every seismogram begins with this record.
+// The 632-byte header record of SAC files.
 //
-// A file is the header, then NPTS float32 samples; an x-y file (LEVEN = 0) has a second block of
-// NPTS values behind them. Words are in the byte order of the machine that wrote the file.
+// A file consists of the header and NPTS float32 samples; an x-y file (LEVEN = 0) has a second
+// block of NPTS values after them. Words have the byte order of the machine that wrote the file.
 #ifndef KROSAC_SACIO_SACHEADER_H
 #define KROSAC_SACIO_SACHEADER_H
 
@@ -14,10 +14,10 @@
 
 KROSAC_C_BEGIN
 
-// The record as it lies in a file: 70 floats, 40 integers, 23 texts. Integers named I... are
-// enumerated values, those named L... logicals (0 false, 1 true). Texts are padded with blanks to
-// their full width and carry no NUL; they are compared and copied as raw bytes. "Time" means
-// seconds relative to the reference time, which is NZYEAR to NZMSEC.
+// The record as stored in a file: 70 floats, 40 integers and 23 texts. Integers named I... are
+// enumerated values, those named L... are logicals (0 false, 1 true). Texts are padded with blanks
+// to their full width, have no NUL, and are compared and copied as raw bytes. "Time" means seconds
+// relative to the reference time, which is NZYEAR to NZMSEC.
 typedef struct SacHeader {
   float DELTA;      // sampling interval, s
   float DEPMIN;     // minimum amplitude
@@ -160,7 +160,7 @@ static_assert(sizeof(SacHeader) == 632, "the header is 632 bytes");
 static_assert(offsetof(SacHeader, NZYEAR) == 280, "70 floats");
 static_assert(offsetof(SacHeader, KSTNM) == 440, "40 integers");
 
-// The size of the header and so the place of the first sample in a file, in bytes.
+// Size of the header and offset of the first sample in a file, in bytes.
 KROSAC_CONSTANT size_t kSacHeaderBytes = sizeof(SacHeader);
 
 // Values that the library writes.
@@ -170,9 +170,9 @@ KROSAC_CONSTANT int32_t kSacXY = 4;                // IFTYPE: x-y data, unevenly
 KROSAC_CONSTANT int32_t kSacUnknownDependent = 5;  // IDEP: unknown kind
 KROSAC_CONSTANT int32_t kSacReferenceIsBegin = 9;  // IZTYPE: the reference time is that of B
 
-// What new headers are copied from: every field undefined but IFTYPE (kSacTimeSeries), IDEP
-// (kSacUnknownDependent), LEVEN, LOVROK and LCALDA (1). NVHDR stays undefined, as intended: whoever
-// builds a header sets it.
+// New headers are copies of this template. All fields are undefined except IFTYPE (kSacTimeSeries),
+// IDEP (kSacUnknownDependent), LEVEN, LOVROK and LCALDA (1). NVHDR is undefined, as intended: the
+// function that builds a header sets it.
 extern KROSAC_API const SacHeader kSacHeaderTemplate;
 
 KROSAC_C_END

@@ -6,14 +6,15 @@
 #include <type_traits>
 
 #include "CapturedLog.h"
+#include "krosac/platform/LastReason.h"
 
 namespace krosac {
 namespace {
 
-// Outside of archive() it has nothing to write to.
+// Only archive() gives it a buffer to write to.
 static_assert(!std::is_default_constructible_v<KeyedArchiver>);
 
-// A value of each type, by the names of its coders.
+// One value of each type, named as its encode and decode methods.
 // clang-format off
 #define VALUES(DO)                                                                   \
   DO(Int32, -2147483647) DO(Bool, true) DO(Char, -3) DO(Float, -0.1f) DO(Double, 1.0 / 3) \
@@ -26,7 +27,7 @@ static_assert(!std::is_default_constructible_v<KeyedArchiver>);
             coder.decode##TYPE("absent") == none##TYPE && coder.decode##TYPE("children") == none##TYPE;
 // clang-format on
 
-// Holds these values and references to others.
+// Holds these values and references to other nodes.
 struct Node : Archivable {
   const char* archiveClassName() const override { return name; }
   void encodeWithCoder(KeyedArchiver& coder) const override {
@@ -36,7 +37,8 @@ struct Node : Archivable {
     coder.encodeObject("next", next);
     coder.encodeObjects("children", children);
   }
-  // Not in the order of encoding: the search must come round, also behind another object's.
+  // Decodes in another order than encoded, also after another object, so the search must wrap
+  // around.
   Ref<Node> initWithCoder(KeyedUnarchiver& coder) {
     children = coder.decodeObjects<Node>("children");
     next = coder.decodeObject<Node>("next").get();
@@ -47,18 +49,18 @@ struct Node : Archivable {
   }
 
   const char* name = "Node";
-  const Node* next = nullptr;  // not owned, and after decoding only to be compared
+  const Node* next = nullptr;  // not owned; compared only after decoding
   std::vector<Ref<Node>> children;
   bool isRight = false;
 };
 
-TEST(ArchiveTest, ValuesComeBackSharedObjectsStaySharedAndCyclesEnd) {
+TEST(ArchiveTest, RestoresValuesSharedObjectsAndCycles) {
   const auto root = make<Node>(), shared = make<Node>(), stranger = make<Node>();
   root->next = root.get();
   root->children = {shared, make<Node>(), shared, nullptr, stranger};
   stranger->name = "Stranger";
   const auto copy = archivedCopy(*root);
-  ASSERT_TRUE(copy && copy->children.size() == 3) << "neither none nor another class";
+  ASSERT_TRUE(copy && copy->children.size() == 3) << "without the null and the other class";
   for (const Node* node : {copy.get(), copy->children[0].get(), copy->children[1].get()})
     EXPECT_TRUE(node->isRight);
   EXPECT_TRUE(copy->next == copy.get() && !copy->children[0]->next);
@@ -66,7 +68,7 @@ TEST(ArchiveTest, ValuesComeBackSharedObjectsStaySharedAndCyclesEnd) {
   EXPECT_FALSE(archivedCopy(*stranger));
 }
 
-TEST(ArchiveTest, DamageAndDeepNestingAreRefusedWithAMessage) {
+TEST(ArchiveTest, RefusesDamageAndDeepNestingWithAMessage) {
   CapturedLog log;
   std::vector<Ref<Node>> chain(kDeepestNesting + 1);
   for (auto& node : chain) node = make<Node>();
@@ -83,8 +85,35 @@ TEST(ArchiveTest, DamageAndDeepNestingAreRefusedWithAMessage) {
   }
 }
 
-// The checksum, which another program computed, stands for all the bytes before it.
-TEST(ArchiveTest, TheFormatStaysAsItIs) {
+struct OtherNode : Node {
+  const char* archiveClassName() const override { return "OtherNode"; }
+};
+
+TEST(ArchiveTest, RefusalsHaveReasonsAndSuccessHasNone) {
+  CapturedLog log;
+  std::vector<Ref<Node>> chain(kDeepestNesting + 1);
+  for (auto& node : chain) node = make<Node>();
+  for (std::size_t i = 0; i + 1 < chain.size(); ++i) chain[i]->next = chain[i + 1].get();
+  const auto deep = archive(*chain[0]), good = archive(*chain.back());
+  const auto reasonFor = [](std::string bytes, std::size_t at = 0, char difference = 0) {
+    bytes[at] = static_cast<char>(bytes[at] ^ difference);
+    unarchive<Node>(*ByteBuffer::copyOf(bytes.data(), bytes.size()));
+    return std::string(lastReason());
+  };
+  const std::string bytes(good->bytes(), good->bytes() + good->length());
+  EXPECT_EQ(reasonFor("krosac"), "not a keyed archive: 6 bytes");
+  EXPECT_EQ(reasonFor(bytes, 8, 2), "keyed archive of version 3, not 1");
+  EXPECT_EQ(reasonFor(bytes, bytes.size() - 4, 1),
+            "damaged keyed archive: checksum 20fb1597, computed 20fb1596");
+  EXPECT_EQ(reasonFor({deep->bytes(), deep->bytes() + deep->length()}),
+            "keyed archive nests more than 64 objects");
+  EXPECT_EQ(reasonFor(bytes), "");
+  EXPECT_FALSE(unarchive<OtherNode>(*good));
+  EXPECT_STREQ(lastReason(), "keyed archive holds a Node, not a OtherNode");
+}
+
+// The expected checksum of the whole archive was computed by another program.
+TEST(ArchiveTest, TheFormatDoesNotChange) {
   const auto bytes = archive(*make<Node>());
   const unsigned char* end = bytes->bytes() + bytes->length();
   EXPECT_EQ(std::string(end - 4, end), "\x96\x15\xfb\x20");

@@ -19,7 +19,7 @@ class ByteBufferTest : public ::testing::Test, public TemporaryFolder {
   std::ptrdiff_t entries() const { return std::distance(fs::directory_iterator(path()), {}); }
 };
 
-TEST_F(ByteBufferTest, ReadsBackWhatItWrote) {
+TEST_F(ByteBufferTest, ReadsWhatItWrote) {
   for (const auto& [size, asked] :
        {std::pair(0u, 9u), {1u, 1u}, {6u, 4u}, {10'000'000u, 1u << 30}}) {
     const std::string text(size, 'x');
@@ -31,7 +31,7 @@ TEST_F(ByteBufferTest, ReadsBackWhatItWrote) {
   EXPECT_EQ(entries(), 1);
 }
 
-TEST_F(ByteBufferTest, ReadsAndWritesNothingButRegularFilesThatMayBeWritten) {
+TEST_F(ByteBufferTest, RefusesEverythingButRegularFilesAndReadOnlyTargets) {
   ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
   for (const std::string& name :
        {path("pipe"), path(), path("new/"), path("missing/f"), std::string()})
@@ -39,14 +39,14 @@ TEST_F(ByteBufferTest, ReadsAndWritesNothingButRegularFilesThatMayBeWritten) {
   fs::permissions(write("f", "old"), fs::perms{0444});
   fs::permissions(path(), fs::perms{0777});
   const uid_t user = ::geteuid();
-  EXPECT_TRUE(user != 0 || ::seteuid(65534) == 0);  // since root may write them all
+  EXPECT_TRUE(user != 0 || ::seteuid(65534) == 0);  // root may write to any file
   EXPECT_FALSE(save("x", path("f")));
   EXPECT_EQ(::seteuid(user), 0);
   EXPECT_EQ(read("f"), "old");
   EXPECT_EQ(entries(), 2);
 }
 
-TEST_F(ByteBufferTest, KeepsThePermissionsOfAnOldFileAndTakesThoseOfANewOneFromTheUmask) {
+TEST_F(ByteBufferTest, KeepsThePermissionsOfOldFilesAndUsesTheUmaskForNewOnes) {
   fs::permissions(write("old", "old"), fs::perms{0604});
   const mode_t mask = ::umask(027);
   EXPECT_TRUE(save("x", path("old")) && save("x", path("new")));
@@ -55,7 +55,7 @@ TEST_F(ByteBufferTest, KeepsThePermissionsOfAnOldFileAndTakesThoseOfANewOneFromT
   EXPECT_EQ(fs::status(path("new")).permissions(), fs::perms{0640});
 }
 
-TEST_F(ByteBufferTest, WritesTheTargetOfLinksAndKeepsTheLinks) {
+TEST_F(ByteBufferTest, WritesThroughSymbolicLinks) {
   fs::create_directory(path("there"));
   fs::create_symlink(path("there/link"), path("absolute"));
   fs::create_symlink("target", path("there/link"));

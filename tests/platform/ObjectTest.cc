@@ -10,7 +10,7 @@ int living = 0;
 class Counted : public Object {
  public:
   Counted() { ++living; }
-  // An initialiser that autoreleases its receiver.
+  // An initialiser that autoreleases its object.
   Counted* Init() {
     autoreleaseReceiver();
     return this;
@@ -24,7 +24,7 @@ class Counted : public Object {
   }
 };
 
-TEST(ObjectTest, ReferencesAreCountedThroughCopiesMovesAndAssignments) {
+TEST(ObjectTest, CountsReferencesInCopiesMovesAndAssignments) {
   Ref<Counted> a = make<Counted>(), b = a;
   Ref<Object> base;
   base = b;
@@ -37,7 +37,7 @@ TEST(ObjectTest, ReferencesAreCountedThroughCopiesMovesAndAssignments) {
   EXPECT_EQ(moved->retainCount() + living, 2);
 }
 
-TEST(ObjectTest, APoolDropsWhatIsAutoreleasedInItsScope) {
+TEST(ObjectTest, APoolReleasesAtTheEndOfItsScope) {
   Ref<Counted> kept, adopted = make<Counted>();
   {
     AutoreleasePool pool;
@@ -46,14 +46,14 @@ TEST(ObjectTest, APoolDropsWhatIsAutoreleasedInItsScope) {
       AutoreleasePool inner;
       alloc<Counted>()->Init()->initialisedAtTheEnd = make<Counted>();
     }
-    EXPECT_EQ(living, 2) << "the end of a pool also drops what its releases autorelease";
+    EXPECT_EQ(living, 2) << "a pool also releases what its own releases autorelease";
     adopted->Init();
     EXPECT_TRUE(kept->retainCount() == 2 && adopted->retainCount() == 2);
   }
   EXPECT_TRUE(kept->retainCount() == 1 && adopted->retainCount() == 1);
 }
 
-TEST(ObjectTest, WithoutAPoolTheReferenceIsKeptAndTheLogSaysSoOnce) {
+TEST(ObjectTest, WithoutAPoolTheReferenceIsKeptAndLoggedOnce) {
   CapturedLog log;
   const auto object = make<Counted>();
   object->Init()->Init();

@@ -19,7 +19,7 @@ ProcessResult capture(const std::string& program, const std::vector<std::string>
   return runProcess({.program = program, .arguments = arguments, .capturesOutput = true});
 }
 
-// Nothing may stay open and no ended child unwaited, whatever a test has done.
+// After each test no file may be left open and no child left to wait for.
 struct ProcessTest : ::testing::Test {
   ~ProcessTest() override {
     EXPECT_TRUE(openFiles() == before && ::waitpid(-1, nullptr, WNOHANG) == -1);
@@ -29,7 +29,7 @@ struct ProcessTest : ::testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(ProcessTest, PassesArgumentsAndGivesOutputAndExitCode) {
+TEST_F(ProcessTest, PassesArgumentsAndReturnsOutputAndExitCode) {
   EXPECT_EQ(capture("/usr/bin/printf", {"[%s]", "", "a b", "$(id)", "<", "x;y", "*"}).output,
             "[][a b][$(id)][<][x;y][*]");
   EXPECT_EQ(capture("/bin/sh", {"-c", "exit 7"}).exitCode, 7);
@@ -38,7 +38,7 @@ TEST_F(ProcessTest, PassesArgumentsAndGivesOutputAndExitCode) {
   EXPECT_TRUE(killed.error.empty() && !killed.exitCode);
 }
 
-TEST_F(ProcessTest, SaysWhyNothingRanAndLeavesNoOldOutput) {
+TEST_F(ProcessTest, ReportsWhyNothingRanAndLeavesNoOldOutput) {
   const std::string plain = folder.write("plain", ""), out = folder.path("out");
   const std::pair<ProcessCommand, std::string> cases[] = {
       {{plain, {}, "", {}, out}, "run " + plain + ": Permission denied."},
@@ -53,7 +53,7 @@ TEST_F(ProcessTest, SaysWhyNothingRanAndLeavesNoOldOutput) {
   }
 }
 
-TEST_F(ProcessTest, WaitsForAProgramThatGetsWhatIsStatedAndNothingElseOfItsCaller) {
+TEST_F(ProcessTest, AProgramInheritsOnlyWhatIsStated) {
   fs::create_directory(folder.path("a folder"));
   folder.write("in", "text\n");
   folder.write("out", std::string(500, 'x'));
@@ -68,7 +68,7 @@ TEST_F(ProcessTest, WaitsForAProgramThatGetsWhatIsStatedAndNothingElseOfItsCalle
     ::sigprocmask(SIG_BLOCK, &all, nullptr);
     fs::current_path(folder.path());
     for (int file = 3; file < 1024; ++file) ::close(file);
-    std::ignore = std::freopen("in", "r", stdin);  // which is not the program's input
+    std::ignore = std::freopen("in", "r", stdin);  // must not become the program's input
     folder.write("files", capture("/bin/sh", {"-c", "cat; exec ls /proc/self/fd"}).output);
     folder.write("signals",
                  capture("/bin/grep", {"-E", "^Sig(Blk|Ign)", "/proc/self/status"}).output);
@@ -81,7 +81,7 @@ TEST_F(ProcessTest, WaitsForAProgramThatGetsWhatIsStatedAndNothingElseOfItsCalle
   ::waitpid(child, &status, 0);
   EXPECT_EQ(status, 0);
   EXPECT_THAT(folder.read("out"), MatchesRegex("text\n[0-9]+ 3000000\n/.*/a folder\n"));
-  EXPECT_EQ(folder.read("files"), "0\n1\n2\n3\n") << "the last is the folder that ls itself reads";
+  EXPECT_EQ(folder.read("files"), "0\n1\n2\n3\n") << "the last is opened by ls itself";
   // SIGPIPE and SIGCHLD are bits 13 and 17.
   EXPECT_THAT(folder.read("signals"),
               MatchesRegex("SigBlk:\t0+\nSigIgn:\t.{11}[02468ace]{2}.{3}\n"));

@@ -9,13 +9,14 @@
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
 #include "krosac/platform/Date.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/platform/Resources.h"
 #include "krosac/platform/internal/TruncIndex.h"
 
 namespace krosac {
 namespace {
 
-TEST(TruncIndexTest, IndexesStopAtTheEndsOf32BitsWhereOtherIntegersAreRefused) {
+TEST(TruncIndexTest, IndexesAreClampedTo32BitsAndOtherIntegersRefused) {
   for (const auto& [quotient, index, integer] : {std::tuple(-0.9, std::int64_t{0}, 0),
                                                  {1.9, 1, 1},
                                                  {-1.9, -1, -1},
@@ -30,7 +31,7 @@ TEST(TruncIndexTest, IndexesStopAtTheEndsOf32BitsWhereOtherIntegersAreRefused) {
   }
 }
 
-TEST(DateTest, AgreesWithTheSystemsCalendarBothWays) {
+TEST(DateTest, AgreesWithTheSystemCalendarInBothDirections) {
   std::mt19937_64 random(7);
   std::uniform_int_distribution<std::int64_t> seconds(-100'000'000'000, 300'000'000'000);
   for (int i = 0; i < 20000; ++i) {
@@ -44,7 +45,7 @@ TEST(DateTest, AgreesWithTheSystemsCalendarBothWays) {
   }
 }
 
-TEST(DateTest, CarriesAnyComponentsAndPrintsAnySeconds) {
+TEST(DateTest, AcceptsAnyComponentsAndAnySeconds) {
   constexpr auto kMost = INT32_MAX;
   const Date most = Date::fromComponents({kMost, kMost, kMost, kMost, kMost, kMost});
   EXPECT_NEAR(most.secondsSince1970 / kMost, 31556952 * 13 / 12.0 + 86400 + 3600 + 60 + 1, 100);
@@ -57,7 +58,7 @@ TEST(DateTest, CarriesAnyComponentsAndPrintsAnySeconds) {
     EXPECT_EQ(date.description(), text);
 }
 
-TEST(TextTest, FieldsAreTrimmedAndPathsTakenApartAndJoined) {
+TEST(TextTest, TrimsFieldsAndSplitsAndJoinsPaths) {
   for (const auto& [field, text] : {std::pair("  A B\t\n ", "A B"),
                                     {"ABCDEFGHI", "ABCDEFGH"},
                                     {"        ", ""},
@@ -71,31 +72,47 @@ TEST(TextTest, FieldsAreTrimmedAndPathsTakenApartAndJoined) {
     EXPECT_EQ(joinedPath(folder, name), path);
 }
 
-TEST(LogTest, ASinkGetsTheExactTextAndStandardErrorALineBreakInEveryLocale) {
+TEST(LogTest, SinksReceiveTheExactTextAndStandardErrorWholeLinesInAnyLocale) {
   const std::string longText(5000, 'x');
-  const auto speak = [&] {
+  const auto logTexts = [&] {
     log("%.1f and %d%%\n", 0.5, 5);
     log("%s", longText.c_str());
     log("%s", "");
   };
-  std::setlocale(LC_ALL, "de_DE.UTF-8");  // a decimal comma, where the machine has one
-  EXPECT_EQ(printedBy(speak), "|0.5 and 5%\n" + longText + "\n\n");
+  std::setlocale(LC_ALL, "de_DE.UTF-8");  // a decimal comma, if this locale is installed
+  EXPECT_EQ(printedBy(logTexts), "|0.5 and 5%\n" + longText + "\n\n");
   std::setlocale(LC_ALL, "C");
   CapturedLog captured;
-  speak();
+  logTexts();
   EXPECT_EQ(captured.texts, (std::vector<std::string>{"0.5 and 5%\n", longText, ""}));
 }
 
-TEST(ResourcesTest, TheNamedFolderComesFirstAndThePlacesTriedAreNamedOnce) {
+TEST(ResourcesTest, TheFolderOfTheEnvironmentComesFirstAndThePlacesTriedAreLoggedOnce) {
   const TemporaryFolder folder;
   CapturedLog log;
   EXPECT_FALSE(pathForResource("iasp91_none", "txt") || pathForResource("iasp91_none", "txt"));
   ASSERT_EQ(log.texts.size(), 1u);
+  EXPECT_EQ(log.texts[0], lastReason());
   EXPECT_NE(log.texts[0].find("/share/krosac/data/iasp91_none.txt"), std::string::npos);
   ::setenv("KROSAC_DATA", folder.path().c_str(), 1);
-  EXPECT_TRUE(pathForResource("iasp91_p", "txt")) << "of the next place";
+  EXPECT_TRUE(pathForResource("iasp91_p", "txt")) << "the installed file";
   const std::string file = folder.write("iasp91_p.txt", "1\n");
   EXPECT_EQ(pathForResource("iasp91_p", "txt"), file);
+  EXPECT_STREQ(lastReason(), "");
+  std::filesystem::create_directory(folder.path("iasp91_s.txt"));
+  EXPECT_NE(pathForResource("iasp91_s", "txt"), folder.path("iasp91_s.txt")) << "is a folder";
+  ::unsetenv("KROSAC_DATA");
+}
+
+TEST(ResourcesTest, ARelativeFolderIsResolvedWhenItIsFirstRead) {
+  const TemporaryFolder folder;
+  const auto former = std::filesystem::current_path();
+  const std::string file = folder.write("iasp91_p.txt", "1\n");
+  std::filesystem::current_path(folder.path());
+  ::setenv("KROSAC_DATA", ".", 1);
+  pathForResource("jbtables", "txt");
+  std::filesystem::current_path(former);
+  EXPECT_TRUE(std::filesystem::equivalent(*pathForResource("iasp91_p", "txt"), file));
   ::unsetenv("KROSAC_DATA");
 }
 

@@ -1,4 +1,5 @@
-// What each loader makes of images in this machine's byte order, the other, both and neither.
+// Loading of images that are plausible in this machine's byte order, in the other, in both or in
+// neither.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -13,13 +14,13 @@
 namespace krosac {
 namespace {
 
-// A file of samples with a header that IsSacFile accepts, and another DELTA.
+// A file that IsSacFile accepts, with this DELTA.
 std::string image(std::size_t samples, float delta) {
   return sacImage(Samples(samples, 2.0f), {{0, word(delta)}, {304, 6}});
 }
 
-// Three letters a row tell what initialisers, replacing and plain readers do: take the file as it
-// is (N), swap it (S) or refuse it (-). A fourth, Y, says that IsSacFile takes it for one.
+// The first three letters are for initialisers, replaceSacObjectDataWithPath and ReadSACfile: take
+// the file as it is (N), swap it (S) or refuse it (-). The fourth is Y if IsSacFile accepts it.
 TEST(ByteOrderTable, DecisionsOfTheLoaders) {
   // 0.5 stays positive when swapped, 0.1 becomes negative; 65536 becomes 256.
   const std::string five = image(5, 0.5f), tenth = image(5, 0.1f), many = image(65536, 0.5f);
@@ -27,12 +28,11 @@ TEST(ByteOrderTable, DecisionsOfTheLoaders) {
     const char *name, *decisions;
     std::string bytes;
   } images[] = {{"native", "NNNY", five},
-                // The test for a SAC file looks at signs and the least length only, which may be
-                // plausible both ways.
+                // IsSacFile checks signs and lengths only, which may be plausible in both orders.
                 {"foreign", "SS-Y", foreign(five)},
                 {"foreign, DELTA of one sign", "SS--", foreign(tenth)},
                 {"native, both counts plausible", "NNNY", many},
-                // Plain readers never swap: 256 samples of the 65536 are taken as they are.
+                // ReadSACfile never swaps; it reads 256 of the 65536 samples unchanged.
                 {"foreign, both counts plausible", "SSN-", foreign(many)},
                 {"native, no samples", "N---", image(0, 0.5f)},
                 {"foreign, both fit, so as native", "N---", foreign(image(0, 0.5f))},
@@ -41,8 +41,8 @@ TEST(ByteOrderTable, DecisionsOfTheLoaders) {
                 {"foreign, one byte more", "-S-Y", foreign(five) + 'x'},
                 {"native, one byte less", "---Y", five.substr(0, 651)},
                 {"foreign, one byte less", "---Y", foreign(five).substr(0, 651)},
-                {"neither, DELTA not a number", "--N-", image(5, NAN)},
-                {"neither, DELTA below 0 both ways", "--N-", image(5, -1.5e-39f)},
+                {"neither, DELTA is NaN", "--N-", image(5, NAN)},
+                {"neither, DELTA < 0 in both orders", "--N-", image(5, -1.5e-39f)},
                 {"neither, a header cut off", "----", five.substr(0, 631)},
                 {"nothing", "----", ""}};
   const TemporaryFolder folder;
@@ -65,7 +65,7 @@ TEST(ByteOrderTable, DecisionsOfTheLoaders) {
 }
 
 // Signalling and quiet NaNs with payloads, infinities, zeros, subnormal and ordinary numbers.
-TEST(ByteOrderTable, NoBitOfSamplesAndHeaderWordsIsLostOnAnyWay) {
+TEST(ByteOrderTable, LoadingAndSavingKeepEveryBitOfUserValuesAndSamples) {
   constexpr std::uint32_t kPatterns[] = {0x7f800001, 0xff812345, 0x7fa0a0a0, 0xffbfffff,
                                          0x7fc00001, 0xffedcba9, 0x7f800000, 0x80000000,
                                          0x00000001, 0xc640e400};

@@ -1,5 +1,5 @@
-// Nothing is lost and nothing half done is left when a process is killed, a system call fails, a
-// disk is full, a folder may not be written or a file changes while it is read.
+// Files stay complete when a process is killed, a system call fails, a disk is full, a folder may
+// not be written or a file changes while it is read.
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -34,7 +34,7 @@ int outcomeOf(int status) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : kKilled;
 }
 
-// Runs an action that gives an outcome in a child process.
+// Runs an action in a child process and returns its outcome.
 template <typename Action>
 int inChild(Action action) {
   const pid_t child = ::fork();
@@ -44,7 +44,7 @@ int inChild(Action action) {
   return outcomeOf(status);
 }
 
-// A child process that stands still before and after each of its system calls.
+// A child process that stops before and after each of its system calls.
 class Traced {
  public:
   template <typename Action>
@@ -59,13 +59,13 @@ class Traced {
   }
   ~Traced() { kill(); }
 
-  // False where the system lets no process trace its child.
+  // False if the system does not let a process trace its child.
   static bool isPossible() {
     return Traced([] { return 0; }).runs();
   }
   bool runs() const { return WIFSTOPPED(status_); }
   int outcome() const { return outcomeOf(status_); }
-  // Goes on to the next entry or end of a system call; false at the end of the process.
+  // Continues to the next entry or end of a system call; false at the end of the process.
   bool step() {
     if (runs()) {
       ::ptrace(PTRACE_SYSCALL, child_, nullptr, nullptr);
@@ -79,8 +79,8 @@ class Traced {
   }
 
 #ifdef __x86_64__
-  // At the entry of a system call: its number, with those that only manage memory, signals and the
-  // process's end counting as none.
+  // At the entry of a system call: its number, or -1 if it only manages memory or signals or ends
+  // the process.
   long call() {
     constexpr long kInternal[] = {SYS_brk,         SYS_mmap,           SYS_munmap,
                                   SYS_mremap,      SYS_mprotect,       SYS_madvise,
@@ -90,7 +90,7 @@ class Traced {
     const auto number = static_cast<long>(registers_.orig_rax);
     return std::ranges::count(kInternal, number) ? -1 : number;
   }
-  // Then: makes the call give this error, or move only a third of the bytes that it was to move.
+  // Then: make the call return this error, or transfer only a third of its bytes.
   void fail(int error) {
     set(registers_.orig_rax, -1);  // no such call
     step();
@@ -116,17 +116,17 @@ class Traced {
 
 const Samples kBefore(50, 1.0f), kAfter(5000, 2.0f);
 
-// A saver of a trace to "a.sac" in a folder that is the trace's place and the working directory.
+// A way to save a trace to "a.sac" in the working directory, where the trace also has its path.
 struct Saver {
   bool (*save)(S& s, const std::string& path);
   bool swapped;
 
-  // What this saver writes.
+  // The bytes that this saver writes.
   std::string bytes(const Samples& samples) const {
     const std::string image = imageOf(*traceOf(samples));
     return swapped ? foreign(image) : image;
   }
-  // An action that saves.
+  // Returns an action that saves.
   auto saving(const Samples& samples, const std::string& path) const {
     const auto s = traceOf(samples);
     s->setPath(path);
@@ -138,7 +138,7 @@ struct Saver {
 bool saveAs(S& s, const std::string&) {
   return s.saveAs("a.sac");
 }
-// Foreign traces are all written to their old path, in one way.
+// Savers write byte-swapped traces to their old path, all in the same way.
 const Saver kSavers[] = {{[](S& s, const std::string&) { return s.save(); }, false},
                          {[](S& s, const std::string& path) { return s.saveToPath(path); }, false},
                          {saveAs, false},
@@ -152,14 +152,14 @@ class FaultTest : public testing::Test {
   ~FaultTest() override { fs::current_path(former); }
 
   std::string bytes() const { return folder.read("a.sac"); }
-  // Whether there is one file and it is as the outcome of saving kAfter over kBefore says.
+  // True if there is one file and it agrees with the outcome of saving kAfter over kBefore.
   bool isAs(int outcome, const Saver& saver) const {
     return bytes() == saver.bytes(outcome == kWhole ? kAfter : kBefore) &&
            std::distance(fs::directory_iterator(folder.path()), {}) == 1;
   }
-  // Saves in a child that was first limited.
+  // Saves in a child process after limiting it.
   template <typename Limit>
-  void expectSaversTellTheTruth(Limit limit, int outcome) {
+  void expectSaversReport(Limit limit, int outcome) {
     for (const Saver& saver : kSavers) {
       folder.write("a.sac", saver.bytes(kBefore));
       const auto save = saver.saving(kAfter, path);
@@ -174,8 +174,8 @@ class FaultTest : public testing::Test {
   const CapturedLog captured;
 };
 
-TEST_F(FaultTest, ASaverKilledAtAnySystemCallLeavesTheOldFileOrTheNew) {
-  if (!Traced::isPossible()) GTEST_SKIP() << "no process may trace its child here";
+TEST_F(FaultTest, ASaverKilledAtAnySystemCallLeavesTheOldOrTheNewFile) {
+  if (!Traced::isPossible()) GTEST_SKIP() << "tracing a child is not permitted";
   for (const Saver& saver : kSavers) {
     std::string outcomes;
     for (int stops = 1; !outcomes.ends_with('e'); ++stops) {
@@ -189,21 +189,22 @@ TEST_F(FaultTest, ASaverKilledAtAnySystemCallLeavesTheOldFileOrTheNew) {
       ASSERT_TRUE(isNew || bytes() == saver.bytes(kBefore)) << stops;
       outcomes += ended && isNew ? 'e' : isNew ? 'n' : 'o';
     }
-    // Temporary files of the killed did not hinder the last; one rename divided old from new.
+    // The temporary files of killed savers do not stop the last one. One rename separates old from
+    // new.
     EXPECT_NE(outcomes.find("on"), std::string::npos) << outcomes;
-#ifndef __SANITIZE_ADDRESS__  // which makes calls of its own, now more and now fewer
+#ifndef __SANITIZE_ADDRESS__  // it makes a varying number of system calls itself
     EXPECT_EQ(outcomes.find("no"), std::string::npos) << outcomes;
 #endif
   }
 }
 
-TEST_F(FaultTest, AReaderSeesOneWholeFileOrAnotherWhileSaversRunAndAreKilled) {
+TEST_F(FaultTest, AReaderSeesCompleteFilesWhileSaversRunAndAreKilled) {
   for (const Saver& saver : kSavers) {
     const auto saveOne = saver.saving(kBefore, path), saveOther = saver.saving(kAfter, path);
     const std::string versions[] = {saver.bytes(kBefore), saver.bytes(kAfter)};
     folder.write("a.sac", versions[0]);
     const pid_t child = ::fork();
-    if (child == 0) ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // should a check below end this test
+    if (child == 0) ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // if a check below ends this test
     while (child == 0) {
       if (saveOther() != kWhole || saveOne() != kWhole) ::_exit(1);
     }
@@ -222,8 +223,8 @@ TEST_F(FaultTest, AReaderSeesOneWholeFileOrAnotherWhileSaversRunAndAreKilled) {
 }
 
 #if defined(__x86_64__) && !defined(__SANITIZE_ADDRESS__)
-// Runs an action once for each of its system calls, which fails with an error or, for 0, moves only
-// some of its bytes. The last time, when there is no such call any more, nothing is disturbed.
+// Runs an action once for each of its system calls and makes that call fail with an error or, if
+// the error is 0, transfer only some of its bytes. The last run is undisturbed.
 template <typename Prepare, typename Check>
 void disturbEachCall(Prepare prepare, int error, Check check) {
   bool reached = true;
@@ -242,8 +243,8 @@ void disturbEachCall(Prepare prepare, int error, Check check) {
   }
 }
 
-TEST_F(FaultTest, WhicheverCallOfASaverFailsTheBooleanIsTrueToTheFile) {
-  if (!Traced::isPossible()) GTEST_SKIP() << "no process may trace its child here";
+TEST_F(FaultTest, WhicheverCallOfASaverFailsTheResultAgreesWithTheFile) {
+  if (!Traced::isPossible()) GTEST_SKIP() << "tracing a child is not permitted";
   for (const Saver& saver : kSavers) {
     int refusals[2] = {};
     for (const int error : {ENOSPC, EINTR, 0}) {
@@ -257,15 +258,15 @@ TEST_F(FaultTest, WhicheverCallOfASaverFailsTheBooleanIsTrueToTheFile) {
         refusals[error == EINTR] += outcome == kRefused;
       });
     }
-    // To ask for rights, open, write, give permissions, flush, close and rename; an interrupted
-    // write goes on.
+    // Checking access, opening, writing, setting permissions, flushing, closing and renaming can
+    // fail. An interrupted write continues.
     EXPECT_GE(refusals[0], 7);
     EXPECT_LT(refusals[1], refusals[0]);
   }
 }
 
-TEST_F(FaultTest, WhicheverCallOfALoaderFailsItRefusesOrHasAll) {
-  if (!Traced::isPossible()) GTEST_SKIP() << "no process may trace its child here";
+TEST_F(FaultTest, WhicheverCallOfALoaderFailsItRefusesOrLoadsEverything) {
+  if (!Traced::isPossible()) GTEST_SKIP() << "tracing a child is not permitted";
   for (const bool swapped : {false, true}) {
     folder.write("a.sac", Saver{saveAs, swapped}.bytes(kAfter));
     for (const auto load : kLoaders) {
@@ -294,7 +295,7 @@ void limitFileSize(rlim_t most) {
 TEST_F(FaultTest, SaversOnAFullDiskLeaveTheOldFile) {
   constexpr rlim_t kNeeded = 632 + 4 * 5000;
   for (const rlim_t most : {rlim_t{0}, rlim_t{632}, kNeeded - 1, kNeeded})
-    expectSaversTellTheTruth([=] { limitFileSize(most); }, most < kNeeded ? kRefused : kWhole);
+    expectSaversReport([=] { limitFileSize(most); }, most < kNeeded ? kRefused : kWhole);
 }
 
 TEST_F(FaultTest, SaversWithoutRightsOrDescriptorsLeaveTheOldFile) {
@@ -302,21 +303,21 @@ TEST_F(FaultTest, SaversWithoutRightsOrDescriptorsLeaveTheOldFile) {
     if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) ::_exit(kNotAllowed);
   };
   folder.write("a.sac", "");
-  // First of the file, in a folder that takes new ones, then of the folder.
+  // First a read-only file in a writable folder, then a read-only folder.
   for (const auto& [ofFolder, ofFile] : {std::pair<mode_t, mode_t>{0777, 0444}, {0555, 0666}}) {
     ASSERT_EQ(::chmod(folder.path().c_str(), ofFolder) | ::chmod(path.c_str(), ofFile), 0);
-    expectSaversTellTheTruth(dropRights, kRefused);
+    expectSaversReport(dropRights, kRefused);
   }
   ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
   const auto dropDescriptors = [] {
     const rlimit none{0, 0};
     ::setrlimit(RLIMIT_NOFILE, &none);
   };
-  expectSaversTellTheTruth(dropDescriptors, kRefused);
+  expectSaversReport(dropDescriptors, kRefused);
   EXPECT_FALSE(traceOf(kBefore)->saveToPath("/dev/full"));
 }
 
-// A file system of 20 KiB, which cannot hold the new file, in a name space of a child, so that
+// A file system of 20 KiB cannot hold the new file. It is mounted in a child's name space, so
 // nothing stays mounted.
 TEST_F(FaultTest, SaversOnASmallFileSystemLeaveTheOldFile) {
   for (const Saver& saver : kSavers) {
@@ -330,12 +331,12 @@ TEST_F(FaultTest, SaversOnASmallFileSystemLeaveTheOldFile) {
       const int result = saver.saving(kAfter, path)();
       return isAs(kRefused, saver) ? result : kWrong;
     });
-    if (outcome == kNotAllowed) GTEST_SKIP() << "no file system may be mounted here";
+    if (outcome == kNotAllowed) GTEST_SKIP() << "mounting is not permitted";
     EXPECT_EQ(outcome, kRefused);
   }
 }
 
-// Each writes its header and then 5000 samples, y first where there are two blocks.
+// Each writes its header and 5000 samples; an x-y file has y first.
 using PlainWriter = void (*)(const char* path, const float* x, std::int32_t* status);
 const PlainWriter kPlainWriters[] = {[](const char* path, const float* x, std::int32_t* status) {
                                        SacHeader header;
@@ -356,7 +357,7 @@ const PlainWriter kPlainWriters[] = {[](const char* path, const float* x, std::i
                                               static_cast<int>(std::strlen(path)));
                                      }};
 
-TEST_F(FaultTest, PlainWritersWriteInPlaceAndSayWhatTheyCouldNot) {
+TEST_F(FaultTest, PlainWritersWriteInPlaceAndReportFailures) {
   for (const PlainWriter& writer : kPlainWriters) {
     const auto writes = [&](const std::string& to) {
       std::int32_t status = 7;
@@ -380,18 +381,18 @@ TEST_F(FaultTest, PlainWritersWriteInPlaceAndSayWhatTheyCouldNot) {
   }
 }
 
-TEST_F(FaultTest, AFileThatShrinksWhileItIsReadIsRefusedOrWhole) {
+TEST_F(FaultTest, AFileThatShrinksWhileItIsReadIsRefusedOrComplete) {
   const Samples samples(30000, 2.0f);
   for (const bool swapped : {false, true}) {
     const std::string image = Saver{saveAs, swapped}.bytes(samples);
     folder.write("a.sac", image);
-    // Shrinks the file step by step and puts a whole one in its place, again and again.
+    // Shrinks the file in steps and replaces it by a complete one, repeatedly.
     const std::jthread shrinking([&](const std::stop_token& stop) {
       while (!stop.stop_requested()) {
         folder.write("next", image);
         for (const std::size_t less : {std::size_t{1}, image.size() / 2, image.size() - 632})
           fs::resize_file(path, image.size() - less);
-        folder.write("next", image);  // takes a while, in which readers meet the short file
+        folder.write("next", image);  // meanwhile readers find the short file
         fs::rename(folder.path("next"), path);
       }
     });

@@ -1,5 +1,5 @@
-// Results of all the library's folders as one line each: a name and a hash of the bits. They must
-// be the same for every compiler, level of optimisation, time zone, locale and thread.
+// Results from all folders of the library, one line each: a name and a hash of the bits. They must
+// be the same for every compiler, optimisation level, time zone, locale and thread.
 #ifndef KROSAC_TESTS_ROBUSTNESS_REFERENCEBITS_H
 #define KROSAC_TESTS_ROBUSTNESS_REFERENCEBITS_H
 
@@ -29,7 +29,7 @@ class Hash {
     } else if constexpr (std::is_same_v<T, Ref<ByteBuffer>>) {
       add(value->bytes(), value->length());
     } else if constexpr (std::is_floating_point_v<T>) {
-      // Processors differ in the sign of what is not a number.
+      // The sign of a NaN depends on the processor.
       const T number = std::isnan(value) ? std::numeric_limits<T>::quiet_NaN() : value;
       add(&number, sizeof number);
     } else if constexpr (std::is_arithmetic_v<T>) {
@@ -51,7 +51,7 @@ class Hash {
 
 using Results = std::map<std::string, Hash>;
 
-// Values in -1..1, from a generator that no library can change.
+// Values in -1..1 from a generator that depends on no library.
 inline Samples noise(std::size_t n) {
   Samples x(n);
   std::uint32_t state = 20110311;
@@ -62,7 +62,8 @@ inline Samples noise(std::size_t n) {
   return x;
 }
 
-// A trace of one day with all header values that operations want, beginning before its reference.
+// A trace of one day with all header values that operations use. It begins before the reference
+// time.
 inline Ref<SacObject> dayOfNoise() {
   const Samples x = noise(86400);
   auto s = make<SacObject>();
@@ -89,7 +90,7 @@ inline Ref<SacObject> dayOfNoise() {
 
 using Operation = std::function<void(SacObject&)>;
 
-// The operation with these arguments.
+// An operation that calls a method with these arguments.
 template <typename Function, typename... Arguments>
 Operation of(Function function, Arguments... arguments) {
   return [=](SacObject& s) { std::invoke(function, s, arguments...); };
@@ -303,7 +304,7 @@ inline void addFiles(Results& results) {
     if (!day->save() || !s->InitWithPath(path)) return s->release();
     s->setVerbose(2);
     log("%s %f", s->hypoPickString().c_str(), 0.5);
-    pathForResource("absent", "txt");  // the first to miss one says so, once
+    pathForResource("absent", "txt");  // logged once per process
     ProcessCommand echo;
     echo.program = "/bin/echo";
     echo.arguments = {s->flinnEngdahlString().value_or("none")};

@@ -1,5 +1,5 @@
-// Threads that each work on objects of their own get the same results as one alone. What the
-// library shares between them by design is touched here too.
+// Threads that work on separate objects get the results of a single thread. The state that the
+// library shares between threads is used here too.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kThreads = 4;
 
-// Runs an action in several threads that begin together, each with its number.
+// Runs an action in several threads that start together; the argument is the thread's number.
 template <typename Action>
 void inThreads(Action action) {
   std::barrier start(kThreads);
@@ -28,7 +28,7 @@ void inThreads(Action action) {
   }
 }
 
-TEST(Threads, OwnObjectsGiveTheResultsOfOneThread) {
+TEST(Threads, SeparateObjectsHaveTheResultsOfOneThread) {
   std::atomic<int> texts = 0;
   setLogSink([&](const std::string&) { ++texts; });
   std::string results[kThreads];
@@ -40,7 +40,7 @@ TEST(Threads, OwnObjectsGiveTheResultsOfOneThread) {
   EXPECT_NE(alone.find("files"), std::string::npos);
 }
 
-TEST(Threads, AnObjectMayBeHeldByManyThreads) {
+TEST(Threads, ManyThreadsMayHoldReferencesToOneObject) {
   const auto shared = traceOf(Samples(10));
   inThreads([&](int) {
     AutoreleasePool pool;
@@ -53,7 +53,7 @@ TEST(Threads, AnObjectMayBeHeldByManyThreads) {
   EXPECT_EQ(shared->retainCount(), 1);
 }
 
-TEST(Threads, TheCounterOfPointsInNoRegionGivesEachNumberOnce) {
+TEST(Threads, TheCounterOfPointsWithoutARegionReturnsEachNumberOnce) {
   constexpr int kCalls = 200000;
   std::vector<std::int32_t> numbers(kThreads * kCalls);
   inThreads([&](int thread) {

@@ -1,4 +1,4 @@
-// Prints the reference results.
+// Prints the reference bits.
 #include <cstdio>
 
 #include "robustness/ReferenceBits.h"

@@ -6,6 +6,8 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
+#include "krosac/sacio/ByteOrder.h"
 #include "sacio/SacImage.h"
 
 namespace krosac {
@@ -22,7 +24,7 @@ std::string file(std::int32_t npts, int samples, int off = 0) {
   return image;
 }
 
-TEST(SacFile, IsSacFileWantsPlausibleHeaders) {
+TEST(SacFile, IsSacFileChecksTheHeader) {
   const TemporaryFolder folder;
   const std::tuple<std::size_t, std::uint32_t, int> cases[] = {
       {0, wordOf(0), -1}, {0, wordOf(-0.5f), -1}, {0, 0x7fc00000, -1}, {304, 0u - 12345, -1},
@@ -31,17 +33,18 @@ TEST(SacFile, IsSacFileWantsPlausibleHeaders) {
     const auto path = folder.write("file", file(2, 0).replace(offset, 4, bytesOf(word)));
     EXPECT_EQ(IsSacFile(path.c_str()), result) << offset << ' ' << word;
   }
+  EXPECT_EQ(IsSacFile(folder.write("text", std::string(632, 'x')).c_str()), 1);
 }
 
-TEST(SacFile, ReadersTakeWhatIsThereAndSayWhatIsNot) {
+TEST(SacFile, ReadersReturnSamplesAndStatus) {
   const TemporaryFolder folder;
   const struct {
     std::string bytes;
-    std::int32_t max, isSac, n;  // n: what is read of each block
+    std::int32_t max, isSac, n;  // n: values read of each block
     std::int32_t even, xy;       // status of ReadSACfile and ReadSAC1, and of ReadSAC2
   } cases[] = {{file(3, 3), 4, 1, 3, 0, -1},
                {file(3, 6), 4, -1, 3, 0, 0},
-               {file(3, 6), 2, -1, 2, 0, 0},  // two reads in a row
+               {file(3, 6), 2, -1, 2, 0, 0},  // two consecutive reads
                {file(INT_MAX, 4), 2, 1, 2, 0, 0},
                {file(3, 3, -1), 4, 1, 3, -1, -1},
                {file(3, 6, -1), 4, -1, 3, 0, -1},
@@ -72,29 +75,99 @@ TEST(SacFile, ReadersTakeWhatIsThereAndSayWhatIsNot) {
   }
 }
 
-TEST(SacFile, ReadersRefuseWhatIsNoFileAndNullArrays) {
+TEST(SacFile, ReadersRefuseBadPaths) {
   const TemporaryFolder folder;
-  const std::string brief = folder.write("brief", file(3, 0, -1)),
-                    whole = folder.write("whole", file(2, 4));
+  const std::string brief = folder.write("brief", file(3, 0, -1));
   SacHeader header;
-  float x[2] = {};
-  const char* const paths[] = {whole.c_str(), brief.c_str(), "missing", "/", nullptr};
+  float x[2] = {}, y[2] = {};
+  const char* const paths[] = {brief.c_str(), "missing", "/", nullptr};
   for (const char* path : paths) {
-    std::int32_t status[] = {7, 7, 7, 7, 7};
-    float* const array = path == whole.c_str() ? nullptr : x;
-    ReadSACHeader(path, array ? &header : nullptr, &status[0]);
-    ReadSACfile(path, array, &header, 2, &status[1]);
-    ReadSAC1(path, array, nullptr, nullptr, nullptr, 2, &status[2]);
-    ReadSAC2(path, nullptr, array, x, 2, &status[3]);
-    ReadSAC2(path, nullptr, x, array, 2, &status[4]);
+    std::int32_t status[] = {7, 7, 7, 7}, n = 7;
+    ReadSACHeader(path, &header, &status[0]);
+    ReadSACfile(path, x, &header, 2, &status[1]);
+    ReadSAC1(path, x, nullptr, nullptr, nullptr, 2, &status[2]);
+    ReadSAC2(path, &n, x, y, 2, &status[3]);
     EXPECT_THAT(status, Each(-1)) << path;
-    EXPECT_TRUE(!array || IsSacFile(path) == -1);
+    EXPECT_TRUE(n == 7 && IsSacFile(path) == -1);
   }
-  ReadSAC1(whole.c_str(), x, nullptr, nullptr, nullptr, 2, nullptr);
-  EXPECT_THAT(x, ElementsAre(1, 2));
 }
 
-// The writers alike: n samples, or n points with y from `samples` and x from `others`.
+std::string readReason(const std::string& path, std::int32_t max = 9) {
+  SacHeader header;
+  float x[9];
+  ReadSACfile(path.c_str(), x, &header, max, nullptr);
+  return lastReason();
+}
+
+std::string readReasonXY(const std::string& path) {
+  float x[9], y[9];
+  ReadSAC2(path.c_str(), nullptr, x, y, 9, nullptr);
+  return lastReason();
+}
+
+std::string testReason(const std::string& path) {
+  IsSacFile(path.c_str());
+  return lastReason();
+}
+
+std::string writeReason(const char* path, const float* samples, std::int32_t n) {
+  WriteSAC1(path, samples, n, nullptr, 1.0f, 0.0f);
+  return lastReason();
+}
+
+std::string writeReasonXY(const std::string& path, const float* x, std::int32_t n) {
+  WriteSAC2(path.c_str(), n, x, x, nullptr);
+  return lastReason();
+}
+
+std::string swapReason(const std::string& image) {
+  swapSACBytes(*ByteBuffer::copyOf(image.data(), image.size()));
+  return lastReason();
+}
+
+// In order: a success leaves no reason from the failure before it.
+TEST(SacFile, FailuresHaveReasonsAndSuccessHasNone) {
+  const TemporaryFolder folder;
+  const auto saved = [&](const std::string& bytes) { return folder.write("f", bytes); };
+  const std::string f = folder.path("f") + ": ", missing = folder.path("missing");
+  const std::vector<float> x(5000);
+  testing::internal::CaptureStdout();  // WriteSAC2 prints
+  const std::pair<std::string, std::string> reasons[] = {
+      {readReason(missing), missing + ": No such file or directory"},
+      {readReason(folder.path()), folder.path() + ": is a folder"},
+      {readReason("/dev/null"), "/dev/null: is not a regular file"},
+      {readReason(saved("x")), f + "needs 632 bytes, found 1"},
+      {readReason(saved(file(12684, 3)), 20000),
+       f + "needs 632 + 4 x 12684 = 51368 bytes, found 644"},
+      {readReason(saved(file(0, 0))), f + "no samples to read, NPTS or the maximum is 0"},
+      {readReason(saved(file(3, 3))), ""},
+      {readReasonXY(saved(file(3, 5))), f + "needs 632 + 4 x 6 = 656 bytes, found 652"},
+      {readReasonXY(saved(file(3, 6))), ""},
+      {testReason(saved(file(3, 4))), f + "may have 632 + 4 x 3 = 644 bytes, found 648"},
+      {testReason(saved(file(0, 0))), f + "NPTS is 0, below 1"},
+      {testReason(saved(headerImage())), f + "DELTA is -12345, not above 0"},
+      {testReason(saved(headerImage({{0, wordOf(1)}, {316, 1}}))), f + "NVHDR is -12345, below 0"},
+      {testReason(saved(file(3, 3))), ""},
+      {writeReason(nullptr, &x[0], 1), "no path given"},
+      {writeReason(missing.c_str(), nullptr, 1), missing + ": no samples given"},
+      {writeReason(missing.c_str(), nullptr, -1), missing + ": NPTS is -1"},
+      {writeReason(missing.c_str(), nullptr, 0),
+       missing + ": NPTS is 0, so the header alone was written"},
+      {writeReason("/dev/full", &x[0], 5000), "/dev/full: No space left on device"},
+      {writeReason(missing.c_str(), &x[0], 1), ""},
+      {writeReasonXY(missing + "/f", &x[0], 1), missing + "/f: Not a directory"},
+      {writeReasonXY("/dev/full", &x[0], 10), "/dev/full: No space left on device"},
+      {writeReasonXY(missing, &x[0], 1), ""},
+      {swapReason(""), "the image: needs 632 bytes, found 0"},
+      {swapReason(headerImage({{316, 0x80u}})), "the image: NPTS is -2147483648"},
+      {swapReason(headerImage({{316, 0x05000000u}})),
+       "the image: needs 632 + 4 x 5 = 652 bytes, found 632"},
+      {swapReason(headerImage({{316, 0u}})), ""}};
+  testing::internal::GetCapturedStdout();
+  for (const auto& [reason, expected] : reasons) EXPECT_EQ(reason, expected);
+}
+
+// Calls one of the writers with n samples, or n points with y = samples and x = others.
 void write(int writer, const char* path, const float* samples, const float* others, std::int32_t n,
            std::int32_t* status) {
   SacHeader header = kSacHeaderTemplate;
@@ -106,12 +179,12 @@ void write(int writer, const char* path, const float* samples, const float* othe
   if (writer == 2) WriteSAC2(path, n, others, samples, status);
 }
 
-TEST(SacFile, WritersWriteTheseBytes) {
+TEST(SacFile, WritersWriteHeaderAndSamples) {
   const TemporaryFolder folder;
   const std::string path = folder.write("file", std::string(5000, 'x'));
   const float y[4] = {std::bit_cast<float>(0x7fa00001), -2, -3, -4}, x[4] = {1, 2, 3, 4};
   const Words made = {{304, 6}, {308, 0}, {312, 0}, {424, 0}, {436, 0}};
-  // 3 * 0.1f rounded to a float is 0.3f, so that E is 0; in double, or fused, it would not be.
+  // E is 0 since 3 * 0.1f rounds to 0.3f. In double precision or fused it would differ from 0.
   for (const auto& [n, e] : {std::pair(4u, 0.0f), {0u, -0.4f}}) {
     const Words even = {{0, wordOf(0.1f)}, {20, wordOf(-0.3f)}, {24, wordOf(e)}, {316, n}};
     const std::string headers[] = {headerImage(even),
@@ -128,7 +201,7 @@ TEST(SacFile, WritersWriteTheseBytes) {
   }
 }
 
-TEST(SacFile, WritersRefuse) {
+TEST(SacFile, WritersReportFailuresAndLeaveOldFilesWhenArgumentsAreBad) {
   const TemporaryFolder folder;
   const std::string old = folder.write("old", "precious"), missing = folder.path("no/file");
   const std::vector<float> values(5000, 1.0f);
@@ -139,16 +212,16 @@ TEST(SacFile, WritersRefuse) {
       {old.c_str(), &values[0], -1, "creating file " + old},
       {"/dev/full", &values[0], 5000, "writing x values for file /dev/full"},
       {"/dev/full", &values[0], 600, "writing y values for file /dev/full"},
-      {"/dev/full", &values[0], 10, ""}};  // fails when it is closed
+      {"/dev/full", &values[0], 10, ""}};  // closing the file fails
   for (const auto& [path, samples, n, message] : cases) {
     std::int32_t status[] = {7, 7, 7};
-    std::string told;
+    std::string printed;
     for (int writer = 0; writer < 3; ++writer)
-      told += printedBy([&, path = path, samples = samples, n = n] {
+      printed += printedBy([&, path = path, samples = samples, n = n] {
         write(writer, path, samples, &values[0], n, &status[writer]);
         if (writer < 2) write(writer, path, samples, &values[0], n, nullptr);
       });
-    EXPECT_EQ(told, message.empty() ? "|||" : "||Problem " + message + "\n|");
+    EXPECT_EQ(printed, message.empty() ? "|||" : "||Problem " + message + "\n|");
     EXPECT_THAT(status, Each(-1)) << message;
   }
   EXPECT_EQ(folder.read("old"), "precious");

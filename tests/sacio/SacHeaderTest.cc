@@ -10,7 +10,7 @@ namespace {
 
 #define F(NAME) offsetof(SacHeader, NAME)
 
-TEST(SacHeader, FieldsLieWhereTheFormatPutsThem) {
+TEST(SacHeader, FieldsHaveTheOffsetsOfTheFormat) {
   // clang-format off
   const std::size_t offsets[] = {
 F(DELTA), F(DEPMIN), F(DEPMAX), F(SCALE), F(ODELTA), F(B), F(E), F(O), F(A), F(INTERNAL1), F(T0),

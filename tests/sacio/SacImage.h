@@ -1,4 +1,4 @@
-// SAC headers built byte by byte, as they lie in a file.
+// SAC headers built byte by byte in the layout of a file.
 #ifndef KROSAC_TESTS_SACIO_SACIMAGE_H
 #define KROSAC_TESTS_SACIO_SACIMAGE_H
 

@@ -7,6 +7,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/sacio/SacFile.h"
 #include "sacio/SacImage.h"
 
@@ -17,11 +18,11 @@ int length(const std::string& text) {
   return static_cast<int>(text.size());
 }
 
-// A header of NPTS 3, DELTA 0.5 and B 2, and values for two blocks.
+// A header with NPTS 3, DELTA 0.5 and B 2, and values for two blocks.
 const Words kEven = {{0, wordOf(0.5f)}, {20, wordOf(2)}, {24, wordOf(3)}, {304, 6}, {316, 3}};
 const float kValues[6] = {1, -2, 3, 4, 5, 6};
 
-TEST(SacRoutines, NamesReachTheirFields) {
+TEST(SacRoutines, NamesSelectTheirFields) {
   std::istringstream fields(
       "B 20 E 24 DELTA 0 DEPMIN 4 DEPMEN 224 DEPMAX 8 EVLA 140 EVLO 144 EVDP 152 STLA 124 STLO 128 "
       "STEL 132 CMPAZ 228 CMPINC 232 DIST 200 GCARC 212 AZ 204 BAZ 208 O 28 A 32 T0 40 T1 44 T2 48 "
@@ -48,7 +49,7 @@ TEST(SacRoutines, NamesReachTheirFields) {
   }
 }
 
-TEST(SacRoutines, NamesWithoutAMatchAreToldAndChangeNothing) {
+TEST(SacRoutines, NamesWithoutAMatchPrintWarningsAndChangeNothing) {
   std::int32_t error = 7, count = 7, one = 1;
   float read = 7, value = 1;
   char station[] = "abcdefgh";
@@ -94,12 +95,12 @@ TEST(SacRoutines, TextsLogicalsAndEnumeratedValues) {
   EXPECT_EQ(ghdr.LEVEN, odd);
 }
 
-TEST(SacRoutines, ReadersTellEachFailure) {
+TEST(SacRoutines, ReadersPrintEachFailure) {
   const TemporaryFolder folder;
   const std::string file = folder.path("file"), image = headerImage(kEven) + bytesOf(kValues);
   const std::string slashes(508 - folder.path().size(), '/');  // make a path of 512 characters
   const std::tuple<std::size_t, std::string, bool, bool, bool> cases[] = {
-      {656, file + " \t", true, true, true},  // whether header, one block and two can be read
+      {656, file + " \t", true, true, true},  // can header, one block, two be read?
       {656, folder.path() + slashes.substr(1) + "file", true, true, true},
       {656, folder.path() + slashes + "file", false, false, false},
       {655, file, true, true, false},
@@ -109,7 +110,7 @@ TEST(SacRoutines, ReadersTellEachFailure) {
     SCOPED_TRACE(bytes);
     folder.write("file", image.substr(0, bytes));
     const std::string end = " (io_error = -1, name = " + path.substr(0, path.find(' ')) + ")\n";
-    const auto told = [&](bool good, const char* what) {
+    const auto message = [&](bool good, const char* what) {
       return good ? "" : std::string("Problem reading the SAC ") + what + end;
     };
     float values[9] = {}, b = 9, delta = 9;
@@ -119,8 +120,8 @@ TEST(SacRoutines, ReadersTellEachFailure) {
                 rsac1_(path.data(), values + 6, &n, &b, &delta, &most, &error, length(path));
                 rsac2_(path.data(), values, &n, values + 3, &most, &errorXY, length(path));
               }),
-              told(header, "Header") + told(even, "File") + told(header, "XY Header") +
-                  told(xy, "XY File") + "|");
+              message(header, "Header") + message(even, "File") + message(header, "XY Header") +
+                  message(xy, "XY File") + "|");
     EXPECT_EQ(bytesOf(ghdr), headerImage(header ? kEven : Words()));
     EXPECT_EQ(std::tuple(error, errorXY, b, delta),
               std::tuple(even - 1, xy - 1, even ? 2 : 9, even ? 0.5f : 9));
@@ -131,7 +132,7 @@ TEST(SacRoutines, ReadersTellEachFailure) {
   }
 }
 
-TEST(SacRoutines, WritersWriteTheGlobalHeaderOrAsThePlainFunctions) {
+TEST(SacRoutines, WritersUseTheGlobalHeaderOrThePlainFunctions) {
   const TemporaryFolder folder;
   const std::string path = folder.path("file"), plain = folder.path("plain");
   std::int32_t error = 7, status = 7;
@@ -140,7 +141,7 @@ TEST(SacRoutines, WritersWriteTheGlobalHeaderOrAsThePlainFunctions) {
     ghdr.NPTS = n;
     ghdr.DELTA = 0.5f;
     ghdr.B = 2;
-    ghdr.LEVEN = 0;  // an x-y header, and yet one block is written
+    ghdr.LEVEN = 0;  // one block is written although the header is x-y
     wsac0_(path.data(), kValues, kValues + 3, &error, length(path));
     const Words words = {{0, wordOf(0.5f)}, {20, wordOf(2)}, {304, 6}, {316, n}, {420, 0}};
     EXPECT_EQ(folder.read("file"),
@@ -159,7 +160,7 @@ TEST(SacRoutines, WritersWriteTheGlobalHeaderOrAsThePlainFunctions) {
   EXPECT_EQ(error, 0);
 }
 
-TEST(SacRoutines, WhatIsMissingIsRefusedOrPassedOver) {
+TEST(SacRoutines, NullInputsAreRefusedAndNullOutputsSkipped) {
   const TemporaryFolder folder;
   const std::string old = folder.write("old", "precious");
   const std::int32_t three = 3, negative = -1;
@@ -170,7 +171,7 @@ TEST(SacRoutines, WhatIsMissingIsRefusedOrPassedOver) {
     std::int32_t errors[] = {7, 7, 7, 7, 7, 7};
     newhdr_();
     ghdr.NPTS = 3;
-    const std::string told = printedBy([&] {
+    const std::string printed = printedBy([&] {
       wsac0_(path.data(), kValues, y, &errors[0], length(path));
       wsac1_(path.data(), y, &three, &one, &one, &errors[1], length(path));
       wsac1_(path.data(), kValues, &three, nullptr, &one, &errors[2], length(path));
@@ -185,11 +186,42 @@ TEST(SacRoutines, WhatIsMissingIsRefusedOrPassedOver) {
       getkhv_("KSTNM", nullptr, nullptr, 5, 8);
       setlhv_("LEVEN", nullptr, nullptr, 5);
     });
-    EXPECT_EQ(told.find("Problem creating file " + path.substr(0, path.find(' ')) + "\n"), 0u);
+    EXPECT_EQ(printed.find("Problem creating file " + path.substr(0, path.find(' ')) + "\n"), 0u);
     EXPECT_THAT(errors, testing::Each(-1));
     EXPECT_EQ(bytesOf(ghdr), headerImage({{304, 6}, {316, 3}}));
   }
   EXPECT_EQ(folder.read("old"), "precious");
+}
+
+TEST(SacRoutines, FailuresHaveReasonsAndSuccessHasNone) {
+  const TemporaryFolder folder;
+  const std::string file = folder.path("file"), tooLong(513, 'f');
+  const std::int32_t one = 1;
+  const float value = 7;
+  const auto write = [&](const std::string& path, const float* b) {
+    wsac1_(path.data(), kValues, &one, b, &value, nullptr, length(path));
+    return std::string(lastReason());
+  };
+  const auto set = [&](const std::string& name, const float* input) {
+    setfhv_(name.data(), input, nullptr, length(name));
+    return std::string(lastReason());
+  };
+  const auto setType = [&](const std::string& type) {
+    setihv_("IFTYPE", type.data(), nullptr, 6, length(type));
+    return std::string(lastReason());
+  };
+  testing::internal::CaptureStdout();
+  const std::pair<std::string, std::string> reasons[] = {
+      {write(tooLong, &value), "file name of 513 characters, at most 511 are possible"},
+      {write(file, nullptr), "no count, begin time or interval given"},
+      {write(file, &value), ""},
+      {set("T0 ", &value), "no header field of this type is named \"T0 \""},
+      {set("T0", nullptr), "no value given"},
+      {set("T0", &value), ""},
+      {setType("IXY"), "no value of IFTYPE is named \"IXY\""},
+      {setType("ITIME"), ""}};
+  testing::internal::GetCapturedStdout();
+  for (const auto& [reason, expected] : reasons) EXPECT_EQ(reason, expected);
 }
 
 TEST(SacRoutines, TextHelpers) {

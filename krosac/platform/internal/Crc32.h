@@ -8,7 +8,8 @@
 
 namespace krosac {
 
-// The CRC-32 of ISO-HDLC (IEEE 802.3): polynomial 0x04C11DB7, reflected, all ones first and last.
+// CRC-32/ISO-HDLC (IEEE 802.3): polynomial 0x04C11DB7, reflected, initial value and final XOR all
+// ones.
 inline std::uint32_t crc32(std::string_view bytes) {
   static constexpr auto kTable = [] {
     std::array<std::uint32_t, 256> table{};

@@ -11,34 +11,34 @@
 
 namespace krosac {
 
-// What to run and how. No shell reads any of it, so no text can become a command. Relative paths
-// are taken from the caller's working directory. The standard error stream is the caller's.
+// A program and its environment. No shell is involved, so no text is interpreted as a command.
+// Relative paths start from the caller's working directory. Standard error is the caller's.
 struct ProcessCommand {
   std::string program = {};                 // a path; $PATH is not searched
-  std::vector<std::string> arguments = {};  // without the program's name; empty ones are passed on
-  std::string directory = {};               // to work in; empty for the caller's own
-  OptionalText inputFile = {};              // none: the input is at its end at once
-  // Made where it is missing and cut to nothing before anything else is tried, so that what an
-  // earlier program wrote is never taken for this one's output. None: the caller's own output.
+  std::vector<std::string> arguments = {};  // without the program's name; may be empty texts
+  std::string directory = {};               // working directory; empty for the caller's
+  OptionalText inputFile = {};              // none: standard input is empty
+  // Created or truncated before anything else, so that the output of an earlier program is never
+  // mistaken for this one's. None: the caller's standard output.
   OptionalText outputFile = {};
-  bool capturesOutput = false;  // into ProcessResult::output, in place of the file
+  bool capturesOutput = false;  // into ProcessResult::output instead of the file
 };
 
-// What became of a program.
+// The result of running a program.
 struct ProcessResult {
-  // Why the program did not run, or why its output is not whole, in a sentence; else empty.
+  // Why the program did not run or its output is incomplete, as lastReason(); empty on success.
   std::string error = {};
-  // None where the program did not run, was ended by a signal, or the caller ignores SIGCHLD and so
-  // keeps every status from us.
+  // None if the program did not run or was ended by a signal, or if the caller ignores SIGCHLD, so
+  // that the system keeps no status.
   std::optional<int> exitCode = {};
   // The captured output, complete or up to the error.
   std::string output = {};
 };
 
-// Runs a program and waits for its end. Captured output is read to the end of the pipe, so also
-// what the program's own children write. The child gets no signal blocked, SIGCHLD and SIGPIPE at
-// their defaults, and of the caller's open files those that are not close-on-exec. The caller's
-// working directory, streams and signals stay as they are. May be called from several threads.
+// Runs a program and waits for its end. Captured output is read to the end of the pipe, which
+// includes what the program's own children write. The program starts with no signal blocked,
+// SIGCHLD and SIGPIPE at their defaults, and the caller's open files that are not close-on-exec.
+// The caller's working directory, streams and signals do not change. Several threads may call this.
 KROSAC_API ProcessResult runProcess(const ProcessCommand& command);
 
 }  // namespace krosac

@@ -1,5 +1,5 @@
-// How operations say why they refuse: a public operation that can fail clears the reason first and
-// sets it where it refuses. One that carries on after a part of it failed clears it again.
+// Setting what lastReason() returns. A public operation that can fail clears the reason first and
+// sets it where it fails. An operation that continues after a failed part clears it again.
 #ifndef KROSAC_PLATFORM_INTERNAL_REASON_H
 #define KROSAC_PLATFORM_INTERNAL_REASON_H
 
@@ -12,7 +12,7 @@ void clearReason() noexcept;
 // Leaves errno as it was.
 void setReason(const char* format, ...) noexcept __attribute__((format(printf, 1, 2)));
 
-// Sets "PATH: TEXT" with the system's text for errno.
+// Sets "PATH: TEXT" with the system's English text for errno.
 void setSystemReason(const char* path) noexcept;
 
 }  // namespace krosac

@@ -11,7 +11,7 @@
 
 namespace krosac {
 
-// The characters that isspace, isdigit and tolower treat alike in the C locale.
+// isspace, isdigit and tolower of the C locale.
 constexpr bool isWhiteSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -22,31 +22,30 @@ constexpr char lowerCase(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// The text formatted as by printf in the C locale, whatever locale the program has set.
+// Formats as printf does in the C locale, whatever locale the program has set.
 KROSAC_API std::string formatText(const char* format, ...) __attribute__((format(printf, 1, 2)));
 KROSAC_API std::string formatTextV(const char* format, va_list arguments)
     __attribute__((format(printf, 1, 0)));
 
-// What a missing text prints as: "(null)".
+// The text, or "(null)" if there is none.
 inline const char* printable(const OptionalText& text) {
   return text ? text->c_str() : "(null)";
 }
 
-// The characters of a fixed-width field up to its first NUL or its full width, without white space
-// at both ends.
+// The characters of a fixed-width field up to its first NUL, without leading and trailing white
+// space.
 KROSAC_API std::string trimmedField(const char* field, std::size_t width);
 
-// The part of a path behind its last slash; trailing slashes do not count. "/" gives "/", an empty
-// path an empty text.
+// The part of a path after its last slash, ignoring trailing slashes; "/" for a path of slashes.
 KROSAC_API std::string lastPathComponent(const std::string& path);
 
-// A name below a folder, with one slash between them.
+// The path of a name in a folder, with one slash between them; the name if the folder is empty.
 KROSAC_API std::string joinedPath(const std::string& folder, const std::string& name);
 
-// Makes the C locale this thread's own while it lives.
+// Sets the C locale for the calling thread during its life.
 class KROSAC_API CLocaleScope {
  public:
-  // Changes this thread's locale, and brings the former one back.
+  // Set the locale and restore the previous one.
   CLocaleScope() noexcept;
   ~CLocaleScope();
   CLocaleScope(const CLocaleScope&) = delete;

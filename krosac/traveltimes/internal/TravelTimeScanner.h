@@ -2,11 +2,8 @@
 #ifndef KROSAC_TRAVELTIMES_INTERNAL_TRAVELTIMESCANNER_H
 #define KROSAC_TRAVELTIMES_INTERNAL_TRAVELTIMESCANNER_H
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <bit>
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -14,7 +11,7 @@
 #include <string_view>
 
 #include "krosac/platform/Resources.h"
-#include "krosac/platform/internal/RegularFile.h"
+#include "krosac/platform/internal/Files.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -63,22 +60,19 @@ class TravelTimeScanner {
   static constexpr std::size_t kLongestNumber = 8192;
 
   TravelTimeScanner() noexcept { chunk_[0] = '\0'; }
-  ~TravelTimeScanner() {
-    if (file_ >= 0) ::close(file_);
-  }
   TravelTimeScanner(const TravelTimeScanner&) = delete;
   TravelTimeScanner& operator=(const TravelTimeScanner&) = delete;
 
   // False when there is no regular file of this path that can be read.
   bool open(const char* path) noexcept {
     file_ = openRegularFile(path);
-    return file_ >= 0;
+    return file_.isOpen();
   }
 
-  // Opens the resource `name`.txt. Its path takes at most 1023 characters.
+  // Opens the resource `name`.txt.
   bool openResource(const char* name) noexcept try {
     const auto path = pathForResource(name, "txt");
-    return path && path->size() < 1024 && open(path->c_str());
+    return path && open(path->c_str());
   } catch (const std::bad_alloc&) {
     return false;
   }
@@ -134,11 +128,9 @@ class TravelTimeScanner {
     char* end = chunk_ + kept;
     char* const limit = chunk_ + kChunk;
     while (end < limit && !atEnd_) {
-      const ssize_t got = file_ < 0 ? 0 : ::read(file_, end, static_cast<std::size_t>(limit - end));
-      if (got > 0)
-        end += got;
-      else if (got == 0 || errno != EINTR)
-        atEnd_ = true;
+      const ssize_t got = file_.read(end, static_cast<std::size_t>(limit - end));
+      atEnd_ = got <= 0;
+      if (got > 0) end += got;
     }
     *end = '\0';
     at_ = chunk_;
@@ -147,7 +139,7 @@ class TravelTimeScanner {
 
   static constexpr std::size_t kChunk = 32768;
 
-  int file_ = -1;
+  File file_;
   bool atEnd_ = false;
   const char* at_ = chunk_;
   const char* end_ = chunk_;
