@@ -493,7 +493,7 @@ class KROSAC_API SacObject : public Archivable {
   // Divides by the response of a pole-zero file, in a band with the edges f1 to f2 and f3 to f4 Hz
   // of 1 - cos and cos; the band applies only where f2 > f1 and f4 > f3. A bin exactly at f4, other
   // than Nyquist, keeps its full weight (intended). A response of 0 at zero frequency, as every
-  // seismometer has, requires f1 >= 0 and the band: otherwise the trace becomes NaN. A file that
+  // seismometer has, requires the band and f1 >= 0: otherwise the trace is not finite. A file that
   // cannot be read, or holds no finite response, leaves the trace unchanged; see lastReason().
   void DeconvolveInstrument_TaperCorners(const std::string& path, const float corners[4]);
 
