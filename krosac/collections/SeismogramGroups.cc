@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <tuple>
 
-#include "krosac/seismogram/internal/Samples.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {

@@ -5,7 +5,7 @@
 #include <limits>
 #include <span>
 
-#include "krosac/seismogram/internal/Samples.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {
@@ -17,7 +17,7 @@ double absolute(double x) {
   return std::fabs(x);
 }
 
-// The samples that both traces have.
+// The samples that two traces have in common.
 struct Common {
   Common(const SacObject& first, const SacObject& second)
       : n(static_cast<std::int64_t>(std::min(samplesOf(first).size(), samplesOf(second).size()))),
@@ -29,7 +29,7 @@ struct Common {
 
 using Norm = double (*)(double);
 
-// The sums leave out the sample of index 0; this is intended.
+// The sums start at index 1; this is intended.
 double differenceFromSecond(const Common& x, Norm norm) {
   double sum = 0.0;
   for (std::int64_t i = 1; i < x.n; ++i) sum += norm(static_cast<double>(x.a[i]) - x.b[i]);
@@ -56,7 +56,7 @@ void shiftedMisfit(const SacObject& a, const SacObject& b, std::int32_t& shift, 
   double size = 0.0, least = 1e40;
   for (std::int64_t i = 0; i < x.n; ++i) size += norm(x.a[i]);
   if (!(size > 0.0)) return;
-  // Nothing is less than 0, which a shift by n or more gives, since it leaves no term.
+  // Stops at a ratio of 0, which nothing beats; a shift by n or more has no terms and yields it.
   for (std::int64_t s = -m; s < m && least > 0.0; ++s) {
     double sum = 0.0;
     for (std::int64_t i = std::max<std::int64_t>(s, 0); i < std::min(x.n, x.n + s); ++i) {

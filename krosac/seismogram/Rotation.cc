@@ -6,7 +6,7 @@
 #include <tuple>
 #include <utility>
 
-#include "krosac/seismogram/internal/Samples.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {
@@ -23,12 +23,13 @@ bool areDefined(std::initializer_list<float> values) {
   return std::ranges::none_of(values, [](float value) { return value == kSacUndefinedFloat; });
 }
 
-// Replaces each pair of samples by turn(a, b); false, and no change, when the counts differ.
-template <typename Turn>
-bool turnSamples(SacObject& first, SacObject& second, Turn turn) {
+// Replaces each pair of samples by rotate(a, b). Returns false and changes nothing when the counts
+// differ.
+template <typename Rotate>
+bool rotateSamples(SacObject& first, SacObject& second, Rotate rotate) {
   const auto a = samplesOf(first), b = samplesOf(second);
   if (first.npts() != second.npts() || a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) std::tie(a[i], b[i]) = turn(a[i], b[i]);
+  for (std::size_t i = 0; i < a.size(); ++i) std::tie(a[i], b[i]) = rotate(a[i], b[i]);
   first.ComputeExtrema();
   second.ComputeExtrema();
   return true;
@@ -45,13 +46,13 @@ void RotateSeismograms(SacObject& first, SacObject& second) {
 
   const Direction a(azimuthA), b(azimuthB), back(baz);
   const bool firstHadChanged = first.mSeisHasChanged(), secondHadChanged = second.mSeisHasChanged();
-  const bool turned = turnSamples(first, second, [&](float sampleA, float sampleB) {
+  const bool isRotated = rotateSamples(first, second, [&](float sampleA, float sampleB) {
     const float north = b.cosine * sampleB + a.cosine * sampleA;
     const float east = b.sine * sampleB + a.sine * sampleA;
     return std::pair(-back.cosine * north - back.sine * east,
                      -back.cosine * east + back.sine * north);
   });
-  if (!turned) return;
+  if (!isRotated) return;
   first.setMSeisHasChanged(firstHadChanged);
   second.setMSeisHasChanged(secondHadChanged);
   const float radial = baz + 180.0f > 360.0f ? baz + 180.0f - 360.0f : baz + 180.0f;
@@ -60,10 +61,10 @@ void RotateSeismograms(SacObject& first, SacObject& second) {
 }
 
 void RotateSeismogramsByAngle(SacObject& a, SacObject& b, float angle) {
-  const Direction turn(angle);
-  turnSamples(a, b, [&](float sampleA, float sampleB) {
-    return std::pair(turn.cosine * sampleA + turn.sine * sampleB,
-                     turn.cosine * sampleB - turn.sine * sampleA);
+  const Direction by(angle);
+  rotateSamples(a, b, [&](float sampleA, float sampleB) {
+    return std::pair(by.cosine * sampleA + by.sine * sampleB,
+                     by.cosine * sampleB - by.sine * sampleA);
   });
 }
 

@@ -1,6 +1,5 @@
 #include "krosac/seismogram/SacObject.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "krosac/platform/Log.h"
@@ -10,7 +9,7 @@ namespace krosac {
 
 SacObject::~SacObject() {
   if (verbose_ < 5) return;
-  // Texts and dates are values here: one holder when present.
+  // Texts and dates are values here and count as 1 when present.
   const auto countOf = [](bool present) { return present ? 1 : 0; };
   log("Object: %s", printable(myFileName_));
   log("myData retainCount: %d", myData_ ? myData_->retainCount() : 0);
@@ -32,26 +31,7 @@ void SacObject::setupPointers() {
   unsigned char* start = hasHeader ? myData_->mutableBytes() : nullptr;
   h_ = reinterpret_cast<SacHeader*>(start);
   seis_ = hasHeader ? reinterpret_cast<float*>(start + kSacHeaderBytes) : nullptr;
-  capacity_ = hasHeader ? (myData_->length() - kSacHeaderBytes) / sizeof(float) : 0;
   replacedData_ = nullptr;
-}
-
-// Makes a new image the object's own; false, and no change, where there is none.
-bool SacObject::installImage(Ref<ByteBuffer> image) {
-  if (!image) return false;
-  setMyData(std::move(image));
-  setupPointers();
-  return true;
-}
-
-std::span<float> SacObject::samples() const {
-  const auto stated = static_cast<std::size_t>(std::max(npts(), 0));
-  return {seis_, std::min(stated, capacity_)};
-}
-
-void SacObject::samplesChanged() {
-  ComputeExtrema();
-  mSeisHasChanged_ = true;
 }
 
 std::string SacObject::textOf(const char* field, std::size_t width) {

@@ -11,65 +11,71 @@ namespace {
 constexpr const char* kStars = "\n***************************************************";
 constexpr const char* kDashes = "\n---------------------------------------------------";
 
-// One line with a value, if it is defined.
+// Appends a line with a value where that is defined.
 void addLine(std::string& out, const char* format, float value) {
   if (isDefined(value)) out += formatText(format, static_cast<double>(value));
 }
 
-// One line with the first eight characters of a text field, if it is defined.
-void addLine(std::string& out, const char* format, const char* field) {
+// Appends a line with the first `width` characters of a text field where that is defined.
+void addLine(std::string& out, const char* format, const char* field, std::size_t width = 8) {
   constexpr std::size_t kMarkLength = 6;
   if (std::strncmp(field, kSacUndefinedText, kMarkLength) == 0) return;
-  out += formatText(format, std::string(field, strnlen(field, 8)).c_str());
+  out += formatText(format, std::string(field, strnlen(field, width)).c_str());
+}
+
+// The reference time plus an offset in seconds, null without a reference time. Its day is the day
+// of the year, from which copyWithZone would not start.
+Ref<SeisTimeObject> timeAt(const SacObject& s, float offset) {
+  if (!s.mySeisReferenceTime()) return nullptr;
+  auto time = make<SeisTimeObject>();
+  time->initWithTimeObject(*s.mySeisReferenceTime());
+  time->addSeconds(offset);
+  return time;
+}
+
+OptionalText timeText(const SacObject& s, float offset, const char* (SeisTimeObject::*form)()) {
+  const auto time = timeAt(s, offset);
+  return time ? OptionalText((time.get()->*form)()) : std::nullopt;
+}
+
+void describeStation(const SacHeader& h, std::string& out) {
+  addLine(out, "\nStation ID: %8s", h.KSTNM);
+  addLine(out, "\nNetwork: %8s", h.KNETWK);
+  addLine(out, "\nStation  Latitude: % .4f", h.STLA);
+  addLine(out, "\nStation Longitude: % .4f", h.STLO);
+  addLine(out, "\nStation Elevation: % .2f", h.STEL);
+}
+
+void describeEvent(const SacObject& s, std::size_t nameWidth, std::string& out) {
+  const SacHeader& h = *s.GetSacHeader();
+  addLine(out, "\nEvent ID: %8s", h.KEVNM, nameWidth);
+  if (isDefined(h.EVLA) && isDefined(h.EVLO))
+    out += formatText("\n%s", printable(s.flinnEngdahlString()));
+  if (isDefined(h.O)) {
+    out += formatText("\nEvent Origin Time:%s",
+                      printable(timeText(s, h.O, &SeisTimeObject::DOYcString)));
+  }
+  addLine(out, "\nEvent Laititude: % .4f", h.EVLA);  // the spelling is part of the text
+  addLine(out, "\nEvent Longitude: % .4f", h.EVLO);
+  addLine(out, "\nEvent Depth: % .3f", h.EVDP);
+  addLine(out, "\nEvent Magnitude: % .2f", h.MAG);
+}
+
+void describeGeometry(const SacObject& s, std::string& out) {
+  addLine(out, "\nGreat-Circle-Arclength: % .2f", s.gcarc());
+  addLine(out, "\nDistance: % .2f km", s.distance());
+  addLine(out, "\nAzimuth: % .2f", s.azimuth());
+  addLine(out, "\nBackazimuth: % .2f", s.backazimuth());
 }
 
 }  // namespace
-
-// The reference time plus an offset in seconds, in one of its two text forms; none without a
-// reference time.
-OptionalText SacObject::timeText(float offset, const char* (SeisTimeObject::*form)()) const {
-  if (!mySeisReferenceTime_) return std::nullopt;
-  const auto time = mySeisReferenceTime_->copyWithZone();
-  time->addSeconds(offset);
-  return (time.get()->*form)();
-}
-
-void SacObject::describeStation(std::string& out) const {
-  if (!h_) return;
-  addLine(out, "\nStation ID: %8s", h_->KSTNM);
-  addLine(out, "\nNetwork: %8s", h_->KNETWK);
-  addLine(out, "\nStation  Latitude: % .4f", h_->STLA);
-  addLine(out, "\nStation Longitude: % .4f", h_->STLO);
-  addLine(out, "\nStation Elevation: % .2f", h_->STEL);
-}
-
-void SacObject::describeEvent(std::string& out) const {
-  if (!h_) return;
-  addLine(out, "\nEvent ID: %8s", h_->KEVNM);
-  if (hasEventLocation()) out += formatText("\n%s", printable(myFERegionString_));
-  if (isDefined(h_->O)) {
-    out += formatText("\nEvent Origin Time:%s",
-                      printable(timeText(h_->O, &SeisTimeObject::DOYcString)));
-  }
-  addLine(out, "\nEvent Laititude: % .4f", h_->EVLA);  // the spelling is part of the text
-  addLine(out, "\nEvent Longitude: % .4f", h_->EVLO);
-  addLine(out, "\nEvent Depth: % .3f", h_->EVDP);
-  addLine(out, "\nEvent Magnitude: % .2f", h_->MAG);
-}
-
-void SacObject::describeGeometry(std::string& out) const {
-  addLine(out, "\nGreat-Circle-Arclength: % .2f", gcarc());
-  addLine(out, "\nDistance: % .2f km", distance());
-  addLine(out, "\nAzimuth: % .2f", azimuth());
-  addLine(out, "\nBackazimuth: % .2f", backazimuth());
-}
 
 std::string SacObject::description() const {
   const auto number = [](const char* format, float value) {
     return formatText(format, static_cast<double>(value));
   };
   const auto doyText = [this](float offset) {
-    return timeText(offset, &SeisTimeObject::DOYcString);
+    return timeText(*this, offset, &SeisTimeObject::DOYcString);
   };
   std::string out;
   out += kStars;
@@ -88,47 +94,45 @@ std::string SacObject::description() const {
   out += number("\nMaximum Value: % e", smax());
   if (iqual() != kSacUndefinedInt) out += formatText("\nQuality: % d", iqual());
   out += kDashes;
-  describeStation(out);
   if (h_) {
+    describeStation(*h_, out);
     addLine(out, "\nComponent ID: %8s", h_->KCMPNM);
     addLine(out, "\nComponent Azimuth: % .1f", h_->CMPAZ);
   }
   out += kDashes;
-  describeEvent(out);
+  if (h_) describeEvent(*this, sizeof h_->KEVNM, out);
   out += kDashes;
-  describeGeometry(out);
+  describeGeometry(*this, out);
   out += kStars;
   return out + "\n";
 }
 
 std::string SacObject::stationDescription() {
   std::string out;
-  describeStation(out);
+  if (h_) describeStation(*h_, out);
   if (isDefined(stla()) && isDefined(stlo())) {
     // The region at the event's position, not the station's; this is intended.
     out += "\nStation Geographic Region:" + flinnEngdahlGeographicRegion();
   }
-  describeGeometry(out);
+  describeGeometry(*this, out);
   return out;
 }
 
 std::string SacObject::eventDescription() const {
   const std::string separator = "\n" + std::string(102, '-');
   std::string out = separator + formatText("\nFile Path:\n%s", printable(myPath_)) + separator;
-  describeEvent(out);
+  if (h_) describeEvent(*this, 8, out);
   return out;
 }
 
 OptionalText SacObject::oTimeString() const {
-  return isDefined(o()) ? timeText(o(), &SeisTimeObject::YMDcString) : std::nullopt;
+  return isDefined(o()) ? timeText(*this, o(), &SeisTimeObject::YMDcString) : std::nullopt;
 }
 
 std::string SacObject::hypoPickString() const {
   if (!isDefined(a())) return "NoPick";
   std::string text = "(null)";
-  if (mySeisReferenceTime_) {
-    const auto pick = mySeisReferenceTime_->copyWithZone();
-    pick->addSeconds(a());
+  if (const auto pick = timeAt(*this, a())) {
     text = formatText("%4d/%02d/%02d %02d:%02d:%06.3f", pick->mYr(), pick->mMonth(), pick->mDate(),
                       pick->mHr(), pick->mMn(), pick->mSec() + pick->mMsec() / 1000.0);
   }

@@ -5,7 +5,7 @@
 #include "krosac/dsp/Butterworth.h"
 #include "krosac/dsp/internal/Series.h"
 #include "krosac/platform/internal/TruncIndex.h"
-#include "krosac/seismogram/internal/SacObjectSpectral.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {
@@ -16,26 +16,21 @@ constexpr double kPi = 3.141592653589793;
 
 void SacObject::LPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std::int32_t poles) {
   if (!(corner > 0.0f)) return;
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   GRLPBUfilter(x.data(), static_cast<int>(x.size()), passes, poles, delta(), corner);
-  samplesChanged();
+  samplesChanged(*this);
 }
 
 void SacObject::HPBUfilter_NPasses_NPoles(float corner, std::int32_t passes, std::int32_t poles) {
   if (!(corner > 0.0f)) return;
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   GRHPBUfilter(x.data(), static_cast<int>(x.size()), passes, poles, delta(), corner);
-  samplesChanged();
-}
-
-void SacObject::takeBack(PackedSpectrum& spectrum, double scale) {
-  spectrum.inverse(samples(), scale);
-  samplesChanged();
+  samplesChanged(*this);
 }
 
 void SacObject::RGaussianFilter(float a) {
   const auto window = [a](double omega) { return gaussian(omega, a); };
-  shapeSpectrum([&](PackedSpectrum& s) {
+  shapeSpectrum(*this, [&](PackedSpectrum& s) {
     s.nyquist() = static_cast<float>(s.nyquist() * window(s.nyquistOmega()));
     s.scaleBins([&](std::size_t k) { return window(s.omega(k)); });
   });
@@ -47,7 +42,7 @@ void SacObject::RGaussianFilterSwapOld_New(float oldA, float newA) {
     const double divisor = gaussian(omega, oldA), factor = gaussian(omega, newA);
     return divisor > kLeastDivisor ? factor / divisor : factor;
   };
-  shapeSpectrum([&](PackedSpectrum& s) {
+  shapeSpectrum(*this, [&](PackedSpectrum& s) {
     s.nyquist() = static_cast<float>(s.nyquist() * exchange(s.nyquistOmega()));
     s.scaleBins([&](std::size_t k) { return exchange(s.omega(k)); });
   });
@@ -59,9 +54,10 @@ void SacObject::SGaussianFilter_Alpha(float f0, float alpha) {
   const double squaredAlpha = static_cast<double>(alpha) * alpha;
   const auto window = [&](double omega) { return std::exp(-squaredAlpha * squaredOffset(omega)); };
   shapeSpectrum(
+      *this,
       [&](PackedSpectrum& s) {
         s.dc() = static_cast<float>(s.dc() * window(0.0));
-        // Here alpha stands to the first power; this is intended.
+        // The first power of alpha here is intended.
         s.nyquist() =
             static_cast<float>(s.nyquist() * std::exp(-alpha * squaredOffset(s.nyquistOmega())));
         s.scaleBins([&](std::size_t k) { return window(s.omega(k)); });
@@ -70,7 +66,7 @@ void SacObject::SGaussianFilter_Alpha(float f0, float alpha) {
 }
 
 void SacObject::CosineTaperFilter(float f1, float f2, float f3, float f4) {
-  shapeSpectrum([&](PackedSpectrum& s) {
+  shapeSpectrum(*this, [&](PackedSpectrum& s) {
     const auto weight = [&](float f) { return cosineEdges(f, f1, f2, f3, f4); };
     s.dc() = static_cast<float>(s.dc() * weight(0.0f));
     s.nyquist() = static_cast<float>(s.nyquist() * weight(s.nyquistFrequency()));
@@ -81,7 +77,7 @@ void SacObject::CosineTaperFilter(float f1, float f2, float f3, float f4) {
 void SacObject::TstarFilter(float tstar) {
   constexpr float kOneOverPi = 0.31830989f;
   constexpr double kLargestExponent = 10.0;
-  shapeSpectrum([&](PackedSpectrum& s) {
+  shapeSpectrum(*this, [&](PackedSpectrum& s) {
     s.nyquist() = 0.0f;
     s.multiplyBins([&](std::size_t k, double& re, double& im) {
       const double omega = s.omega(k), exponent = omega * tstar / 2.0;
@@ -97,17 +93,18 @@ void SacObject::TstarFilter(float tstar) {
 void SacObject::CosineTimeFunctionFilterDuration(float duration) {
   if (!(duration >= 0.0f)) return;
   const std::int32_t m = truncInt32(duration / delta() + 0.5);
-  if (m >= 2 && convolveWithCosinePulse(samples(), delta(), duration, m)) samplesChanged();
+  if (m >= 2 && convolveWithCosinePulse(samplesOf(*this), delta(), duration, m))
+    samplesChanged(*this);
 }
 
 void SacObject::TrapezoidFilter(float rise, float top, float fall) {
-  if (convolveWithTrapezoid(samples(), delta(), rise, top, fall)) samplesChanged();
+  if (convolveWithTrapezoid(samplesOf(*this), delta(), rise, top, fall)) samplesChanged(*this);
 }
 
 void SacObject::NoiseFilterStartingAtTime(float t) {
-  const auto x = samples();
-  const std::int32_t index = truncInt32((t - b()) / delta());
-  if (x.empty() || index == kNoInt32) return;
+  const auto x = samplesOf(*this);
+  const std::int64_t index = truncIndex((t - b()) / delta());
+  if (x.empty() || index == kNoIndex) return;
   const auto k = static_cast<std::size_t>(std::clamp<std::int64_t>(index, 0, std::ssize(x)));
   auto [signal, noise] = PackedSpectrum::ofTwo(x, x.first(k), paddedLength(x.size()), delta());
   if (!signal) return;
@@ -124,10 +121,10 @@ void SacObject::NoiseFilterStartingAtTime(float t) {
 
   float greatest = std::max(std::fabs(noise.dc()), std::fabs(noise.nyquist()));
   noise.forEachBin([&](std::size_t, float& re, float& im) {
-    re = std::sqrt(re * re + im * im);  // from here on the amplitude
+    re = std::sqrt(re * re + im * im);  // the amplitude replaces the real part
     greatest = std::max(greatest, re);
   });
-  // Without noise these factors are not a number, and so becomes the trace.
+  // Without noise these factors are NaN, and so is the trace.
   const auto factor = [greatest](float amplitude) {
     return 1.0f - std::fabs(amplitude) / greatest;
   };
@@ -139,11 +136,11 @@ void SacObject::NoiseFilterStartingAtTime(float t) {
     re *= factor(amplitude[2 * bin]);
     im *= factor(amplitude[2 * bin]);
   });
-  takeBack(signal);
+  takeBack(*this, signal);
 }
 
 Ref<ByteBuffer> SacObject::spectrum() const {
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   PackedSpectrum spectrum(x, paddedLength(x.size()), delta());
   if (!spectrum) return nullptr;
   for (float& value : std::span(spectrum.values(), x.size())) value *= delta();
@@ -151,9 +148,9 @@ Ref<ByteBuffer> SacObject::spectrum() const {
   return spectrum.buffer();
 }
 
-// The whitened spectrum itself is nowhere used: this only scales, as intended.
+// Only scales the samples: the whitened spectrum itself is never used. This is intended.
 void SacObject::prewhiten() {
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   if (x.empty()) return;
   ScaleAmplitudes(2.0f / (static_cast<float>(paddedLength(x.size())) * delta()));
 }

@@ -4,7 +4,25 @@
 #include "krosac/timegeo/GreatCircle.h"
 
 namespace krosac {
-namespace {}  // namespace
+namespace {
+
+struct RegionNames {
+  const char *geographic, *seismic;
+};
+
+bool hasEventLocation(const SacObject& s) {
+  return isDefined(s.evla()) && isDefined(s.evlo());
+}
+
+// Stores the region numbers of the event's location and returns their names.
+RegionNames lookUpRegions(const SacObject& s, std::int32_t& geographic, std::int32_t& seismic) {
+  RegionNames names{};
+  fe_lookup(s.evla(), s.evlo(), &geographic, &seismic);
+  fe_region(&geographic, &names.geographic, &seismic, &names.seismic);
+  return names;
+}
+
+}  // namespace
 
 bool SacObject::computeDistAzBAz() {
   if (!h_ || !isDefined(h_->EVLA) || !isDefined(h_->EVLO) || !isDefined(h_->STLA) ||
@@ -34,29 +52,18 @@ void SacObject::setStationLocationLat_Lon_Elevation(float latitude, float longit
   computeDistAzBAz();
 }
 
-bool SacObject::hasEventLocation() const {
-  return isDefined(evla()) && isDefined(evlo());
-}
-
-// Takes the region numbers of the event's location and gives their names.
-SacObject::RegionNames SacObject::lookUpRegions() {
-  RegionNames names{};
-  fe_lookup(evla(), evlo(), &myGreg_, &mySreg_);
-  fe_region(&myGreg_, &names.geographic, &mySreg_, &names.seismic);
-  return names;
-}
-
 void SacObject::setFlinnEngdahlRegion() {
-  if (!hasEventLocation()) {
+  if (!hasEventLocation(*this)) {
     myFERegionString_ = "FE Region: N/A\n";
     return;
   }
-  const RegionNames names = lookUpRegions();
+  const RegionNames names = lookUpRegions(*this, myGreg_, mySreg_);
   myFERegionString_ = std::string(names.seismic) + " / " + names.geographic;
 }
 
 std::string SacObject::flinnEngdahlGeographicRegion() {
-  return hasEventLocation() ? lookUpRegions().geographic : std::string();
+  return hasEventLocation(*this) ? lookUpRegions(*this, myGreg_, mySreg_).geographic
+                                 : std::string();
 }
 
 }  // namespace krosac

@@ -5,7 +5,7 @@
 
 #include "krosac/dsp/internal/Series.h"
 #include "krosac/platform/internal/Text.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {
@@ -34,13 +34,23 @@ Field fieldOf(const Field (&table)[kCount], int key) {
   return key >= 0 && static_cast<std::size_t>(key) < kCount ? table[key] : nullptr;
 }
 
-// Label reads keep 7 of the 8 characters; this is intended.
+// Reading a label keeps 7 of its 8 characters; this is intended.
 std::string label(const SacHeader* h, TextField field) {
   return h && field ? trimmedField(h->*field, 7) : std::string();
 }
 
 int compare(float mine, float others) {
   return others > mine ? -1 : mine > others ? 1 : 0;
+}
+
+double epochTime(const SacObject& s, float offset) {
+  const auto& reference = s.myReferenceDate();
+  const std::int32_t ms = s.GetSacHeader() ? s.GetSacHeader()->NZMSEC : kSacUndefinedInt;
+  return (reference ? reference->secondsSince1970 : 0.0) + ms / 1000.0 + offset;
+}
+
+bool beginsWith(const SacHeader* h, const char* kind) {
+  return h && std::strncmp(h->KUSER0, kind, std::strlen(kind)) == 0;
 }
 
 }  // namespace
@@ -106,30 +116,24 @@ float SacObject::gamma() const {
 }
 
 double SacObject::epochStartTime() const {
-  const double reference = myReferenceDate_ ? myReferenceDate_->secondsSince1970 : 0.0;
-  return reference + field(&SacHeader::NZMSEC) / 1000.0 + b();
+  return epochTime(*this, b());
 }
 
 double SacObject::epochEndTime() const {
-  const double reference = myReferenceDate_ ? myReferenceDate_->secondsSince1970 : 0.0;
-  return reference + field(&SacHeader::NZMSEC) / 1000.0 + e();
-}
-
-bool SacObject::kindIs(const char* kind) const {
-  return h_ && std::strncmp(h_->KUSER0, kind, std::strlen(kind)) == 0;
+  return epochTime(*this, e());
 }
 
 bool SacObject::isP() const {
-  return kindIs("P");
+  return beginsWith(h_, "P");
 }
 bool SacObject::isSH() const {
-  return kindIs("SH");
+  return beginsWith(h_, "SH");
 }
 bool SacObject::isR1() const {
-  return kindIs("R1");
+  return beginsWith(h_, "R1");
 }
 bool SacObject::isG1() const {
-  return kindIs("G1");
+  return beginsWith(h_, "G1");
 }
 
 void SacObject::fixEndTime() {
@@ -138,7 +142,7 @@ void SacObject::fixEndTime() {
 
 void SacObject::ComputeExtrema() {
   if (!h_) return;
-  const Extrema extrema = extremaOf<float>(samples());
+  const Extrema extrema = extremaOf<float>(samplesOf(*this));
   h_->DEPMIN = extrema.min;
   h_->DEPMAX = extrema.max;
   h_->DEPMEN = extrema.mean;

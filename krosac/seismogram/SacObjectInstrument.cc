@@ -2,8 +2,9 @@
 #include <cmath>
 
 #include "krosac/dsp/internal/PolesAndZeros.h"
-#include "krosac/platform/Log.h"
-#include "krosac/seismogram/internal/SacObjectSpectral.h"
+#include "krosac/platform/LastReason.h"
+#include "krosac/platform/internal/Reason.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {
@@ -21,7 +22,7 @@ bool readResponse(const std::string& path, PolesAndZeros& response) {
          std::ranges::all_of(response.zeros.pairs, isFinite);
 }
 
-// The responses of an instrument, given by its code or its roots, at the bins of a block.
+// The responses of an instrument, which its code or its roots define, at a block of bins.
 class Responses {
  public:
   template <typename Instrument>
@@ -31,7 +32,7 @@ class Responses {
     for (std::size_t i = 0; i < count; ++i) omega[i] = bins.omega(first + i);
     respond(instrument, {omega, count}, re, im);
   }
-  // The real part at one frequency.
+  // The real part at a single frequency.
   template <typename Instrument>
   static float realAt(const Instrument& instrument, float omega) {
     float re, im;
@@ -42,8 +43,8 @@ class Responses {
   float re[PackedBins::kBlock], im[PackedBins::kBlock];
 };
 
-// Tapers the packed pairs at f = j df; the first pair is that of zero and Nyquist frequency, and
-// the latter is then set by its own frequency.
+// Tapers the packed pairs at f = j df. The first pair holds the zero-frequency and Nyquist bins;
+// the latter is then weighted by its own frequency.
 void taperBand(PackedSpectrum& s, float f1, float f2, float f3, float f4) {
   const double rise = kHalfPi / (f2 - f1), fall = kHalfPi / (f4 - f3);
   const float nyquist = s.nyquist(), nyquistFrequency = s.nyquistFrequency();
@@ -51,7 +52,7 @@ void taperBand(PackedSpectrum& s, float f1, float f2, float f3, float f4) {
     double weight = f <= f1 || f > f4 ? 0.0 : 1.0;
     if (f1 < f && f <= f2) weight *= 1.0 - std::cos((f - f1) * rise);
     if (f3 <= f && f < f4) weight *= std::cos((f - f3) * fall);
-    // Assigned, since a response of zero leaves values that are not finite.
+    // Zero is assigned because dividing by a response of 0 leaves values that are not finite.
     first = weight == 0.0 ? 0.0f : static_cast<float>(first * weight);
     second = weight == 0.0 ? 0.0f : static_cast<float>(second * weight);
   };
@@ -67,7 +68,7 @@ void taperBand(PackedSpectrum& s, float f1, float f2, float f3, float f4) {
 }  // namespace
 
 void SacObject::ConvolveInstrument(int code) {
-  shapeSpectrum([&](PackedSpectrum& s) {
+  shapeSpectrum(*this, [&](PackedSpectrum& s) {
     s.dc() *= Responses::realAt(code, 0.0f);
     s.nyquist() *= Responses::realAt(code, s.nyquistFrequency() * kTwoPiSingle);
     s.multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
@@ -83,10 +84,10 @@ void SacObject::ConvolveInstrument(int code) {
 void SacObject::DeconvolveInstrument_TaperCorners(const std::string& path, const float corners[4]) {
   PolesAndZeros response;
   if (!readResponse(path, response)) {
-    log("No instrument response in %s; the seismogram is left as it is.", path.c_str());
+    if (!*lastReason()) setReason("%s: no finite instrument response", path.c_str());
     return;
   }
-  shapeSpectrum([&](PackedSpectrum& s) {
+  shapeSpectrum(*this, [&](PackedSpectrum& s) {
     s.dc() /= Responses::realAt(response, 0.0f);
     s.nyquist() /= Responses::realAt(response, s.nyquistFrequency() * kTwoPiSingle);
     s.multiplyBlocks([&](std::size_t first, std::span<double> re, std::span<double> im) {
@@ -97,7 +98,7 @@ void SacObject::DeconvolveInstrument_TaperCorners(const std::string& path, const
         re[i] = h.re[i] / squared;
         im[i] = -h.im[i] / squared;
         if (squared > 0.0) continue;
-        // What has no response has no signal.
+        // A bin without response has no signal.
         re[i] = im[i] = 0.0;
         std::fill_n(s.values() + 2 * (first + i), 2, 0.0f);
       }

@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/ByteOrder.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 #include "krosac/timegeo/Calendar.h"
 
 namespace krosac {
@@ -25,8 +27,35 @@ SacHeader swapped(const SacHeader& h) {
   return *reinterpret_cast<const SacHeader*>(image->bytes());
 }
 
-// Whether the header of a file of this size fits it better when swapped: it gives the file's exact
-// size, or at least one that the file holds, and the raw one does not.
+// Sets the reason why bytes are not a valid image. The header is that of the byte order whose NPTS
+// fits the length better; `limit` says what the length is.
+void setInvalidReason(const std::string& path, const ByteBuffer& image,
+                      const char* limit = "found") {
+  const char* const name = path.c_str();
+  const auto length = static_cast<long long>(image.length());
+  if (image.length() < kSacHeaderBytes)
+    return setReason("%s: needs %zu bytes for the header, %s %lld", name, kSacHeaderBytes, limit,
+                     length);
+  const unsigned char* const bytes = image.bytes();
+  const auto isText = [](unsigned char c) {
+    return (c >= ' ' && c <= '~') || (c >= '\t' && c <= '\r');
+  };
+  if (std::all_of(bytes, bytes + kSacHeaderBytes, isText))
+    return setReason("%s: is text, not a SAC image", name);
+  const auto& raw = *reinterpret_cast<const SacHeader*>(bytes);
+  const SacHeader other = swapped(raw);
+  const auto misfit = [&](const SacHeader& h) { return std::llabs(imageBytes(h.NPTS) - length); };
+  const SacHeader& h = misfit(other) < misfit(raw) ? other : raw;
+  if (h.NPTS < 0) return setReason("%s: NPTS is %d, below 0", name, h.NPTS);
+  if (!hasPlausibleCounts(h))
+    return setReason("%s: DELTA is %g, below 0 or NaN", name, static_cast<double>(h.DELTA));
+  if (misfit(h) == 0) return setReason("%s: is in the other byte order", name);
+  setReason("%s: needs 632 + 4 x NPTS = %lld bytes, %s %lld", name,
+            static_cast<long long>(imageBytes(h.NPTS)), limit, length);
+}
+
+// True when the swapped header fits a file of this size better than the raw one. A header that
+// states the exact size fits best, then one that states a smaller size.
 bool isForeign(const SacHeader& raw, std::int64_t fileBytes) {
   const auto fit = [&](const SacHeader& h) {
     const bool holds = hasPlausibleCounts(h) && imageBytes(h.NPTS) <= fileBytes;
@@ -35,37 +64,145 @@ bool isForeign(const SacHeader& raw, std::int64_t fileBytes) {
   return fit(swapped(raw)) > fit(raw);
 }
 
-// Reads a file into an image that exists: its header and at most as many samples as there is room
-// for. The words of a file in the opposite byte order stay as they are, but for an NPTS that says
-// how many samples were read. False when the file cannot be read. The file is looked at once, so
-// that the byte order found is that of the samples taken, also where others replace it meanwhile.
-bool readIntoImage(const std::string& path, SacHeader& h, std::size_t capacity, bool& foreign) {
+// Reads a file into an existing image: the header and as many samples as it has room for. Words of
+// a file of the opposite byte order are not swapped, but NPTS is set to the number of samples read.
+// Returns false when the file cannot be read. The file is read only once, so that byte order and
+// samples belong together even where another process replaces the file meanwhile.
+bool readIntoImage(const std::string& path, ByteBuffer& image, bool& foreign) {
   const auto file = ByteBuffer::fromFile(path);
-  if (!file || file->length() < kSacHeaderBytes) return false;
+  if (!file) return false;
+  if (file->length() < kSacHeaderBytes) {
+    setInvalidReason(path, *file);
+    return false;
+  }
   const auto& raw = *reinterpret_cast<const SacHeader*>(file->bytes());
   foreign = isForeign(raw, static_cast<std::int64_t>(file->length()));
-  const auto most = static_cast<std::int32_t>(std::min<std::size_t>(capacity, INT32_MAX));
+  const auto most = static_cast<std::int32_t>(countIn(image, INT32_MAX));
   const std::int32_t count = std::min((foreign ? swapped(raw) : raw).NPTS, most);
-  if (count < 1 || static_cast<std::int64_t>(file->length()) < imageBytes(count)) return false;
-  std::memcpy(static_cast<void*>(&h), file->bytes(), static_cast<std::size_t>(imageBytes(count)));
+  if (count < 1 || static_cast<std::int64_t>(file->length()) < imageBytes(count)) {
+    setInvalidReason(path, *file);
+    if (count == 0) setReason("%s: has no samples, or the buffer has no room", path.c_str());
+    return false;
+  }
+  std::memcpy(image.mutableBytes(), file->bytes(), static_cast<std::size_t>(imageBytes(count)));
   const auto word = static_cast<std::uint32_t>(count);
-  h.NPTS = static_cast<std::int32_t>(foreign ? __builtin_bswap32(word) : word);
+  reinterpret_cast<SacHeader*>(image.mutableBytes())->NPTS =
+      static_cast<std::int32_t>(foreign ? __builtin_bswap32(word) : word);
   return true;
+}
+
+bool hasValidImage(const SacObject& s) {
+  const SacHeader* h = s.GetSacHeader();
+  return h && hasPlausibleCounts(*h) &&
+         static_cast<std::int64_t>(viewedImage(s)->length()) == imageBytes(h->NPTS);
+}
+
+// What a file loader logs while it determines the byte order.
+struct LoadMessages {
+  bool logsImages;
+  const char* fullStop;         // at the end of the message for an invalid file
+  const char* limit = "found";  // precedes the length of the image in the reason
+};
+constexpr LoadMessages kVerbose = {true, "."}, kQuiet = {false, ""},
+                       kIntoBuffer = {true, ".", "the buffer has"};
+
+void logImage(const SacObject& s, const std::string& path) {
+  log("%s npts:%d delta:%f Size0:%lld Size1:%lld", path.c_str(), s.npts(),
+      static_cast<double>(s.delta()), static_cast<long long>(s.myData()->length()),
+      static_cast<long long>(imageBytes(s.npts())));
+}
+
+// Makes the image native, swapping it where it is known to be foreign or not valid as it is.
+bool settleByteOrder(SacObject& s, const std::string& path, const LoadMessages& messages,
+                     bool isKnownForeign) {
+  if (!isKnownForeign && hasValidImage(s)) return true;
+  if (messages.logsImages) logImage(s, path);
+  swapSACBytes(*s.myData());
+  if (messages.logsImages) logImage(s, path);
+  if (hasValidImage(s)) {
+    s.setSwappedBytes(true);
+    return true;
+  }
+  setInvalidReason(path, *s.myData(), messages.limit);
+  log("Tried swapping bytes for %s", path.c_str());
+  log("%s is not a valid SAC file%s", path.c_str(), messages.fullStop);
+  return false;
+}
+
+void setUpReferenceTime(SacObject& s) {
+  const SacHeader& h = *s.GetSacHeader();
+  std::int32_t month = 1, day = h.NZJDAY;
+  monthdate(h.NZYEAR, h.NZJDAY, &month, &day);
+  s.setMyReferenceDate(Date::fromComponents({h.NZYEAR, month, day, h.NZHOUR, h.NZMIN, h.NZSEC}));
+  auto time = make<SeisTimeObject>();
+  time->initWithValues_month_date_hour_minute_second_millisecond(h.NZYEAR, month, day, h.NZHOUR,
+                                                                 h.NZMIN, h.NZSEC, h.NZMSEC);
+  s.setMySeisReferenceTime(std::move(time));
+}
+
+// The part that all loaders share, from a valid native image.
+void finishLoading(SacObject& s, const std::string& path) {
+  s.setMyPath(path);
+  s.setMyFileName(lastPathComponent(path));
+  setUpReferenceTime(s);
+  if (s.verbose() > 0) {
+    log("Seismogram Date: %s", s.myReferenceDate()->description().c_str());
+    log("Seismogram Reference Time: %s", s.mySeisReferenceTime()->DOYcString());
+    log("Seismogram Reference Time: %s", s.mySeisReferenceTime()->YMDcString());
+  }
+  s.setFlinnEngdahlRegion();
+  s.computeDistAzBAz();
+  s.setMSeisHasChanged(false);
+  s.setMSeisIsLocked(false);
+}
+
+// What the loaders of files do with an image that has been read.
+bool loadImage(SacObject& s, const std::string& path, const LoadMessages& messages,
+               bool isKnownForeign = false) {
+  if (!settleByteOrder(s, path, messages, isKnownForeign)) return false;
+  s.fixEndTime();
+  s.ComputeExtrema();
+  finishLoading(s, path);
+  return true;
+}
+
+bool loadFile(SacObject& s, const std::string& path, const LoadMessages& messages) {
+  clearReason();
+  s.setVerbose(0);
+  if (installImage(s, ByteBuffer::fromFile(path))) return loadImage(s, path, messages);
+  log("Problem reading bytes in %s", path.c_str());
+  return false;
+}
+
+// What the loaders of buffers do; the image stays installed where it is not valid.
+bool loadBuffer(SacObject& s, const Ref<ByteBuffer>& image, const std::string& path) {
+  clearReason();
+  s.setSwappedBytes(false);
+  s.setVerbose(0);
+  s.setMyData(image);
+  s.setupPointers();
+  if (hasValidImage(s)) {
+    finishLoading(s, path);
+    return true;
+  }
+  if (image)
+    setInvalidReason(path, *image);
+  else
+    setReason("%s: no bytes given", path.c_str());
+  log("%s is not a valid SAC file.", path.c_str());
+  return false;
 }
 
 }  // namespace
 
-// What the file loaders say while they look for the byte order.
-struct SacObject::LoadRules {
-  bool logsImages;
-  const char* fullStop;  // at the end of the message for an invalid file
-};
-
 Ref<SacObject> SacObject::initWithCapacity(std::int32_t n) {
+  clearReason();
+  if (n < 0) setReason("a seismogram cannot have %d samples", n);
   if (!init() || n < 0) return nullptr;
   swappedBytes_ = false;
   verbose_ = 0;
-  if (!installImage(ByteBuffer::zeroed(static_cast<std::size_t>(imageBytes(n))))) return nullptr;
+  if (!installImage(*this, ByteBuffer::zeroed(static_cast<std::size_t>(imageBytes(n)))))
+    return nullptr;
   *h_ = kSacHeaderTemplate;
   h_->NPTS = n;
   h_->B = 0.0f;
@@ -79,30 +216,13 @@ Ref<SacObject> SacObject::initWithCapacity(std::int32_t n) {
 }
 
 bool SacObject::InitWithNSData_withPath(const Ref<ByteBuffer>& image, const std::string& path) {
-  swappedBytes_ = false;
-  verbose_ = 0;
-  setMyData(image);
-  setupPointers();
-  const bool valid = hasValidImage();
-  if (valid) {
-    finishLoading(path);
-  } else {
-    log("%s is not a valid SAC file.", path.c_str());
-  }
+  const bool isLoaded = loadBuffer(*this, image, path);
   autoreleaseReceiver();
-  return valid;
+  return isLoaded;
 }
 
 bool SacObject::initWithNSData_withPath(const Ref<ByteBuffer>& image, const std::string& path) {
-  swappedBytes_ = false;
-  verbose_ = 0;
-  setMyData(image);
-  setupPointers();
-  if (hasValidImage()) {
-    finishLoading(path);
-    return true;
-  }
-  log("%s is not a valid SAC file.", path.c_str());
+  if (loadBuffer(*this, image, path)) return true;
   setMyData(nullptr);
   setupPointers();
   return false;
@@ -110,103 +230,37 @@ bool SacObject::initWithNSData_withPath(const Ref<ByteBuffer>& image, const std:
 
 bool SacObject::InitWithPath(const std::string& path) {
   swappedBytes_ = false;
-  if (!loadFile(path, {true, "."})) return false;
+  if (!loadFile(*this, path, kVerbose)) return false;
   autoreleaseReceiver();
   return true;
 }
 
 bool SacObject::initWithPath(const std::string& path) {
   swappedBytes_ = false;
-  // Quiet, and its message lacks the full stop of the others; both are intended.
-  return loadFile(path, {false, ""});
+  // Logs no images, and its message lacks the full stop of the others; both are intended.
+  return loadFile(*this, path, kQuiet);
 }
 
 bool SacObject::loadFromPath(const std::string& path) {
-  // swappedBytes stays as it was where the file is native; this is intended.
-  return loadFile(path, {true, "."});
+  // Keeps swappedBytes where the file is native; this is intended.
+  return loadFile(*this, path, kVerbose);
 }
 
 bool SacObject::replaceSacObjectDataWithPath(const std::string& path) {
   swappedBytes_ = false;
   verbose_ = 0;
-  bool foreign = false;
+  bool isForeign = false;
+  clearReason();
   setupPointers();
-  if (!h_ || !readIntoImage(path, *h_, capacity_, foreign)) {
-    log("Problem reading bytes in %s", path.c_str());
-    return false;
-  }
-  if (!settleByteOrder(path, {true, "."}, foreign)) return false;
-  fixEndTime();
-  ComputeExtrema();
-  finishLoading(path);
-  return true;
-}
-
-bool SacObject::loadFile(const std::string& path, const LoadRules& rules) {
-  verbose_ = 0;
-  if (!installImage(ByteBuffer::fromFile(path))) {
-    log("Problem reading bytes in %s", path.c_str());
-    return false;
-  }
-  if (!settleByteOrder(path, rules, false)) return false;
-  fixEndTime();
-  ComputeExtrema();
-  finishLoading(path);
-  return true;
-}
-
-bool SacObject::hasValidImage() const {
-  return h_ && hasPlausibleCounts(*h_) &&
-         static_cast<std::int64_t>(viewedData()->length()) == imageBytes(h_->NPTS);
-}
-
-bool SacObject::isSacFile() const {
-  return hasValidImage() && h_->DELTA < 10000.0f;
-}
-
-void SacObject::logImage(const std::string& path) const {
-  log("%s npts:%d delta:%f Size0:%lld Size1:%lld", path.c_str(), npts(),
-      static_cast<double>(delta()), static_cast<long long>(myData_->length()),
-      static_cast<long long>(imageBytes(npts())));
-}
-
-// Makes the image native: as it is, or swapped. An image known to be foreign is not tried as it is.
-bool SacObject::settleByteOrder(const std::string& path, const LoadRules& rules, bool foreign) {
-  if (!foreign && hasValidImage()) return true;
-  if (rules.logsImages) logImage(path);
-  swapSACBytes(*myData_);
-  if (rules.logsImages) logImage(path);
-  if (hasValidImage()) {
-    swappedBytes_ = true;
-    return true;
-  }
-  log("Tried swapping bytes for %s", path.c_str());
-  log("%s is not a valid SAC file%s", path.c_str(), rules.fullStop);
+  if (h_ && readIntoImage(path, *myData_, isForeign))
+    return loadImage(*this, path, kIntoBuffer, isForeign);
+  if (!h_) setReason("%s: the seismogram has no image to read it into", path.c_str());
+  log("Problem reading bytes in %s", path.c_str());
   return false;
 }
 
-void SacObject::finishLoading(const std::string& path) {
-  myPath_ = path;
-  myFileName_ = lastPathComponent(path);
-  setUpReferenceTime();
-  if (verbose_ > 0) {
-    log("Seismogram Date: %s", myReferenceDate_->description().c_str());
-    log("Seismogram Reference Time: %s", mySeisReferenceTime_->DOYcString());
-    log("Seismogram Reference Time: %s", mySeisReferenceTime_->YMDcString());
-  }
-  setFlinnEngdahlRegion();
-  computeDistAzBAz();
-  mSeisHasChanged_ = mSeisIsLocked_ = false;
-}
-
-void SacObject::setUpReferenceTime() {
-  std::int32_t month = 1, day = h_->NZJDAY;
-  monthdate(h_->NZYEAR, h_->NZJDAY, &month, &day);
-  myReferenceDate_ =
-      Date::fromComponents({h_->NZYEAR, month, day, h_->NZHOUR, h_->NZMIN, h_->NZSEC});
-  mySeisReferenceTime_ = make<SeisTimeObject>();
-  mySeisReferenceTime_->initWithValues_month_date_hour_minute_second_millisecond(
-      h_->NZYEAR, month, day, h_->NZHOUR, h_->NZMIN, h_->NZSEC, h_->NZMSEC);
+bool SacObject::isSacFile() const {
+  return hasValidImage(*this) && h_->DELTA < 10000.0f;
 }
 
 Ref<SacObject> SacObject::InitWithSeisObject(const SacObject& other) {
@@ -216,17 +270,20 @@ Ref<SacObject> SacObject::InitWithSeisObject(const SacObject& other) {
 }
 
 Ref<SacObject> SacObject::initWithSeisObject(const SacObject& other) {
-  if (!other.h_ || !installImage(ByteBuffer::copyOf(other.viewedData()->bytes(),
-                                                    other.viewedData()->length()))) {
+  clearReason();
+  if (!headerInData(other)) {
+    setReason("the other seismogram has no image");
     return nullptr;
   }
+  const ByteBuffer& image = *other.myData();
+  if (!installImage(*this, ByteBuffer::copyOf(image.bytes(), image.length()))) return nullptr;
   swappedBytes_ = other.swappedBytes_;
   fixEndTime();
   myPath_ = other.myPath_;
   myFileName_ = myPath_ ? OptionalText(lastPathComponent(*myPath_)) : std::nullopt;
-  // A fresh receiver has no label and gets none; this is intended.
+  // A fresh receiver has no label and stays without one; this is intended.
   if (labelString_) labelString_ = other.labelString_;
-  setUpReferenceTime();
+  setUpReferenceTime(*this);
   setFlinnEngdahlRegion();
   computeDistAzBAz();
   mSeisHasChanged_ = mSeisIsLocked_ = false;

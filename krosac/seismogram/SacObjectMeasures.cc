@@ -4,22 +4,22 @@
 #include "krosac/dsp/internal/Series.h"
 #include "krosac/platform/Log.h"
 #include "krosac/platform/internal/TruncIndex.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 
 float SacObject::simpleRMS() const {
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   return x.empty() ? kSacUndefinedFloat : std::sqrt(sumOfSquares(x) / static_cast<float>(x.size()));
 }
 
 float SacObject::signalPower() const {
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   return x.empty() ? kSacUndefinedFloat : delta() * sumOfSquares(x);
 }
 
 float SacObject::centroid() const {
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   float sum = 0.0f, moment = 0.0f;
   for (std::size_t i = 0; i < x.size(); ++i) {
     sum += x[i];
@@ -29,12 +29,10 @@ float SacObject::centroid() const {
 }
 
 float SacObject::simpleSNR() const {
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   const std::int64_t n = std::ssize(x);
   const auto isInside = [this](float t) { return t != kSacUndefinedFloat && b() < t && t < e(); };
-  const auto rounded = [this](float t) {
-    return std::int64_t{truncInt32((t - b()) / delta() + 0.5)};
-  };
+  const auto rounded = [this](float t) { return truncIndex((t - b()) / delta() + 0.5); };
   if (!isInside(a())) return kSacUndefinedFloat;
   const std::int64_t arrival = std::max<std::int64_t>(rounded(a()), 0);
   const std::int64_t end = std::min(rounded(isInside(f()) ? f() : e()), n);
@@ -49,7 +47,7 @@ float SacObject::simpleSNR() const {
 }
 
 void SacObject::FindMaximum() const {
-  const auto x = samples();
+  const auto x = samplesOf(*this);
   if (x.empty()) return;
   std::size_t best = 0;
   for (std::size_t i = 1; i < x.size(); ++i) {
@@ -62,7 +60,7 @@ void SacObject::FindMaximum() const {
       static_cast<double>(b() + time));
 }
 
-// An empty operation that is part of the interface; this is intended.
+// The interface has this operation, which does nothing; this is intended.
 void SacObject::FindMinimum() const {}
 
 }  // namespace krosac

@@ -22,18 +22,34 @@ constexpr float SacHeader::*kMarks[] = {
     &SacHeader::O,  &SacHeader::A,  &SacHeader::T0, &SacHeader::T1, &SacHeader::T2, &SacHeader::T3,
     &SacHeader::T4, &SacHeader::T5, &SacHeader::T6, &SacHeader::T7, &SacHeader::T8, &SacHeader::T9};
 
-}  // namespace
-
-// Writes a time into the reference time's header fields.
-void SacObject::storeReferenceFields(const SeisTimeObject& time, std::int32_t dayOfYear) {
-  if (!h_) return;
-  h_->NZYEAR = time.mYr();
-  h_->NZJDAY = dayOfYear;
-  h_->NZHOUR = time.mHr();
-  h_->NZMIN = time.mMn();
-  h_->NZSEC = time.mSec();
-  h_->NZMSEC = truncInt32(time.mMsec());
+// Writes a time into the header's fields of the reference time.
+void storeReferenceFields(SacHeader* h, const SeisTimeObject& time, std::int32_t dayOfYear) {
+  if (!h) return;
+  h->NZYEAR = time.mYr();
+  h->NZJDAY = dayOfYear;
+  h->NZHOUR = time.mHr();
+  h->NZMIN = time.mMn();
+  h->NZSEC = time.mSec();
+  h->NZMSEC = truncInt32(time.mMsec());
 }
+
+// Moves the reference time later by t seconds and the times relative to it earlier.
+void moveReference(SacObject& s, float t, bool movesFini) {
+  SacHeader* const h = s.GetSacHeader();
+  if (SeisTimeObject* time = s.mySeisReferenceTime().get()) {
+    time->addSeconds(t);
+    storeReferenceFields(h, *time, time->mDay());
+  }
+  if (!h) return;
+  h->B -= t;
+  h->E -= t;
+  for (const auto mark : kMarks) {
+    if (h->*mark != kSacUndefinedFloat) h->*mark -= t;
+  }
+  if (movesFini && h->F != kSacUndefinedFloat) h->F -= t;
+}
+
+}  // namespace
 
 void SacObject::setReferenceTimeWithNSCalendarDate(const Date& date) {
   replaceReferenceTimeWith(timeOf(date));
@@ -45,7 +61,8 @@ void SacObject::setReferenceTimeWithNSDate(const Date& date) {
 
 void SacObject::replaceReferenceTimeWith(const Ref<SeisTimeObject>& time) {
   mySeisReferenceTime_ = time;
-  if (time) storeReferenceFields(*time, krosac::doy(time->mYr(), time->mMonth(), time->mDate()));
+  if (time)
+    storeReferenceFields(h_, *time, krosac::doy(time->mYr(), time->mMonth(), time->mDate()));
 }
 
 void SacObject::adjustReferenceTimeToNSCalendarDate(const Date& date) {
@@ -66,19 +83,18 @@ void SacObject::setReferenceTime(const SeisTimeObject& time) {
             difference->mMsec() / 1000.0;
     mySeisReferenceTime_->setValue(time);
   }
-  storeReferenceFields(time, time.mDay());
+  storeReferenceFields(h_, time, time.mDay());
   mSeisHasChanged_ = true;
 
-  const auto move = [&](float SacHeader::*member) {
-    setField(member, static_cast<float>(field(member) + shift));
-  };
-  move(&SacHeader::B);
-  move(&SacHeader::E);
+  if (!h_) return;
+  const auto move = [&](float& field) { field = static_cast<float>(field + shift); };
+  move(h_->B);
+  move(h_->E);
   for (const auto mark : kMarks) {
-    // T0 is not moved; this is intended.
-    if (mark != &SacHeader::T0 && field(mark) != kSacUndefinedFloat) move(mark);
+    // T0 is not shifted; this is intended.
+    if (mark != &SacHeader::T0 && h_->*mark != kSacUndefinedFloat) move(h_->*mark);
   }
-  if (f() != kSacUndefinedFloat) move(&SacHeader::F);
+  if (h_->F != kSacUndefinedFloat) move(h_->F);
 }
 
 void SacObject::setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(
@@ -92,27 +108,12 @@ void SacObject::setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(
   setoriginTimeOffset(origin->differenceInSecondsFrom(*mySeisReferenceTime_));
 }
 
-// Moves the reference time later by t seconds and the times relative to it earlier.
-void SacObject::moveReference(float t, bool movesFini) {
-  if (mySeisReferenceTime_) {
-    mySeisReferenceTime_->addSeconds(t);
-    storeReferenceFields(*mySeisReferenceTime_, mySeisReferenceTime_->mDay());
-  }
-  const auto move = [&](float SacHeader::*member) { setField(member, field(member) - t); };
-  move(&SacHeader::B);
-  move(&SacHeader::E);
-  for (const auto mark : kMarks) {
-    if (field(mark) != kSacUndefinedFloat) move(mark);
-  }
-  if (movesFini && f() != kSacUndefinedFloat) move(&SacHeader::F);
-}
-
 void SacObject::ZeroThisTime(float t) {
-  moveReference(t, false);
+  moveReference(*this, t, false);
 }
 
 void SacObject::shiftTimesBy(float t) {
-  moveReference(t, true);
+  moveReference(*this, t, true);
 }
 
 void SacObject::ZeroStartTime() {

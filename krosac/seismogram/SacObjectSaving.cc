@@ -2,47 +2,72 @@
 
 #include <climits>
 
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 #include "krosac/sacio/ByteOrder.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {
 
-// The path of a file of this name in the working directory; none where there is no such directory.
+// The path of a file of this name in the working directory; none where the directory is gone.
 OptionalText inWorkingDirectory(const std::string& name) {
   char folder[PATH_MAX];
-  if (!::getcwd(folder, sizeof folder)) return std::nullopt;
+  if (!::getcwd(folder, sizeof folder)) {
+    setSystemReason("the working directory");
+    return std::nullopt;
+  }
   return joinedPath(folder, name);
 }
 
-}  // namespace
-
 // Writes the image in the byte order that the file had.
-bool SacObject::writeImage(const OptionalText& path) const {
-  if (!h_ || !path) return false;
-  const std::size_t length = kSacHeaderBytes + samples().size_bytes();
-  if (!swappedBytes_) return viewedData()->writeAtomically(*path, length);
-  const auto foreign = ByteBuffer::copyOf(viewedData()->bytes(), length);
+bool writeImage(const SacObject& s, const OptionalText& path) {
+  clearReason();
+  const SacHeader* header = headerInData(s);
+  if (!header || !path) {
+    setReason("the seismogram has no %s", header ? "path" : "image");
+    return false;
+  }
+  const ByteBuffer& image = *s.myData();
+  // With a negative NPTS the whole image is written; only its header is then reversed.
+  const std::size_t length = header->NPTS < 0
+                                 ? image.length()
+                                 : kSacHeaderBytes + sizeof(float) * countIn(image, header->NPTS);
+  if (!s.swappedBytes()) return image.writeAtomically(*path, length);
+  const auto foreign = ByteBuffer::copyOf(image.bytes(), length);
   if (!foreign) return false;
   reverseSACBytes(*foreign);
   return foreign->writeAtomically(*path);
 }
 
+// Writes to a path, or a swapped trace to its old path whatever was asked; this is intended.
+bool writeTo(const SacObject& s, const std::string& path) {
+  if (!s.swappedBytes()) return writeImage(s, path);
+  if (!writeImage(s, s.myPath())) return false;
+  if (path != *s.myPath()) {
+    setReason(
+        "written to the old path %s, not to %s: call setPath and save to move a seismogram of the "
+        "other byte order",
+        s.myPath()->c_str(), path.c_str());
+  }
+  return true;
+}
+
+}  // namespace
+
 bool SacObject::save() const {
-  return writeImage(myPath_);
+  return writeImage(*this, myPath_);
 }
 
 bool SacObject::saveAs(const std::string& name) {
   const OptionalText path = inWorkingDirectory(name);
-  // A swapped trace goes to its old path, here and in saveToPath; this is intended.
-  if (!path || !writeImage(swappedBytes_ ? myPath_ : path)) return false;
+  if (!path || !writeTo(*this, *path)) return false;
   myPath_ = path;
   return true;
 }
 
 bool SacObject::saveToPath(const std::string& path) const {
-  return writeImage(swappedBytes_ ? myPath_ : OptionalText(path));
+  return writeTo(*this, path);
 }
 
 void SacObject::encodeWithCoder(KeyedArchiver& coder) const {

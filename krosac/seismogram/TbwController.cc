@@ -5,13 +5,14 @@
 
 #include "krosac/platform/Log.h"
 #include "krosac/platform/internal/Process.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 namespace {
 
-// Split at every single blank: a leading blank and a pair of them make an empty argument, which is
-// intended.
+// Splits at every single blank: a leading blank and two blanks in a row yield an empty argument.
+// This is intended.
 std::vector<std::string> splitAtBlanks(const std::string& text) {
   std::vector<std::string> parts;
   std::size_t begin = 0;
@@ -29,14 +30,7 @@ std::string number(const char* option, std::int32_t value) {
   return formatText(" %s %d", option, value);
 }
 
-// Gives what the program wrote, where that is captured.
-std::string run(const ProcessCommand& command) {
-  ProcessResult result = runProcess(command);
-  if (!result.error.empty()) log("%s", result.error.c_str());
-  return std::move(result.output);
-}
-
-// Null for a signal type that no file is read for.
+// Null for a signal type without a result file.
 const char* resultName(std::int32_t signalType) {
   switch (signalType) {
     case 1:
@@ -78,7 +72,14 @@ Ref<Object> tbwController::init() {
 Ref<SacObject> tbwController::computeResponse() {
   const auto inWork = [this](const char* name) { return joinedPath(workPath_, name); };
   const auto program = [this](const char* name) { return joinedPath(exPath_, name); };
-  const bool tells = verbose_ > 0;
+  const bool isVerbose = verbose_ > 0;
+  std::string failure;  // of the first program that could not run
+  // Runs a program and returns its captured output, empty where it is not captured.
+  const auto run = [&failure](const ProcessCommand& command) {
+    ProcessResult result = runProcess(command);
+    if (failure.empty()) failure = result.error;
+    return std::move(result.output);
+  };
 
   run({.program = inWork("cleanup.sh"), .directory = workPath_});
 
@@ -87,32 +88,32 @@ Ref<SacObject> tbwController::computeResponse() {
                              recModelName_ + number("-HS", depth_) + number("-GCARC", gcarc_) +
                              number("-NPTS", npts_) + number("-DT", delta_) + number("-O", delay_) +
                              (wantsP ? " -P" : " -S");
-  if (tells) log("hudson96 %s", greens.c_str());
-  const std::string said = run({.program = program("hudson96"),
-                                .arguments = splitAtBlanks(greens),
-                                .directory = workPath_,
-                                .capturesOutput = true});
-  if (tells) log("%s", said.c_str());
+  if (isVerbose) log("hudson96 %s", greens.c_str());
+  const std::string output = run({.program = program("hudson96"),
+                                  .arguments = splitAtBlanks(greens),
+                                  .directory = workPath_,
+                                  .capturesOutput = true});
+  if (isVerbose) log("%s", output.c_str());
 
-  if (tells) log("Computing the impulse responses.");
+  if (isVerbose) log("Computing the impulse responses.");
   run({.program = program("hpulse96"),
        .arguments = splitAtBlanks("-i -D"),
        .directory = workPath_,
        .inputFile = inWork("hspec96.grn"),
        .outputFile = inWork("gfs.txt")});
 
-  if (tells) log("Computing the dislocation response.");
+  if (isVerbose) log("Computing the dislocation response.");
   const std::string mechanism = number("-S", strike_) + number("-D", dip_) + number("-R", rake_) +
                                 formatText(" -M0 %e", static_cast<double>(moment_)) +
                                 number("-A", azimuth_) + number("-NPTS", npts_) + " -ROT";
-  if (tells) log("fmech96 %s", mechanism.c_str());
+  if (isVerbose) log("fmech96 %s", mechanism.c_str());
   run({.program = program("fmech96"),
        .arguments = splitAtBlanks(mechanism),
        .directory = workPath_,
        .inputFile = inWork("gfs.txt"),
        .outputFile = inWork("resp.txt")});
 
-  // No shell redirects here: the program gets these three words as they are, which is intended.
+  // The three words are passed literally, since no shell is involved; this is intended.
   run({.program = program("f96tosac"),
        .arguments = splitAtBlanks("f96tosac < resp.txt"),
        .directory = workPath_});
@@ -122,10 +123,13 @@ Ref<SacObject> tbwController::computeResponse() {
   if (const char* name = resultName(signalType_)) {
     if (result && !result->InitWithPath(inWork(name))) result = make<SacObject>();
     tshift_ = 0.0f;
+  } else {
+    setReason("signal type %d has no result file", signalType_);
   }
+  if (!failure.empty()) setReason("%s", failure.c_str());
   if (!result) return nullptr;
   result->setBeginTime(result->b() + tshift_);
-  if (tells) log("%s", result->description().c_str());
+  if (isVerbose) log("%s", result->description().c_str());
   return result;
 }
 

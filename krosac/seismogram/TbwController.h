@@ -19,10 +19,10 @@
 
 namespace krosac {
 
-// What the programs are told. init gives each field the default behind it.
+// The parameters of the programs. The number or text at the end of each comment is the default.
 class KROSAC_API tbwController : public Object {
  public:
-  // Sets every field to its default. Gives the object.
+  // Sets every field to its default and returns the object.
   Ref<Object> init() override;
 
   KROSAC_FIELD(float, depth, Depth);       // depth of the source, km; 15
@@ -35,9 +35,9 @@ class KROSAC_API tbwController : public Object {
   KROSAC_FIELD(float, delta, Delta);       // sample interval, s; 0.1
   KROSAC_FIELD(float, delay, Delay);       // time of the arrival in the result, s; 5
   KROSAC_FIELD(float, moment, Moment);     // seismic moment, in the unit of the programs; 1e22
-  KROSAC_FIELD(std::int32_t, verbose, Verbose);           // above 0 the steps are logged; 0
-  KROSAC_FIELD(std::int32_t, signalType, SignalType);     // 1: P vertical, 2: P radial, 6: SH; 1
-  KROSAC_FIELD(float, tshift, Tshift);                    // added to the result's B, s; 0.8
+  KROSAC_FIELD(std::int32_t, verbose, Verbose);        // above 0 the steps are logged; 0
+  KROSAC_FIELD(std::int32_t, signalType, SignalType);  // 1: P vertical, 2: P radial, 6: SH; 1
+  KROSAC_FIELD(float, tshift, Tshift);                 // no effect on a result that is read, s; 0.8
   KROSAC_FIELD(std::string, srcModelName, SrcModelName);  // crust at the source; "nearSrc.mod"
   KROSAC_FIELD(std::string, recModelName, RecModelName);  // crust at the receiver; "nearRec.mod"
   KROSAC_FIELD(std::string, earthModelName, EarthModelName);  // Earth model; "AK135sph.mod"
@@ -47,15 +47,17 @@ class KROSAC_API tbwController : public Object {
 
   // Runs cleanup.sh of the work path, then hudson96, hpulse96, fmech96 and f96tosac of the program
   // path, one after the other in the work path and without a shell, and reads the SAC file that
-  // they leave there. Their input is empty where none is named; gfs.txt and resp.txt are made where
-  // missing and cut before they are written. Texts are split into arguments at every single blank,
-  // so a model name with blanks becomes several and two blanks an empty one (intended).
+  // they write. Standard input is empty where the pipeline names no file; gfs.txt and resp.txt are
+  // created where missing and truncated otherwise. Texts are split into arguments at every single
+  // blank, so a model name with blanks becomes several arguments, and two blanks an empty one
+  // (intended).
   //
-  // No exit status is looked at: a program that fails shows in a result that is missing or old. One
-  // that cannot be started is named in the log, and the next is tried. For signal types 1, 2 and 6
-  // tshift becomes 0, so that the begin time of what was read stays (intended). Without a readable
-  // file, and for any other signal type, the result is an empty seismogram, one without a header.
-  // An empty path is the caller's working directory.
+  // Exit statuses are ignored: a failing program shows only in a missing or stale result. Where
+  // cleanup.sh cannot run, the result file of an earlier run is read as if it were new. A program
+  // that cannot be started is skipped; the first one is named by lastReason(), also where a result
+  // is read. For signal types 1, 2 and 6 tshift is set to 0 before it is added to B, so it has no
+  // effect (intended). Without a readable file, and for any other signal type, the result is an
+  // empty seismogram without a header. An empty path is the working directory of the caller.
   Ref<SacObject> computeResponse();
 };
 

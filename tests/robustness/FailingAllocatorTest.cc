@@ -1,6 +1,6 @@
 // What every operation does when memory runs out: the n-th allocation within it fails, for n = 1, 2
-// and so on. It leaves its object as it was or finishes the work, throws nothing, and says so by its
-// result or by lastReason().
+// and so on. It leaves its object as it was or finishes the work, throws nothing, and says so by
+// its result or by lastReason().
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -54,7 +54,9 @@ namespace krosac {
 namespace {
 
 // What an operation returned, as a text, and a short one for numbers, which allocates nothing.
-std::string resultOf(bool good) { return good ? "good" : "refused"; }
+std::string resultOf(bool good) {
+  return good ? "good" : "refused";
+}
 
 // One operation: how its object is made, what it does, and all that can be seen of the object.
 template <typename T>
@@ -70,7 +72,8 @@ template <typename T>
 void expectSafe(const std::string& name, const Trial<T>& trial) {
   SCOPED_TRACE(name);
   T whole = trial.make();
-  const std::string before = trial.state(whole), result = trial.run(whole), after = trial.state(whole);
+  const std::string before = trial.state(whole), result = trial.run(whole),
+                    after = trial.state(whole);
   for (std::ptrdiff_t n = 1;; ++n) {
     T object = trial.make();
     std::string returned;
@@ -120,15 +123,20 @@ TEST(FailingAllocator, SeismogramsAreAsTheyWereOrWhole) {
   setLogSink(nullptr);
   testing::internal::CaptureStderr();
   const TemporaryFolder folder;
-  const std::string path = folder.path("a trace with a name of some length.sac"), target = folder.path("a second name of some length.sac");
-  const std::string response = folder.write("response of some length", "ZEROS 2\nPOLES 2\n-0.04 0.04\n-0.04 -0.04\nCONSTANT 2\n");
+  const std::string path = folder.path("a trace with a name of some length.sac"),
+                    target = folder.path("a second name of some length.sac");
+  const std::string response = folder.write(
+      "response of some length", "ZEROS 2\nPOLES 2\n-0.04 0.04\n-0.04 -0.04\nCONSTANT 2\n");
   ASSERT_TRUE(recording()->saveToPath(path));
   const Ref<S> other = recording();
   const float corners[] = {0.01f, 0.05f, 0.5f, 0.8f};
   const std::string text(40, 'x');
   float block[13];
   const auto nothing = [](auto operation) {
-    return [=](Ref<S>& s) { operation(*s); return std::string("done"); };
+    return [=](Ref<S>& s) {
+      operation(*s);
+      return std::string("done");
+    };
   };
   const auto status = [](auto operation) {
     return [=](Ref<S>& s) { return resultOf(operation(*s)); };
@@ -137,7 +145,8 @@ TEST(FailingAllocator, SeismogramsAreAsTheyWereOrWhole) {
       {"initWithPath", status([&](S& s) { return bool(s.initWithPath(path)); })},
       {"InitWithPath", status([&](S& s) { return bool(s.InitWithPath(path)); })},
       {"loadFromPath", status([&](S& s) { return bool(s.loadFromPath(path)); })},
-      {"replaceSacObjectDataWithPath", status([&](S& s) { return bool(s.replaceSacObjectDataWithPath(path)); })},
+      {"replaceSacObjectDataWithPath",
+       status([&](S& s) { return bool(s.replaceSacObjectDataWithPath(path)); })},
       {"initWithCapacity", status([&](S& s) { return bool(s.initWithCapacity(100)); })},
       {"initWithSeisObject", status([&](S& s) { return bool(s.initWithSeisObject(*other)); })},
       {"saveToPath", status([&](S& s) { return s.saveToPath(target); })},
@@ -151,17 +160,26 @@ TEST(FailingAllocator, SeismogramsAreAsTheyWereOrWhole) {
       {"hypoPickString", [](Ref<S>& s) { return s->hypoPickString(); }},
       {"oTimeString", [](Ref<S>& s) { return s->oTimeString().value_or("none"); }},
       {"epochStartTime", nothing([](S& s) { s.epochStartTime(); })},
-      {"setReferenceTimeWithNSDate", nothing([](S& s) { s.setReferenceTimeWithNSDate(Date{1e9}); })},
-      {"adjustReferenceTimeToNSDate", nothing([](S& s) { s.adjustReferenceTimeToNSDate(Date{1e9}); })},
+      {"setReferenceTimeWithNSDate",
+       nothing([](S& s) { s.setReferenceTimeWithNSDate(Date{1e9}); })},
+      {"adjustReferenceTimeToNSDate",
+       nothing([](S& s) { s.adjustReferenceTimeToNSDate(Date{1e9}); })},
       {"ZeroThisTime", nothing([](S& s) { s.ZeroThisTime(3.5f); })},
       {"shiftTimesBy", nothing([](S& s) { s.shiftTimesBy(3.5f); })},
-      {"setEventLocation", nothing([](S& s) { s.setEventLocationLat_Lon_Depth(1.0f, 2.0f, 3.0f); })},
+      {"setEventLocation",
+       nothing([](S& s) { s.setEventLocationLat_Lon_Depth(1.0f, 2.0f, 3.0f); })},
       {"flinnEngdahlGeographicRegion", [](Ref<S>& s) { return s->flinnEngdahlGeographicRegion(); }},
       {"Decimate", nothing([](S& s) { s.Decimate(5); })},
       {"ChopFromStart_END", nothing([](S& s) { s.ChopFromStart_END(10.0f, 100.0f); })},
       {"ChopWithGVelMin_Max", nothing([](S& s) { s.ChopWithGVelMin_Max(2.0f, 20.0f); })},
       {"AppendSacObject", nothing([](S& s) {
-         static const Ref<S> next = [] { auto n = recording(); n->setBeginTime(150.0f); n->fixEndTime(); n->setReferenceTimeWithNSDate(Date::fromComponents({2011, 12, 31, 23, 59, 59})); return n; }();
+         static const Ref<S> next = [] {
+           auto n = recording();
+           n->setBeginTime(150.0f);
+           n->fixEndTime();
+           n->setReferenceTimeWithNSDate(Date::fromComponents({2011, 12, 31, 23, 59, 59}));
+           return n;
+         }();
          s.AppendSacObject(*next);
        })},
       {"reverseTime", nothing([](S& s) { s.reverseTime(); })},
@@ -169,7 +187,8 @@ TEST(FailingAllocator, SeismogramsAreAsTheyWereOrWhole) {
       {"SGaussianFilter", nothing([](S& s) { s.SGaussianFilter_Alpha(0.05f, 20.0f); })},
       {"CosineTaperFilter", nothing([](S& s) { s.CosineTaperFilter(0.01f, 0.05f, 0.5f, 0.8f); })},
       {"TstarFilter", nothing([](S& s) { s.TstarFilter(1.0f); })},
-      {"CosineTimeFunctionFilterDuration", nothing([](S& s) { s.CosineTimeFunctionFilterDuration(5.0f); })},
+      {"CosineTimeFunctionFilterDuration",
+       nothing([](S& s) { s.CosineTimeFunctionFilterDuration(5.0f); })},
       {"TrapezoidFilter", nothing([](S& s) { s.TrapezoidFilter(2.0f, 3.0f, 4.0f); })},
       {"LPBUfilter", nothing([](S& s) { s.LPBUfilter_NPasses_NPoles(0.2f, 2, 4); })},
       {"Envelope", nothing([](S& s) { s.Envelope(); })},
@@ -177,18 +196,31 @@ TEST(FailingAllocator, SeismogramsAreAsTheyWereOrWhole) {
       {"NoiseFilterStartingAtTime", nothing([](S& s) { s.NoiseFilterStartingAtTime(30.0f); })},
       {"spectrum", status([](S& s) { return bool(s.spectrum()); })},
       {"prewhiten", nothing([](S& s) { s.prewhiten(); })},
-      {"WaterLevelDecon", nothing([&](S& s) { s.WaterLevelDeconWith_wlevel_tshift_gwidth(*other, 0.01f, 5.0f, 2.5f); })},
-      {"iterDecon", nothing([&](S& s) { s.iterDeconWith_wlevel_tshift_gwidth_nIter_minMF(*other, 0.01f, 5.0f, 2.5f, 3, 0.1f); })},
+      {"WaterLevelDecon", nothing([&](S& s) {
+         s.WaterLevelDeconWith_wlevel_tshift_gwidth(*other, 0.01f, 5.0f, 2.5f);
+       })},
+      {"iterDecon", nothing([&](S& s) {
+         s.iterDeconWith_wlevel_tshift_gwidth_nIter_minMF(*other, 0.01f, 5.0f, 2.5f, 3, 0.1f);
+       })},
       {"correlateWith", nothing([&](S& s) { s.correlateWith(*other); })},
-      {"GetOptimalShift", nothing([](S& s) { const Ref<S> second = &s; s.GetOptimalShift(s); })},
+      {"GetOptimalShift", nothing([](S& s) {
+         const Ref<S> second = &s;
+         s.GetOptimalShift(s);
+       })},
       {"ConvolveInstrument", nothing([](S& s) { s.ConvolveInstrument(1); })},
-      {"DeconvolveInstrument", nothing([&](S& s) { s.DeconvolveInstrument_TaperCorners(response, corners); })},
+      {"DeconvolveInstrument",
+       nothing([&](S& s) { s.DeconvolveInstrument_TaperCorners(response, corners); })},
       {"subtractZeroLagGaussian", nothing([](S& s) { s.subtractZeroLagGaussian(0.25f); })},
       {"markJBTimes", nothing([](S& s) { s.markJBTimes(); })},
       {"markJBTimesAndSlowness", nothing([](S& s) { s.markJBTimesAndSlowness(); })},
       {"computeBWResponse", nothing([&](S& s) { s.computeBWResponse(block); })},
-      {"RotateSeismogramsByAngle", nothing([&](S& s) { RotateSeismogramsByAngle(s, *other, 30.0f); })},
-      {"L2SacFracMisfitWithShift", nothing([&](S& s) { std::int32_t shift; float misfit; L2SacFracMisfitWithShift(s, *other, &shift, &misfit); })},
+      {"RotateSeismogramsByAngle",
+       nothing([&](S& s) { RotateSeismogramsByAngle(s, *other, 30.0f); })},
+      {"L2SacFracMisfitWithShift", nothing([&](S& s) {
+         std::int32_t shift;
+         float misfit;
+         L2SacFracMisfitWithShift(s, *other, &shift, &misfit);
+       })},
       {"FindMaximum", nothing([](S& s) { s.FindMaximum(); })},
   };
   for (const auto& [name, operation] : operations)

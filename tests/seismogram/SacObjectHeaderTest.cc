@@ -30,7 +30,7 @@ TEST(SacObjectHeader, PicksUserValuesAndLabelsByKey) {
     EXPECT_EQ(imageOf(*s), image);
     EXPECT_EQ(s->timePickKey(key), isPick ? 5.5f : -12345.0f);
     EXPECT_EQ(s->userValue(key), isUser ? 6.5f : -12345.0f);
-    EXPECT_EQ(s->pickLabelWithKey(key), isPick ? "1234567" : "");  // of the 8 characters
+    EXPECT_EQ(s->pickLabelWithKey(key), isPick ? "1234567" : "");  // 7 of the 8 characters
     EXPECT_EQ(s->userValueLabelWithKey(key), key >= 0 && key <= 2 ? "b" : "");
     s->clearTimePicks();
     s->clearUserValues();
@@ -38,7 +38,7 @@ TEST(SacObjectHeader, PicksUserValuesAndLabelsByKey) {
   }
 }
 
-TEST(SacObjectHeader, ExtremaAreThoseOfAWalkToTheBit) {
+TEST(SacObjectHeader, ExtremaEqualThoseOfAPlainLoopToTheBit) {
   constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
   const Samples kinds[] = {{-0.0f, 0.0f, 1, 2}, {0.0f, -0.0f, -3}, {-2, 5, 0.1f}, {kNaN, 7, -7}};
   std::mt19937 random(1);
@@ -69,12 +69,12 @@ TEST(SacObjectHeader, DerivedValues) {
     s->setNpts(npts);
     EXPECT_EQ(s->nextPowerOfTwoPts(), power);
   }
-  s->ComputeExtrema();  // of the samples there are, not of those stated
+  s->ComputeExtrema();  // over the samples in the buffer, not over NPTS
   EXPECT_EQ(s->smean(), 1.0f);
   s->setUserValueKey_Value(1, 30.0f);
   s->setUserValueKey_Value(2, 4.0f);
   s->setAzimuth(90.0f);
-  EXPECT_NEAR(s->gamma(), 2.0, 1e-6);  // 4 cos 60, in single precision
+  EXPECT_NEAR(s->gamma(), 2.0, 1e-6);  // 4 cos 60 in single precision
   s->setMyReferenceDate(Date{1e9});
   s->GetSacHeader()->NZMSEC = 250;
   EXPECT_EQ(std::pair(s->epochStartTime(), s->epochEndTime()), std::pair(1e9 - 9.75, 1e9 - 7.75));
@@ -100,8 +100,8 @@ TEST(SacObjectHeader, GeometryAndRegions) {
   s->setEventLocationLat_Lon_Depth(38.3f, 142.4f, 29.0f);
   EXPECT_THAT(*s->flinnEngdahlString(), testing::EndsWith(" / Near east coast of eastern Honshu"));
   EXPECT_EQ(s->distance(), -12345.0f);
-  s->setStationLocationLat_Lon_Elevation(0.0f, 52.4f, 579.0f);  // a quarter of a turn west
-  EXPECT_NEAR(s->gcarc(), 90.0, 1e-4);                          // floats of hundreds resolve 3e-5
+  s->setStationLocationLat_Lon_Elevation(0.0f, 52.4f, 579.0f);  // 90 degrees west
+  EXPECT_NEAR(s->gcarc(), 90.0, 1e-4);                          // single precision: 8e-6 at 90
   EXPECT_FLOAT_EQ(s->distance(), s->gcarc() * 111.19f);
   EXPECT_NEAR(s->azimuth(), 270.0, 1e-4);
   for (const auto location :
@@ -118,7 +118,7 @@ TEST(SacObjectHeader, GeometryAndRegions) {
   }
 }
 
-// The header's reference time, written as SeisTimeObject does.
+// The reference time of the header in the format of SeisTimeObject.
 std::string headerTime(const S& s) {
   const SacHeader& h = *s.GetSacHeader();
   return formatText("%04d (%03d) %02d:%02d:%02d.%03d", h.NZYEAR, h.NZJDAY, h.NZHOUR, h.NZMIN,
@@ -130,7 +130,7 @@ Ref<SeisTimeObject> timeOf(int year, int date, int hour, int minute) {
       year, 3, date, hour, minute, 3, 456);
 }
 
-// A trace of 2003-03-01, day 60, with B 10, O -20, picks 100 to 111 by their keys and T5 undefined.
+// A trace of 2003-03-01, day 60, with B 10, O -20, picks of 100 plus their key and T5 undefined.
 Ref<S> datedTrace() {
   const auto s = traceOf({1, 2, 3}, 0.5f, 10.0f);
   s->replaceReferenceTimeWith(timeOf(2003, 1, 1, 2));
@@ -147,7 +147,7 @@ TEST(SacObjectHeader, PicksTextsAndOtherFieldsByName) {
             (Samples{100, 101, 102, 103, 104, -12345, 106, 107, 108, 109, 110, 110, 111, 111}));
   s->setEventName("0123456789ABCDEFGHI");
   s->setKHoleID(" 10\t");
-  s->setKHoleID(nullptr);  // changes nothing
+  s->setKHoleID(nullptr);  // ignored
   EXPECT_EQ(s->kevnm() + " " + s->khole(), "0123456789ABCDEF 10");
   s->setComponentIncAngle(7.0f);
   s->setSrcType(8);
@@ -165,7 +165,7 @@ TEST(SacObjectReferenceTime, SettingAdjustingAndMoving) {
       {[](S& s) { s.adjustReferenceTimeToNSDate(date); }, cut, 3610.456f, kAllButT0},
       {[](S& s) { s.setReferenceTime(*timeOf(2003, 2, 2, 4)); }, "2003 (061) 02:04:03.456",
        -90120.0f, kAllButT0},
-      // A year counts 365 days.
+      // A year counts as 365 days.
       {[](S& s) { s.setReferenceTime(*timeOf(2002, 1, 1, 2)); }, "2002 (060) 01:02:03.456",
        31536000.0f, kAllButT0},
       {[](S& s) { s.shiftTimesBy(-4.0f); }, "2003 (060) 01:01:59.456", 4.0f, kAll},
@@ -183,7 +183,7 @@ TEST(SacObjectReferenceTime, SettingAdjustingAndMoving) {
     EXPECT_EQ(s->mySeisReferenceTime()->DOYcString(), time);
     EXPECT_EQ(s->mSeisHasChanged(), moves == kAllButT0);
     EXPECT_FALSE(s->myReferenceDate());
-    const float ulp = 3e-4f;  // of thousands; the shifts of whole days are exact
+    const float ulp = 3e-4f;  // at thousands; shifts of whole days are exact
     EXPECT_NEAR(s->b(), 10 + shift, ulp);
     EXPECT_NEAR(s->e(), 11 + shift, ulp);
     EXPECT_NEAR(s->o(), -20 + shift, ulp);
@@ -196,12 +196,12 @@ TEST(SacObjectReferenceTime, SettingAdjustingAndMoving) {
   }
 }
 
-TEST(SacObjectReferenceTime, WhereSomethingIsUndefined) {
+TEST(SacObjectReferenceTime, UndefinedTimes) {
   const auto s = datedTrace(), untimed = traceOf({1, 2, 3}, 1.0f, 10.0f);
   const auto kept = s->mySeisReferenceTime();
   s->setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(2003, 2, 28, 1, 2, 63.456f);
-  EXPECT_NEAR(s->o(), -86340.0f, 1e-2);  // spacing of floats of that size
-  s->replaceReferenceTimeWith(nullptr);  // the header stays
+  EXPECT_NEAR(s->o(), -86340.0f, 1e-2);  // spacing of single precision at that size
+  s->replaceReferenceTimeWith(nullptr);  // leaves the header unchanged
   s->replaceReferenceTimeWith(kept);
   s->clearTimePicks();
   s->setoriginTimeOffset(-12345.0f);
@@ -258,7 +258,6 @@ Station  Latitude:  0.0000
 Station Longitude:  52.4000
 Station Elevation:  579.00)",
                     component = "\nComponent ID: BHZ     \nComponent Azimuth: -0.0", event = R"(
-Event ID: 20110311
 JAPAN - KURIL ISLANDS - KAMCHATKA PENINSULA / Near east coast of eastern Honshu
 Event Origin Time:2011 (070) 05:45:59.500
 Event Laititude:  38.3000
@@ -273,10 +272,11 @@ Backazimuth:  51.79)",
                     region = "\nStation Geographic Region:Near east coast of eastern Honshu",
                     pick = "2011/03/11 05:47:04.120   38.300  142.400";
   EXPECT_EQ(s->description(), kStars + path + kDashes + trace + kDashes + amplitudes + kDashes +
-                                  station + component + kDashes + event + kDashes + geometry +
-                                  kStars + "\n");
+                                  station + component + kDashes + "\nEvent ID: 20110311 Tohoku" +
+                                  event + kDashes + geometry + kStars + "\n");
   EXPECT_EQ(s->stationDescription(), station + region + geometry);
-  EXPECT_EQ(s->eventDescription(), kLongDashes + path + kLongDashes + event);
+  EXPECT_EQ(s->eventDescription(),
+            kLongDashes + path + kLongDashes + "\nEvent ID: 20110311" + event);
   EXPECT_EQ(s->oTimeString(), "2011/03/11 05:45:59.500");
   CapturedLog captured;
   s->hypoPickString();
@@ -284,11 +284,15 @@ Backazimuth:  51.79)",
   EXPECT_EQ(s->hypoPickString(), pick);
   EXPECT_EQ(captured.texts, Texts{pick});
   EXPECT_STREQ(s->mySeisReferenceTime()->DOYcString(), "2011 (070) 05:46:23.120");
+  s->mySeisReferenceTime()->setMDay(71);  // the day counts, not month and date
+  EXPECT_THAT(s->description(), testing::HasSubstr("\nReference Time:\n2011 (071) 05:46:23.120\n"));
+  EXPECT_THAT(s->eventDescription(), testing::HasSubstr("Origin Time:2011 (071) 05:45:59.500\n"));
+  EXPECT_EQ(s->oTimeString(), "2011/03/12 05:45:59.500");
 }
 
-TEST(SacObjectDescriptions, LeaveOutWhatIsUndefined) {
+TEST(SacObjectDescriptions, OmitUndefinedFields) {
   const auto s = traceOf({});
-  s->setNetworkID("-12345XY");  // the first six characters count
+  s->setNetworkID("-12345XY");  // only the first six characters are compared
   EXPECT_EQ(s->stationDescription() + s->hypoPickString(), "NoPick");
   EXPECT_EQ(s->oTimeString(), std::nullopt);
   EXPECT_THAT(s->description(), testing::EndsWith("Maximum Value: -1.234500e+04" + kDashes +

@@ -1,3 +1,4 @@
+// Travel-time marks, synthetics and measures.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -6,6 +7,7 @@
 
 #include "CapturedLog.h"
 #include "TemporaryFolder.h"
+#include "krosac/platform/LastReason.h"
 #include "krosac/platform/internal/Text.h"
 #include "krosac/source/BodyWaveResponse.h"
 #include "krosac/traveltimes/JBTableObject.h"
@@ -16,7 +18,7 @@ namespace {
 
 constexpr float kUndefined = -12345.0f;
 
-// Zeros from -10 s at 10 samples a second, 50 degrees from a shallow earthquake at time 0.
+// Zeros from -10 s at 10 samples per second, 50 degrees from a shallow earthquake at time 0.
 Ref<S> trace() {
   auto s = traceOf(Samples(8000), 0.1f, -10.0f);
   s->setDistance(50.0f * 111.19f);
@@ -42,9 +44,10 @@ TEST(SacObjectMarks, TimesComeFromTheTablesAndAreLabelled) {
     EXPECT_NEAR(s->userValue(2), p.slowness, 1e-6f);
     EXPECT_NEAR(s->userValue(3), shear.slowness, 1e-6f);
     EXPECT_EQ(s->pickLabelWithKey(10) + s->pickLabelWithKey(0), "P(JB)S(JB)");
-    EXPECT_EQ(log.texts, Texts{formatText("From markJBTimesAndSlowness: gcarc:50.0 depth:%.1f "
-                                          "pTime:%.1f sTime:%.1f\n",
-                                          double{depth}, double{p.time}, double{shear.time})});
+    EXPECT_EQ(log.texts,
+              Texts{formatText("From markJBTimesAndSlowness: gcarc:50.0 depth:%.1f "
+                               "pTime:%.1f sTime:%.1f\n",
+                               double{depth}, double{p.time} - 3.5, double{shear.time} - 3.5)});
     timesOnly->markJBTimes();
     EXPECT_EQ(timesOnly->userValue(2), kUndefined);
   }
@@ -58,20 +61,28 @@ TEST(SacObjectMarks, NothingIsMarkedWithoutATime) {
   nowhere->setDistance(kUndefined);
   never->setoriginTimeOffset(kUndefined);
   deep->GetSacHeader()->EVDP = kUndefined;
-  for (const auto& s : {far, nowhere, never, deep, unread}) {
+  for (const auto& [s, reason] :
+       {std::pair(far, "DIST is 107.9 degrees, and only distances up to 100 are marked"),
+        {nowhere, "DIST is undefined"},
+        {never, "O is undefined"},
+        {deep, "EVDP is undefined"},
+        {unread, nullptr}}) {
     if (s == unread) ::setenv("KROSAC_DATA", folder.path().c_str(), 1);
     s->markJBTimes();
     EXPECT_EQ(s->pTime() + s->t0(), 2 * kUndefined);
+    EXPECT_TRUE(reason ? lastReason() == std::string(reason) : *lastReason() != '\0');
   }
   ::unsetenv("KROSAC_DATA");
+  trace()->markJBTimes();
+  EXPECT_STREQ(lastReason(), "");
 }
 
-// What GetBWResponse takes.
+// The parameters of GetBWResponse.
 std::array<float, 13> blockOf(bool shear) {
   return {30.0f, 60.0f, 80.0f, 20.0f, 50.0f, 0.06f, 0.0f, shear ? 1.0f : 0.0f, 50.0f};
 }
 
-TEST(SacObjectMarks, SpikesStandWhereTheWavesArrive) {
+TEST(SacObjectSynthetics, SpikesAreAtTheArrivalTimes) {
   const std::tuple<bool, bool, bool> rows[] = {
       {false, false, false}, {false, true, false}, {false, true, true}, {true, true, true}};
   for (const auto& [shear, hasA, hasT0] : rows) {
@@ -85,7 +96,7 @@ TEST(SacObjectMarks, SpikesStandWhereTheWavesArrive) {
       s->GetSacSeis()[170] = 3.0f;
     }
     Samples expected(8000);
-    expected[0] = 7.0f;  // is kept
+    expected[0] = 7.0f;  // stays unchanged
     const auto add = [&](float t, float amplitude) {
       expected[static_cast<std::size_t>((t + 10.0f) / 0.1f)] += amplitude;
     };
@@ -102,7 +113,7 @@ TEST(SacObjectMarks, SpikesStandWhereTheWavesArrive) {
     EXPECT_EQ(set->evdp(), 20.0f);
     EXPECT_GE(set->smax(), 7.0f);
     EXPECT_TRUE(set->mSeisHasChanged());
-    set->setPTime(1e30f);  // times off the trace do no harm
+    set->setPTime(1e30f);  // times outside the trace are skipped
     set->setTimePickKey_Value(0, -1e6f);
     set->computeBWResponse(off.data());
     EXPECT_EQ(samplesIn(*set), silent);
@@ -113,11 +124,11 @@ TEST(SacObjectMarks, SpikesStandWhereTheWavesArrive) {
     added->addBWResponse_Delay_Moment(forAdded.data(), 2.0f, 3.0f);
     EXPECT_EQ(samplesIn(*added), expected);
     EXPECT_TRUE(added->mSeisHasChanged());
-    EXPECT_EQ(added->smax(), kUndefined) << "the extrema are not searched";
+    EXPECT_EQ(added->smax(), kUndefined) << "the extrema are not computed";
 
     const float twoWay = 6.0f * static_cast<float>(std::sqrt(4.0 / 9.0 - 0.06f * double{0.06f}));
     float pP = r[11] * -0.4f * 0.675f * 3.0f / 0.2f, sP = r[12] * 0.044f * 0.675f * 3.0f / 0.2f;
-    float t = hasT0 ? 32.0f : 7.0f, afterP = t + r[8], afterS = t + r[9];  // A only with T0
+    float t = hasT0 ? 32.0f : 7.0f, afterP = t + r[8], afterS = t + r[9];  // A counts only with T0
     for (int i = 0; i < (shear ? 0 : 125); ++i, pP *= -0.825f, sP *= -0.825f) {
       add(afterP += twoWay, pP);
       add(afterS += twoWay, sP);
@@ -128,17 +139,17 @@ TEST(SacObjectMarks, SpikesStandWhereTheWavesArrive) {
   }
 }
 
-TEST(SacObjectMarks, TheLastSpikeDecidesTheFlag) {
+TEST(SacObjectSynthetics, TheLastSpikeDecidesTheFlag) {
   auto block = blockOf(false);
   const auto s = trace();
-  s->addBWResponse_Delay_Moment(block.data(), 784.0f, 1.0f);  // pP and sP lie behind the end
+  s->addBWResponse_Delay_Moment(block.data(), 784.0f, 1.0f);  // pP and sP are after the end
   s->addSpikeDelay_Moment(800.0f, 1.0f);
   EXPECT_NE(s->GetSacSeis()[7990], 0.0f);
   EXPECT_FALSE(s->mSeisHasChanged());
   s->addSpikeDelay_Moment(-10.0f, 2.0f);
   EXPECT_EQ(s->GetSacSeis()[0], 20.0f);
   EXPECT_TRUE(s->mSeisHasChanged());
-  s->addSeismogram(*traceOf(Samples(9000, 2.0f)));  // of which the first 8000 count
+  s->addSeismogram(*traceOf(Samples(9000, 2.0f)));  // the first 8000 are added
   s->addSeismogram(*traceOf({1}));
   EXPECT_EQ(std::pair(s->GetSacSeis()[0], s->GetSacSeis()[1]), std::pair(23.0f, 2.0f));
   EXPECT_EQ(s->smax(), 23.0f);
@@ -150,7 +161,7 @@ TEST(SacObjectMeasures, MatchTheirFormulas) {
   EXPECT_FLOAT_EQ(s->signalPower(), 9.4f);
   EXPECT_FLOAT_EQ(s->centroid(), 0.1f * (-2 + 2 * 1 + 3 * 6 + 4 * -4 + 5 * 6) / 8.0f);
   EXPECT_EQ(traceOf({1, -1})->centroid(), kUndefined) << "a sum of zero";
-  // The powers from A to F, or to E, and before A; E is sample 5.
+  // Power from A to F, or to E (sample 5), over power before A.
   for (const auto& [a, f, ratio] : {std::tuple(-9.76f, kUndefined, std::sqrt(53 / 3.0f / 2.5f)),
                                     {-9.76f, -9.62f, std::sqrt(37 / 2.0f / 2.5f)},
                                     {-9.76f, -9.8f, kUndefined},

@@ -38,7 +38,7 @@ inline Ref<ByteBuffer> bufferOf(const std::string& bytes) {
   return ByteBuffer::copyOf(bytes.data(), bytes.size());
 }
 
-// The fields beside the image, but for the path, in one line.
+// All fields except image and path, in one line.
 inline std::string stateOf(const S& s) {
   const auto& time = s.mySeisReferenceTime();
   return formatText("%s, %s, %s, %s, %s, swapped %d changed %d locked %d verbose %d tag %d",
@@ -52,8 +52,8 @@ inline std::uint32_t word(float value) {
   return std::bit_cast<std::uint32_t>(value);
 }
 
-// A native file of 2011 day 70 05:46:23.120: DELTA 0.5, B 10, an E that is wrong and no extrema.
-// The station lies on the equator a quarter of a turn west of the event.
+// A native file of 2011 day 70 05:46:23.120: DELTA 0.5, B 10, a wrong E and no extrema.
+// The station is on the equator, 90 degrees west of the event.
 inline std::string sacImage(const Samples& x, const Words& words = {}) {
   const Words common = {
       {0, word(0.5f)},    {20, word(10)},      {24, word(77)},  {124, word(0)}, {128, word(52.4f)},
@@ -64,7 +64,7 @@ inline std::string sacImage(const Samples& x, const Words& words = {}) {
   return image;
 }
 
-// The same file from a machine of the other byte order.
+// The same file in the other byte order.
 inline std::string foreign(std::string image) {
   for (std::size_t at = 0; at + 4 <= image.size(); at += at == 436 ? 196 : 4)
     std::reverse(image.begin() + at, image.begin() + at + 4);
