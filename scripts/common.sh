@@ -75,12 +75,12 @@ install_missing() {
   fi
   for name in "${needed[@]}"; do installed "$name" || missing+=("$name"); done
   if [ ${#missing[@]} -gt 0 ]; then
-    echo "Please install $(packages_everywhere "${missing[@]}")${apt_error:+; apt-get could not: ${apt_error#E: }}" >&2
+    echo "Please install $(packages_everywhere "${missing[@]}")${apt_error:+; apt-get could not: ${apt_error#E: }}." >&2
     exit 1
   fi
   for name in "${wanted[@]}"; do installed "$name" || missing+=("$name"); done
   if [ ${#missing[@]} -gt 0 ]; then
-    echo "Going on without ${missing[*]}: $(packages_everywhere "${missing[@]}")${apt_error:+; apt-get could not install: ${apt_error#E: }}"
+    echo "Going on without ${missing[*]}: $(packages_everywhere "${missing[@]}")${apt_error:+; apt-get could not install: ${apt_error#E: }}."
   fi
   needed=() wanted=()
 }
