@@ -37,7 +37,10 @@ struct Angle {
 }  // namespace
 
 Ref<Object> kroSeismicStation::init() {
-  stationCode_ = networkCode_ = sensorCode_ = locationString_ = std::nullopt;
+  stationCode_.reset();
+  networkCode_.reset();
+  sensorCode_.reset();
+  locationString_.reset();
   fileNames_.clear();
   location_ = make<kroGeoLocation>();
   return location_ && location_->init() ? Archivable::init() : nullptr;

@@ -1,5 +1,4 @@
-// The examples for archives: the same bytes whatever the number of processes, and one bad file does
-// no harm.
+// The examples for archives write the same bytes for any number of processes and skip a bad file.
 #include "RunExample.h"
 #include "krosac/krosac.h"
 
@@ -9,7 +8,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-// Seven recordings and a file that is none, in "in".
+// Seven recordings in "in" and a file that is not a recording.
 struct Archives : ::testing::Test {
   void SetUp() override {
     ASSERT_EQ(runExample(folder, "make_stations", "in 7 9000").exitCode, 0);
@@ -19,7 +18,7 @@ struct Archives : ::testing::Test {
 };
 
 TEST_F(Archives, AreTheSameFromOneProcessAndFromTwo) {
-  if (!KROSAC_HAS_MPI) GTEST_SKIP() << "there was no MPI when this was built";
+  if (!KROSAC_HAS_MPI) GTEST_SKIP() << "not installed: MPI";
   const std::string mpi =
       "OMPI_ALLOW_RUN_AS_ROOT=1 OMPI_ALLOW_RUN_AS_ROOT_CONFIRM=1 "
       "OMPI_MCA_rmaps_base_oversubscribe=1 ASAN_OPTIONS=detect_leaks=0 " KROSAC_MPIRUN " ";
@@ -36,7 +35,7 @@ TEST_F(Archives, AreTheSameFromOneProcessAndFromTwo) {
   EXPECT_EQ(files, filesBelow(folder, "out2"));
   EXPECT_EQ(files.size(), 8u) << "seven recordings and the summary";
   EXPECT_THAT(files["summary.txt"], StartsWith("failed  A text\n"));
-  // The fifth station: P at the predicted time, on the decimated trace, above the noise.
+  // The fifth station has P at the predicted time, above the noise of the decimated trace.
   auto s = make<SacObject>();
   ASSERT_TRUE(s->initWithPath(folder.path("out2/XX.S005.BHZ.SAC")));
   EXPECT_EQ(s->pickLabelWithKey(10), "P(JB)");
@@ -49,12 +48,13 @@ TEST_F(Archives, AreTheSameFromOneProcessAndFromTwo) {
 
 TEST_F(Archives, FromPythonMatchTheSameStepsInCpp) {
   const std::string python = KROSAC_PYTHON,
-                    command = "KROSAC_LIBRARY='" KROSAC_LIBRARY "' " + python +
-                              " -B '" KROSAC_SOURCES "/process_archive.py' in ";
-  if (python.empty()) GTEST_SKIP() << "no Python, or a sanitized library";
+                    command = "KROSAC_LIBRARY='" KROSAC_LIBRARY "' '" + python +
+                              "' -B '" KROSAC_SOURCES "/process_archive.py' in ";
+  if (KROSAC_IS_SANITIZED) GTEST_SKIP() << "Python cannot load a sanitized library";
+  if (python.empty()) GTEST_SKIP() << "not installed: Python";
   const ExampleRun one = runInShell(folder, command + "out1 1"),
                    two = runInShell(folder, command + "out2 2");
-  EXPECT_EQ(one.exitCode, 1) << "one file is none";
+  EXPECT_EQ(one.exitCode, 1) << "one file is not a recording";
   EXPECT_EQ(one.out, two.out) << one.err;
   EXPECT_THAT(
       one.out,
@@ -69,7 +69,7 @@ TEST_F(Archives, FromPythonMatchTheSameStepsInCpp) {
   ours->LPBUfilter_NPasses_NPoles(1.0f, 2, 4);
   ours->Decimate(2);
   ASSERT_EQ(std::pair(ours->npts(), ours->delta()), std::pair(theirs->npts(), theirs->delta()));
-  for (int i = 0; i < ours->npts(); ++i)  // the mean, single against double precision
+  for (int i = 0; i < ours->npts(); ++i)  // the means are of single and of double precision
     ASSERT_NEAR(ours->GetSacSeis()[i], theirs->GetSacSeis()[i], 1e-3f * ours->absMax());
 }
 

@@ -1,4 +1,4 @@
-// Runs an example program in a folder and collects what it prints.
+// Runs an example program in a folder and collects its output.
 #ifndef KROSAC_TESTS_EXAMPLES_RUNEXAMPLE_H
 #define KROSAC_TESTS_EXAMPLES_RUNEXAMPLE_H
 
@@ -15,7 +15,7 @@ struct ExampleRun {
   std::string out, err;
 };
 
-// A line of the shell, run in the folder.
+// Runs a shell command in the folder.
 inline ExampleRun runInShell(const TemporaryFolder& folder, const std::string& line) {
   const std::string command =
       "cd '" + folder.path() + "' && " + line + " > example.out 2> example.err";
@@ -24,13 +24,15 @@ inline ExampleRun runInShell(const TemporaryFolder& folder, const std::string& l
           folder.read("example.err")};
 }
 
-// The arguments go through the shell; the launcher stands before the program.
+// Runs an example in the folder. The shell parses the arguments and the launcher, which precedes
+// the program.
 inline ExampleRun runExample(const TemporaryFolder& folder, const std::string& name,
                              const std::string& arguments = "", const std::string& launcher = "") {
   return runInShell(folder, launcher + " \"" KROSAC_EXAMPLES_DIR "/" + name + "\" " + arguments);
 }
 
-// The rows of numbers in a text, by the name in the comment "# NAME" or "# NAME, ..." before them.
+// Returns the rows of numbers in a text, by the name in the comment "# NAME" or "# NAME, ..." above
+// them.
 inline std::map<std::string, std::vector<std::vector<double>>> dataSetsOf(const std::string& text) {
   std::map<std::string, std::vector<std::vector<double>>> sets;
   std::istringstream lines(text);
@@ -44,7 +46,8 @@ inline std::map<std::string, std::vector<std::vector<double>>> dataSetsOf(const 
   return sets;
 }
 
-// The bytes of every file below a folder, by their paths from there; the collected output aside.
+// Returns the bytes of every file below a folder, by its relative path, except the collected
+// output.
 inline std::map<std::string, std::string> filesBelow(const TemporaryFolder& folder,
                                                      const std::string& name = ".") {
   std::map<std::string, std::string> files;

@@ -25,8 +25,8 @@ TEST(ProcessSac, MakesAndProcessesASampleInTheOtherByteOrder) {
   EXPECT_TRUE(before->swappedBytes() && after->swappedBytes());
   EXPECT_EQ(after->npts(), before->npts() / 2);
   EXPECT_LT(std::abs(after->smean()), 1e-3f * after->smax());
-  // The strongest wave is the Rayleigh wave, which travels at 2.9 to 4.1 km/s, and P stands out of
-  // the noise at the time of the Jeffreys-Bullen tables, which differ by 2 s.
+  // The strongest wave is the Rayleigh wave, at 2.9 to 4.1 km/s. P is above the noise at the time
+  // of the Jeffreys-Bullen tables, which differ by 2 s.
   EXPECT_NEAR(after->distance() / after->t0(), 3.5f, 0.6f);
   EXPECT_GT(after->simpleSNR(), 2.0f);
   after->markJBTimes();
@@ -55,8 +55,8 @@ TEST(MarkAndSynthesize, TheSyntheticBeginsAtTheMarkedP) {
   runExample(folder, "mark_and_synthesize");
   const auto marked = load(folder, "made.marked"), synthetic = load(folder, "made.synthetic");
   EXPECT_EQ(marked->pickLabelWithKey(10), "P(JB)");
-  EXPECT_NEAR(marked->pTime(), 513.6f, 4.0f);  // which was picked by IASP91
-  // The P pulse lasts 4 s from the mark on, less the filter's lead of one sample.
+  EXPECT_NEAR(marked->pTime(), 513.6f, 4.0f);  // the time of IASP91
+  // The P pulse begins one sample before the mark, because of the filter, and lasts 4 s.
   const float p = marked->pTime();
   EXPECT_EQ(synthetic->ComputeMinMaxInRange(p - 60.0f, p - 0.2f), std::pair(0.0, 0.0));
   EXPECT_NE(synthetic->ComputeMinMaxInRange(p, p + 4.0f), std::pair(0.0, 0.0));
@@ -66,8 +66,8 @@ TEST(ReceiverFunction, FindsTheConvertedWaveAndItsMultiplesWithinOneSample) {
   const TemporaryFolder folder;
   const std::string made = runExample(folder, "receiver_function").out;
   const auto peaks = dataSetsOf(made)[""];
-  // Of a crust of 35 km, 6.3 and 3.6 km/s under a ray parameter of 0.06 s/km, at 20 samples a
-  // second: the P itself, Ps, PpPs and PpSs + PsPs, in the order of their amplitudes.
+  // The crust is 35 km thick, with 6.3 and 3.6 km/s. The ray parameter is 0.06 s/km, the rate 20
+  // samples per second. P, Ps, PpPs and PpSs + PsPs come in the order of their amplitudes.
   const double p = std::sqrt(1 / (6.3 * 6.3) - 0.06 * 0.06),
                s = std::sqrt(1 / (3.6 * 3.6) - 0.06 * 0.06);
   const double expected[][2] = {
@@ -75,9 +75,9 @@ TEST(ReceiverFunction, FindsTheConvertedWaveAndItsMultiplesWithinOneSample) {
   ASSERT_EQ(peaks.size(), 4u) << made;
   for (int i = 0; i < 4; ++i) {
     EXPECT_NEAR(peaks[i][0], expected[i][0], 0.05);
-    EXPECT_NEAR(peaks[i][1] / expected[i][1], 1, 0.15);  // what the water level takes
+    EXPECT_NEAR(peaks[i][1] / expected[i][1], 1, 0.15);  // the water level reduces it
   }
-  EXPECT_NEAR(peaks[1].at(2), 35, 1);  // in IASP91, whose crust is 5.8 to 6.5 km/s fast
+  EXPECT_NEAR(peaks[1].at(2), 35, 1);  // in IASP91, whose crust has 5.8 to 6.5 km/s
   const auto north = load(folder, "sample.BHN.SAC");
   north->setEventLocationLat_Lon_Depth(north->evla(), north->evlo(), 1000 * north->evdp());
   ASSERT_TRUE(north->save());
@@ -90,8 +90,8 @@ TEST(ReceiverFunction, FindsTheConvertedWaveAndItsMultiplesWithinOneSample) {
 TEST(RecordSection, AlignsTheArrivalsOfAFolderWithTheirPredictions) {
   const TemporaryFolder folder;
   runExample(folder, "make_stations", "in 6 20000");
-  // The first has its depth in metres, one counts its time from a minute after the origin, one does
-  // not know the origin.
+  // The first has its depth in metres. The time of one begins a minute after the origin; another has
+  // no origin time.
   const auto first = load(folder, "in/XX.S001.BHZ.SAC"), later = load(folder, "in/XX.S004.BHZ.SAC"),
              unknown = load(folder, "in/XX.S006.BHZ.SAC");
   first->setEventLocationLat_Lon_Depth(first->evla(), first->evlo(), 1000 * first->evdp());
@@ -107,7 +107,7 @@ TEST(RecordSection, AlignsTheArrivalsOfAFolderWithTheirPredictions) {
     const auto p =
         std::ranges::lower_bound(sets["P"], degrees, {}, [](const auto& row) { return row[1]; });
     const double after = sample[0] - p->at(0);
-    // The filter, being without phase shift, rings for some seconds before the arrival too.
+    // The zero-phase filter also rings for some seconds before the arrival.
     auto& part = after > -60 && after < -14 ? noise : after > -4 && after < 40 ? signal : greatest;
     part[degrees] = std::max(part[degrees], amplitude);
   }
@@ -119,7 +119,7 @@ TEST(RecordSection, AlignsTheArrivalsOfAFolderWithTheirPredictions) {
 }
 
 TEST(EditHeader, ChangesTheFieldsAskedForAndNothingElse) {
-  if (!KROSAC_HAS_FORTRAN) GTEST_SKIP() << "there was no Fortran compiler";
+  if (!KROSAC_HAS_FORTRAN) GTEST_SKIP() << "not installed: Fortran";
   const TemporaryFolder folder;
   runExample(folder, "make_stations", "in 1 500");
   runExample(folder, "edit_header", "in/XX.S001.BHZ.SAC out.SAC EVDP 33.5 NZYEAR 2012 USER0 -1e-3");

@@ -71,8 +71,7 @@ std::vector<Arrival> Column::arrivals(const std::string& phase, const std::vecto
       if (along.time >= 0.0) rays.push_back(along);
     }
     if (rays.empty()) rays = reflected.arrivals(distance);
-    if (phase == "pkpab" && !rays.empty()) rays = {rays.back()};
-    times.push_back(earliest(rays));
+    times.push_back(phase == "pkpab" && !rays.empty() ? rays.back() : earliest(rays));
   }
   return times;
 }
