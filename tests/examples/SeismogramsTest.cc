@@ -90,8 +90,8 @@ TEST(ReceiverFunction, FindsTheConvertedWaveAndItsMultiplesWithinOneSample) {
 TEST(RecordSection, AlignsTheArrivalsOfAFolderWithTheirPredictions) {
   const TemporaryFolder folder;
   runExample(folder, "make_stations", "in 6 20000");
-  // The first has its depth in metres. The time of one begins a minute after the origin; another has
-  // no origin time.
+  // The first has its depth in metres. The time of one begins a minute after the origin; another
+  // has no origin time.
   const auto first = load(folder, "in/XX.S001.BHZ.SAC"), later = load(folder, "in/XX.S004.BHZ.SAC"),
              unknown = load(folder, "in/XX.S006.BHZ.SAC");
   first->setEventLocationLat_Lon_Depth(first->evla(), first->evlo(), 1000 * first->evdp());
