@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 
 #include "krosac/platform/Log.h"
 #include "krosac/platform/internal/Reason.h"
@@ -37,13 +36,12 @@ void setReason(const char* format, ...) noexcept {
     va_end(arguments);
   }
   std::memcpy(reason, text, sizeof reason);
-  if (std::getenv("KROSAC_DEBUG")) {
-    try {
-      log("%s", reason);
-    } catch (const std::bad_alloc&) {  // the reason is set anyway
-    }
-  }
+  if (std::getenv("KROSAC_DEBUG")) log("%s", reason);
   errno = systemError;
+}
+
+void setMemoryReason() noexcept {
+  setReason("out of memory");
 }
 
 void setSystemReason(const char* path) noexcept {

@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <new>
 #include <utility>
 
 #include "krosac/platform/internal/Text.h"
@@ -27,14 +28,17 @@ bool hasLogSink() {
 void log(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  std::string text = formatTextV(format, arguments);
-  va_end(arguments);
-  if (hasLogSink()) {
-    currentSink()(text);
-    return;
+  try {
+    std::string text = formatTextV(format, arguments);
+    if (hasLogSink()) {
+      currentSink()(text);
+    } else {
+      if (text.empty() || text.back() != '\n') text += '\n';
+      std::fwrite(text.data(), 1, text.size(), stderr);
+    }
+  } catch (const std::bad_alloc&) {  // without memory there is no text
   }
-  if (text.empty() || text.back() != '\n') text += '\n';
-  std::fwrite(text.data(), 1, text.size(), stderr);
+  va_end(arguments);
 }
 
 }  // namespace krosac

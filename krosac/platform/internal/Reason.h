@@ -15,6 +15,10 @@ void setReason(const char* format, ...) noexcept __attribute__((format(printf, 1
 // Sets "PATH: TEXT" with the system's English text for errno.
 void setSystemReason(const char* path) noexcept;
 
+// Sets "out of memory". For function-try-blocks: no failed allocation leaves the library as an
+// exception.
+void setMemoryReason() noexcept;
+
 }  // namespace krosac
 
 #endif

@@ -1,108 +1,10 @@
-// What every operation does when memory runs out: the n-th allocation within it fails, for n = 1, 2
-// and so on. It leaves its object as it was or finishes the work, throws nothing, and says so by
-// its result or by lastReason().
-#include <gtest/gtest.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <functional>
-
+// Seismograms when memory runs out.
 #include "TemporaryFolder.h"
-#include "krosac/krosac.h"
+#include "robustness/FailingAllocator.h"
 #include "seismogram/Traces.h"
-
-namespace {
-
-// Counts down to the allocation that fails; 0 while none is to fail.
-std::ptrdiff_t allocationsUntilFailure = 0;
-
-bool failsNow() {
-  if (allocationsUntilFailure == 0 || --allocationsUntilFailure > 0) return false;
-  errno = ENOMEM;
-  return true;
-}
-
-}  // namespace
-
-#pragma GCC visibility push(default)  // so that the library calls these too
-extern "C" {
-
-void* __libc_malloc(std::size_t);
-void* __libc_calloc(std::size_t, std::size_t);
-void* __libc_realloc(void*, std::size_t);
-void* __libc_memalign(std::size_t, std::size_t);
-
-void* malloc(std::size_t bytes) {
-  return failsNow() ? nullptr : __libc_malloc(bytes);
-}
-void* calloc(std::size_t count, std::size_t bytes) {
-  return failsNow() ? nullptr : __libc_calloc(count, bytes);
-}
-void* realloc(void* old, std::size_t bytes) {
-  return failsNow() ? nullptr : __libc_realloc(old, bytes);
-}
-int posix_memalign(void** memory, std::size_t alignment, std::size_t bytes) {
-  if (failsNow()) return ENOMEM;
-  *memory = __libc_memalign(alignment, bytes);
-  return *memory ? 0 : ENOMEM;
-}
-
-}  // extern "C"
-#pragma GCC visibility pop
 
 namespace krosac {
 namespace {
-
-// What an operation returned, as a text, and a short one for numbers, which allocates nothing.
-std::string resultOf(bool good) {
-  return good ? "good" : "refused";
-}
-
-// One operation: how its object is made, what it does, and all that can be seen of the object.
-template <typename T>
-struct Trial {
-  std::function<T()> make;
-  std::function<std::string(T&)> run;
-  std::function<std::string(const T&)> state;
-};
-
-int injected = 0, refused = 0;
-
-template <typename T>
-void expectSafe(const std::string& name, const Trial<T>& trial) {
-  SCOPED_TRACE(name);
-  T whole = trial.make();
-  const std::string before = trial.state(whole), result = trial.run(whole),
-                    after = trial.state(whole);
-  for (std::ptrdiff_t n = 1;; ++n) {
-    T object = trial.make();
-    std::string returned;
-    bool threw = false;
-    allocationsUntilFailure = n;
-    try {
-      returned = trial.run(object);
-    } catch (...) {
-      threw = true;
-    }
-    const bool wasReached = allocationsUntilFailure == 0;
-    allocationsUntilFailure = 0;
-    if (!wasReached) return;
-    ++injected;
-    const std::string reason = lastReason(), state = trial.state(object);
-    ASSERT_FALSE(threw) << "allocation " << n;
-    const bool isWhole = state == after && returned == result;
-    refused += !isWhole;
-    ASSERT_TRUE(isWhole || state == before) << "half done at allocation " << n;
-    ASSERT_TRUE(isWhole || returned != result || !reason.empty()) << "silent at allocation " << n;
-  }
-}
-
-std::string bytesOf(const Archivable& object) {
-  const auto bytes = archive(object);
-  return bytes ? std::string(bytes->bytes(), bytes->bytes() + bytes->length()) : "";
-}
-
-const auto archivedState = [](const auto& object) { return bytesOf(*object); };
 
 Ref<S> recording() {
   Samples x(300);
@@ -224,10 +126,9 @@ TEST(FailingAllocator, SeismogramsAreAsTheyWereOrWhole) {
       {"FindMaximum", nothing([](S& s) { s.FindMaximum(); })},
   };
   for (const auto& [name, operation] : operations)
-    expectSafe<Ref<S>>(name, {recording, operation, archivedState});
+    expectSafe<Ref<S>>(name,
+                       {recording, operation, [](const Ref<S>& s) { return archivedState(*s); }});
   testing::internal::GetCapturedStderr();
-  RecordProperty("injected", injected);
-  std::printf("%d failures injected, %d operations refused\n", injected, refused);
 }
 
 }  // namespace
