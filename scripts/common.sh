@@ -24,6 +24,7 @@ locales | locales | glibc-locale-source | | test -e /usr/share/i18n/locales/de_D
 Fortran | gfortran | gcc-gfortran | gcc | command -v gfortran
 MPI | libopenmpi-dev openmpi-bin | openmpi-devel | open-mpi | command -v mpirun && command -v mpicxx
 Python | python3 | python3 | python | command -v python3
+cbor2 | python3-cbor2 | python3-cbor2 | | for p in python3 /usr/bin/python3; do $p -c "import cbor2" && break; done
 gnuplot | gnuplot-nox | gnuplot | gnuplot | command -v gnuplot
 Doxygen | doxygen | doxygen | doxygen | command -v doxygen
 benchmark | libbenchmark-dev | google-benchmark-devel | google-benchmark | has_header benchmark/benchmark.h

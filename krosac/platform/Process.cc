@@ -16,7 +16,12 @@
 #include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
+#ifdef __APPLE__
+#include <crt_externs.h>
+#define environ (*_NSGetEnviron())  // a shared library there has no environ of its own
+#else
 extern char** environ;
+#endif
 
 namespace krosac {
 namespace {
@@ -83,7 +88,12 @@ class SpawnRules {
 
 bool openPipe(File& readEnd, File& writeEnd) noexcept {
   int ends[2];
+#ifdef __APPLE__  // which has no pipe2, so a program started meanwhile may inherit the pipe
+  if (::pipe(ends) != 0) return false;
+  for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
+#else
   if (::pipe2(ends, O_CLOEXEC) != 0) return false;
+#endif
   readEnd = aboveStandardStreams(ends[0]);
   writeEnd = aboveStandardStreams(ends[1]);
   return readEnd.isOpen() && writeEnd.isOpen();

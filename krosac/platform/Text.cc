@@ -1,6 +1,9 @@
 #include "krosac/platform/internal/Text.h"
 
 #include <locale.h>
+#ifdef __APPLE__
+#include <xlocale.h>
+#endif
 
 #include <algorithm>
 #include <cstdio>

@@ -8,27 +8,32 @@
 #include "krosac/sacio/SacHeader.h"
 #include "krosac/sacio/internal/SacParts.h"
 
-// The word loop is also compiled for AVX2, which shuffles bytes in vectors. The dynamic loader
-// selects the version, before the thread sanitizer is ready.
-#if defined(__x86_64__) && defined(__GLIBC__) && !defined(__SANITIZE_THREAD__)
-#define KROSAC_VECTOR_CLONES __attribute__((target_clones("default", "avx2")))
-#else
-#define KROSAC_VECTOR_CLONES
-#endif
-
 namespace krosac {
 namespace {
 
 constexpr std::size_t kNumericWords = offsetof(SacHeader, KSTNM) / 4;
 
 // Reverses words as integers, since loading a signalling NaN as a float may change its bits.
-KROSAC_VECTOR_CLONES void reverseWords(unsigned char* bytes, std::size_t count) {
+[[gnu::always_inline]] inline void reverseEach(unsigned char* bytes, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     std::uint32_t word;
     std::memcpy(&word, bytes + 4 * i, 4);
     word = __builtin_bswap32(word);
     std::memcpy(bytes + 4 * i, &word, 4);
   }
+}
+
+#ifdef __x86_64__  // AVX2 shuffles bytes in vectors
+__attribute__((target("avx2"))) void reverseWordsAvx2(unsigned char* bytes, std::size_t count) {
+  reverseEach(bytes, count);
+}
+#endif
+
+void reverseWords(unsigned char* bytes, std::size_t count) {
+#ifdef __x86_64__
+  if (__builtin_cpu_supports("avx2")) return reverseWordsAvx2(bytes, count);
+#endif
+  reverseEach(bytes, count);
 }
 
 // False, with a reason, unless the image has a header.

@@ -73,5 +73,47 @@ TEST_F(Archives, FromPythonMatchTheSameStepsInCpp) {
     ASSERT_NEAR(ours->GetSacSeis()[i], theirs->GetSacSeis()[i], 1e-3f * ours->absMax());
 }
 
+// A reader of CBOR in another language finds the fields and the samples of keyed archives.
+TEST(KeyedArchives, OpenInPython) {
+  const std::string python = KROSAC_CBOR2_PYTHON;
+  if (python.empty()) GTEST_SKIP() << "not installed: cbor2 for Python";
+  const TemporaryFolder folder;
+  const auto trace = make<SacObject>();
+  ASSERT_TRUE(trace->initWithCapacity(1000));
+  trace->GetSacSeis()[500] = -2.5f;
+  const auto event = make<kroHypocenter>();
+  const auto station = make<kroSeismicStation>();
+  ASSERT_TRUE(event->init() && station->init());
+  event->setMb(6.5f);
+  station->setStationCode("TLY");
+  for (const char* name : {"P", "S\xc3\xa9"}) {
+    const auto phase = make<kroSeismicPhase>();
+    ASSERT_TRUE(phase->init());
+    phase->setPhaseName(name);
+    phase->setStation(station);
+    event->addPhase(phase);
+  }
+  ASSERT_TRUE(archive(*trace)->writeAtomically(folder.path("trace.cbor")));
+  ASSERT_TRUE(archive(*event)->writeAtomically(folder.path("event.cbor")));
+  const std::string command =
+      "PYTHONIOENCODING=utf-8 '" + python + "' -B '" KROSAC_SOURCES "/open_archive.py' ";
+  const ExampleRun run = runInShell(folder, command + "trace.cbor event.cbor");
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out,
+              StartsWith("trace.cbor: SacObject\n  myData: 1000 samples from -2.5 to 0\n"));
+  EXPECT_THAT(run.out, HasSubstr("\n  mb: 6.5\n"));
+  EXPECT_THAT(
+      run.out,
+      HasSubstr(
+          "\n      phaseName: P\n      station: kroSeismicStation\n        stationCode: TLY\n"));
+  EXPECT_THAT(
+      run.out,
+      HasSubstr("\n      phaseName: S\xc3\xa9\n      station: kroSeismicStation as above\n"));
+  std::string damaged = folder.read("trace.cbor");
+  damaged[100] ^= 1;
+  folder.write("trace.cbor", damaged);
+  EXPECT_THAT(runInShell(folder, command + "trace.cbor").err, HasSubstr("damaged"));
+}
+
 }  // namespace
 }  // namespace krosac
