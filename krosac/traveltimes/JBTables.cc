@@ -34,8 +34,8 @@ bool isAbsent(float node) {
   return !isDefined(node);
 }
 
-// What interpolate returns where a corner is absent or a result is not finite. There is no time if a
-// corner of non-zero weight is absent, and no slowness if one of its two corners is.
+// What interpolate returns where a corner is absent or a result is not finite. There is no time if
+// a corner of non-zero weight is absent, and no slowness if one of its two corners is.
 SeismicPhase present(const Corners& t, float upperWeight, float lowerWeight, float nearWeight,
                      float farWeight, const SeismicPhase& found) {
   const auto needsAbsent = [&](float upper, float lower) {
@@ -56,10 +56,9 @@ inline SeismicPhase interpolate(const Corners& t, float lowerWeight, float farWe
   const auto slowness = static_cast<float>((t.farLower - t.nearLower) / kKilometresPerDegree);
   const SeismicPhase found{t.bilinear(upperWeight, lowerWeight, farWeight),
                            slowness * slownessFactor};
-  // A single branch for the usual case.
-  const bool anyAbsent = isAbsent(t.nearUpper) | isAbsent(t.nearLower) | isAbsent(t.farUpper) |
+  const bool anyAbsent = isAbsent(t.nearUpper) || isAbsent(t.nearLower) || isAbsent(t.farUpper) ||
                          isAbsent(t.farLower);
-  if (anyAbsent | !std::isfinite(found.time + found.slowness)) [[unlikely]]
+  if (anyAbsent || !std::isfinite(found.time + found.slowness)) [[unlikely]]
     return present(t, upperWeight, lowerWeight, 1.0f - farWeight, farWeight, found);
   return found;
 }
@@ -105,7 +104,7 @@ void GetJBTimes(const float* tp, const float* ts, float* pTime, float* sTime, fl
     const bool halfDegrees = gcarc <= 11.0f;
     // The last row whose node is less than the distance.
     const auto row = gcarc <= 10.0f ? static_cast<std::size_t>(std::ceil(gcarc * 2.0f)) - 1
-                                      : static_cast<std::size_t>(std::ceil(gcarc)) + 9;
+                                    : static_cast<std::size_t>(std::ceil(gcarc)) + 9;
     // The cell from 10 to 11 degrees is taken as half a degree wide: intended.
     const float step = halfDegrees ? 0.5f : 1.0f;
     const float node =
