@@ -1,5 +1,5 @@
-// Lines of a catalogue parsed a second, beside a plain sscanf loop over the same columns, and the
-// archive of an earthquake with 100 000 phases at 100 stations.
+// Catalogue lines parsed per second, compared with a plain sscanf loop over the same columns, and
+// the archive of an earthquake with 100 000 phases at 100 stations.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -55,7 +55,7 @@ void BM_PrimaryPhases(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kLines));
 }
 
-// The columns only: no date, no epoch time, no decoded phase code.
+// Reads the columns only: no date, no epoch time, no decoded phase code.
 void BM_PrimaryPhasesBySscanf(benchmark::State& state) {
   char station[6], phase[9];
   int hr, min;
@@ -90,7 +90,7 @@ void BM_Hypocenters(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kLines));
 }
 
-// The columns only: no date, no epoch time, no region, no name.
+// Reads the columns only: no date, no epoch time, no region, no name.
 void BM_HypocentersBySscanf(benchmark::State& state) {
   int yr, month, date, hr, min, stations, region;
   float seconds, latitude, longitude, depth, stdev;

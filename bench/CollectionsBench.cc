@@ -1,5 +1,5 @@
-// Loading and screening a folder of seismograms beside reading the same files with read(2), and the
-// group functions on many headers.
+// Loading and screening a folder of seismograms, compared with reading the same files with read(2),
+// and the group functions on many headers.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <malloc.h>
@@ -26,7 +26,7 @@ using Traces = std::vector<Ref<SacObject>>;
 constexpr int kFiles = 5000;
 constexpr std::int32_t kSamples = 10000;
 
-// A folder of so many files of noise, made on first use and removed at the end.
+// A folder with a number of files of noise, made on first use and removed at the end.
 class SampleFolder {
  public:
   static const std::string& path() {
@@ -48,7 +48,7 @@ class SampleFolder {
     for (int i = 0; i < kFiles; ++i) {
       s->setEventLocationLat_Lon_Depth(0.0f, 0.0f, 10.0f);
       s->setStationLocationLat_Lon_Elevation(10.0f, 0.015f * static_cast<float>(i), 0.0f);
-      // Without the flush to disk of saving.
+      // Saving would also flush to disk.
       std::FILE* file = std::fopen((path_ + "/" + name(i)).c_str(), "wb");
       std::fwrite(s->myData()->bytes(), 1, s->myData()->length(), file);
       std::fclose(file);
@@ -59,7 +59,7 @@ class SampleFolder {
   std::string path_;
 };
 
-// All files into memory of their own, kept as the seismograms are.
+// Reads each file into memory of its own and keeps it, as the seismograms are kept.
 void BM_ReadFolder(benchmark::State& state) {
   const std::string& folder = SampleFolder::path();
   for (auto _ : state) {
@@ -76,7 +76,7 @@ void BM_ReadFolder(benchmark::State& state) {
   }
 }
 
-// The bytes that malloc has given out.
+// Returns the number of bytes that malloc has allocated.
 double bytesInUse() {
   const struct mallinfo2 info = ::mallinfo2();
   return static_cast<double>(info.uordblks + info.hblkhd);

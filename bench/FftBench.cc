@@ -1,6 +1,6 @@
-// The forward transform of real samples in place by turns with others: ours, ours without AVX2, the
-// plain loop, and FFTW and KissFFT where they are found. All are given the same fresh samples
-// before each run, and that copy is timed with all.
+// Forward transforms of real samples in place, timed alternately: ours, ours without AVX2, the
+// plain loop, and FFTW and KissFFT where they are installed. Each run starts by copying the same
+// samples, and the time includes that copy.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -23,8 +23,8 @@ namespace {
 
 using krosac::bench::Work;
 
-// Short transforms are run many times in a turn, so that it lasts longer than the clock's step and
-// than a processor takes to get used to it.
+// Short transforms are repeated within one measurement, so that it lasts longer than the resolution
+// of the clock and the warm-up of the processor.
 constexpr std::size_t kSamplesInATurn = 1 << 17;
 
 template <typename Transform>
@@ -50,7 +50,7 @@ class Transforms : public Work {
   std::size_t times_;
 };
 
-// Those of this library and its tests, over one array.
+// The transforms of this library and its tests work on one array.
 template <auto kTransform>
 class InPlace {
  public:

@@ -1,6 +1,6 @@
-// Every operation of a seismogram that transforms it, on 2^16 samples, by turns with what it cannot
-// do without: its transforms, in place, of the 2^17 values that the trace is padded to, and its
-// calls of the mathematical library.
+// Every operation that transforms a seismogram, on 2^16 samples, timed alternately with its lower
+// bound: its transforms, in place, of the 2^17 values that the trace is padded to, and its calls of
+// the mathematical library.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -36,7 +36,7 @@ const std::vector<float>& noise() {
   return samples;
 }
 
-// The poles and zeros of a broad-band seismometer, in a file that is removed at the end.
+// A file with the poles and zeros of a broad-band seismometer, removed at the end.
 const std::string& poleZeroFile() {
   struct File {
     std::string path = std::filesystem::temp_directory_path() / "krosac-bench-poles-and-zeros";
@@ -53,7 +53,7 @@ const std::string& poleZeroFile() {
   return file.path;
 }
 
-// The sum of a function of the angular frequency over some of the bins.
+// Returns the sum of a function of the angular frequency over some of the bins.
 template <typename Function>
 double overBins(Function function, std::size_t first = 1, std::size_t last = kBins) {
   double sum = 0.0;
@@ -76,7 +76,7 @@ double singleRoots() {
 double roots() {
   return overBins([](double omega) { return std::sqrt(omega); });
 }
-// A band of 0.01 to 8 Hz with edges up to 0.02 and from 4 Hz on.
+// A band of 0.01 to 8 Hz with tapers from 0.01 to 0.02 Hz and from 4 to 8 Hz.
 double cosinesOfEdges() {
   const auto edge = [](double omega) { return std::cos(omega * 0.04); };
   const auto bin = [](double f) { return static_cast<std::size_t>(f * kPadded * kDelta); };
@@ -141,7 +141,7 @@ const struct Operation {
      krosac::realft, 1, 1, cosinesOfEdges},
 };
 
-// Runs once before it is timed, so that it does not find the other's data in the caches.
+// Runs once before it is timed, so that the caches hold its own data.
 class Warm : public Work {
  public:
   void prepare() final {

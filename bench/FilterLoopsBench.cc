@@ -1,4 +1,4 @@
-// Convolution, recursive filters and decimation beside their plain loops.
+// Convolution, recursive filters and decimation, compared with their plain loops.
 #include <benchmark/benchmark.h>
 
 #include <random>
@@ -78,7 +78,7 @@ void cascadePlain(benchmark::State& state) {
 BENCHMARK(cascade)->Arg(1)->Arg(2)->Arg(4)->Arg(10);
 BENCHMARK(cascadePlain)->Arg(1)->Arg(2)->Arg(4)->Arg(10);
 
-// The plain loop is given whole multiples of the factor, as decimateSignal uses.
+// The plain loop uses a multiple of the factor, like decimateSignal.
 void decimate(benchmark::State& state) {
   const std::vector<float> x = noise(120000);
   std::vector<float> y(x.size());

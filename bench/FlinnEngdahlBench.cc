@@ -1,4 +1,4 @@
-// Look-ups a second of the Flinn-Engdahl regions, at points spread evenly over the globe.
+// Look-ups of the Flinn-Engdahl regions per second, at points spread evenly over the globe.
 #include <benchmark/benchmark.h>
 
 #include <cmath>

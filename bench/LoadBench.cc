@@ -1,5 +1,5 @@
-// Loading a seismogram beside reading the same bytes with read(2) into fresh memory of the same
-// size.
+// Loading a seismogram, compared with reading the same bytes with read(2) into new memory of the
+// same size.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// A file of noise with so many samples, made on first use and removed at the end.
+// A file of noise with a number of samples, made on first use and removed at the end.
 class SampleFile {
  public:
   explicit SampleFile(std::int32_t npts, bool swapped)

@@ -1,4 +1,4 @@
-// Two works timed by turns in one benchmark, so that a disturbance meets both.
+// Times two pieces of work alternately in one benchmark, so that a disturbance affects both.
 #ifndef KROSAC_BENCH_PAIRS_H
 #define KROSAC_BENCH_PAIRS_H
 
@@ -10,7 +10,7 @@
 
 namespace krosac::bench {
 
-// Something to time; only run() counts.
+// Work to be timed; only run() counts.
 class Work {
  public:
   virtual ~Work() = default;
@@ -31,8 +31,8 @@ inline double secondsToRun(Work& work, clockid_t clock) {
   return now() - start;
 }
 
-// The time of the benchmark is ours; the counters hold the median seconds of the peer and the
-// median ratio of a turn, ours over the peer's. For a benchmark that says UseManualTime.
+// Reports our time as the time of the benchmark, which needs UseManualTime, and in the counters the
+// peer's median time in seconds and the median ratio of our time over the peer's.
 inline void timeByTurns(benchmark::State& state, clockid_t clock, Work& ours, Work& peer) {
   std::vector<double> peers, ratios;
   for (auto _ : state) {
@@ -41,7 +41,7 @@ inline void timeByTurns(benchmark::State& state, clockid_t clock, Work& ours, Wo
     peers.push_back(secondsToRun(peer, clock));
     ratios.push_back(own / peers.back());
   }
-  // Of an even number the lower middle one, so that one bad turn of two does not count.
+  // Of an even number the lower middle value, so that one bad measurement of two does not count.
   const auto median = [](std::vector<double>& values) {
     const auto middle = values.begin() + (std::ssize(values) - 1) / 2;
     std::nth_element(values.begin(), middle, values.end());

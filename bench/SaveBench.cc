@@ -1,6 +1,6 @@
-// Saving a seismogram atomically by turns with write(2), fsync and rename of as many bytes. Waiting
-// for the disk counts, so the time is that of the clock; it varies several times over from one turn
-// to the next, and only the median of many turns is steady.
+// Saving a seismogram atomically, timed alternately with write(2), fsync and rename of as many
+// bytes. Waiting for the disk counts, so wall-clock time is measured. It varies by several times
+// from one measurement to the next; only the median of many is stable.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -17,7 +17,7 @@ namespace {
 
 using krosac::bench::Work;
 
-// A path of its own for each kind, removed at the end.
+// A path for each kind, removed at the end.
 class Target {
  public:
   explicit Target(const char* kind)
@@ -75,7 +75,7 @@ void save(benchmark::State& state) {
   if (!ours.good || !peer.good) state.SkipWithError("not saved");
 }
 
-// Medians of three medians.
+// Reports the median of three medians.
 BENCHMARK(save)->Arg(100000)->Iterations(201)->Repetitions(3)->UseManualTime();
 BENCHMARK(save)->Arg(10000000)->Iterations(15)->Repetitions(3)->UseManualTime();
 

@@ -1,4 +1,4 @@
-// Reading the travel-time tables and looking times up, beside strtof over the same bytes.
+// Reading the travel-time tables, compared with strtof over the same bytes, and looking up times.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -44,7 +44,7 @@ void TTTableObjectInit(benchmark::State& state) {
 }
 BENCHMARK(TTTableObjectInit)->Unit(benchmark::kMicrosecond);
 
-// The files opened and read, then strtof over their bytes.
+// Opens and reads the files, then runs strtof over their bytes.
 void TTTableFilesByStrtof(benchmark::State& state) {
   std::vector<float> numbers(360 * 19);
   for (auto _ : state) {
@@ -55,7 +55,7 @@ void TTTableFilesByStrtof(benchmark::State& state) {
 }
 BENCHMARK(TTTableFilesByStrtof)->Unit(benchmark::kMicrosecond);
 
-// strtof alone, over bytes that lie in memory.
+// Runs strtof alone, over bytes in memory.
 void TTTableBytesByStrtof(benchmark::State& state) {
   std::vector<float> numbers(360 * 19);
   std::vector<std::string> texts;
@@ -123,7 +123,7 @@ void GetJBTimesOnce(benchmark::State& state) {
 }
 BENCHMARK(GetJBTimesOnce);
 
-// With the tables loaded and no search for the phase by its name.
+// The tables are loaded, and the phase is not searched by its name.
 void GetTTTimeSlownessOnce(benchmark::State& state) {
   const auto tables = make<TTTableObject>();
   tables->init();

@@ -14,7 +14,7 @@ def machine():
 
 
 def medians(path):
-    """Seconds, items a second and ratio by benchmark; waiting counts only where a benchmark says so."""
+    """Returns seconds, items per second and ratio by benchmark. Waiting counts only for benchmarks of real time."""
     found = {}
     for run in json.loads(path.read_text())["benchmarks"]:
         if run.get("aggregate_name") != "median" or run.get("error_occurred"):
@@ -42,7 +42,7 @@ def values(runs, ours, peer, sense, sizes):
 
 
 def rows_of(path):
-    """The fields of each row; a row whose work names the size is one for each."""
+    """Returns the fields of each row. A row with the size in its name becomes one row per size."""
     for line in pathlib.Path(path).read_text().splitlines():
         if not line or line.startswith("#"):
             continue
