@@ -36,7 +36,7 @@ const std::vector<float>& noise() {
   return samples;
 }
 
-// The poles and zeros of a broad-band seismometer, in a file that is removed at the end.
+// A file with the poles and zeros of a broad-band seismometer, removed at the end.
 const std::string& poleZeroFile() {
   struct File {
     std::string path = std::filesystem::temp_directory_path() / "krosac-bench-poles-and-zeros";

@@ -1,5 +1,5 @@
-# The library with its SONAME, the public headers, the data files and the two package descriptions, in three components:
-# what programs run with (library, data) and what they are built with (development).
+# Installs the library with its SONAME, the public headers, the data files and the two package descriptions in three
+# components. Programs need "library" and "data" to run, and "development" to be built.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS krosac EXPORT krosacTargets
@@ -15,12 +15,12 @@ install(EXPORT krosacTargets NAMESPACE krosac:: FILE krosacConfig.cmake DESTINAT
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/krosacConfigVersion.cmake COMPATIBILITY ${KROSAC_COMPATIBILITY})
 install(FILES ${PROJECT_BINARY_DIR}/krosacConfigVersion.cmake DESTINATION ${KROSAC_CMAKE_DIR} COMPONENT development)
 
-# The pkg-config file finds the prefix from its own place, so that a moved tree still works.
+# The pkg-config file derives the prefix from its own path, so that the tree can be moved.
 file(RELATIVE_PATH KROSAC_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/krosac.pc.in ${PROJECT_BINARY_DIR}/krosac.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/krosac.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-# The pages, beside each other as their links have it.
+# The pages keep their relative paths, since they link to each other.
 file(GLOB KROSAC_PAGES ${PROJECT_SOURCE_DIR}/docs/*.md)
 foreach(page README.md CHANGELOG.md CITATION.cff)
   install(FILES ${PROJECT_SOURCE_DIR}/${page} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)

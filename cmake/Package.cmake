@@ -1,5 +1,5 @@
-# Debian packages by cpack, one for each component: libkrosac1, libkrosac-dev and krosac-data (scripts/package). They state
-# no licence, since none has been chosen.
+# Debian packages by cpack, one for each component: libkrosac1, libkrosac-dev and krosac-data (scripts/package). They
+# state no licence, since none has been chosen.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME krosac)
 set(CPACK_PACKAGE_VENDOR KROSAC)

@@ -1,7 +1,7 @@
 # The release, as krosac/platform/Version.h states it, and the ABI number, which is the library's own (docs/versions.md).
 #
-# The ABI number rises when a program that was linked before would no longer run. That happens only with a release that
-# find_package also refuses to programs which asked for an older one: a new major release, or a new minor one while the
+# The ABI number increases when a program linked with the previous release would no longer run. That happens only in a
+# release that find_package reports as incompatible with older ones: a new major release, or a new minor release while the
 # major number is 0.
 set(KROSAC_ABI_VERSION 1)
 

@@ -23,11 +23,11 @@ void checkAllocation(const volatile void*, std::size_t size) {
   }
 }
 
-// A file in memory. Whoever opens its path reads it from the start.
+// A file in memory. Opening its path reads it from the start.
 const int inputFile = ::memfd_create("input", MFD_CLOEXEC);
 const std::string inputPath = "/proc/self/fd/" + std::to_string(inputFile);
 
-// A folder that goes when the process ends.
+// A folder that is removed when the process ends.
 struct Folder {
   Folder() { require(::mkdtemp(path.data()) != nullptr); }
   ~Folder() {

@@ -1,5 +1,5 @@
-// What the fuzz targets share: arguments drawn from the input, operations called with them, files
-// that hold the input, and a limit on what it may cause to be allocated.
+// Shared by the fuzz targets: arguments drawn from the input, operations called with them, files
+// with the input, and a limit on the size of an allocation.
 #ifndef KROSAC_FUZZ_HARNESS_H
 #define KROSAC_FUZZ_HARNESS_H
 
@@ -27,8 +27,7 @@ struct Slot {
   operator T*() { return &value; }
 };
 
-// Draws arguments, among them those that break things: not a number, infinities, limits of
-// integers, huge and tiny numbers.
+// Draws arguments, including NaN, infinities, limits of integers, and huge and tiny numbers.
 class Arguments : public FuzzedDataProvider {
  public:
   explicit Arguments(std::string_view input)
@@ -36,21 +35,21 @@ class Arguments : public FuzzedDataProvider {
 
   float real();
   std::int32_t integer();
-  // From 0 to most - 1, for what stands in an array.
+  // Returns an index from 0 to most - 1.
   std::size_t index(std::size_t most) { return ConsumeIntegralInRange<std::size_t>(0, most - 1); }
   std::string text(std::size_t longest = 24);
   Date date();
   Ref<SeisTimeObject> time();
-  // An array of its own allocation and of exactly this length, so that a step beyond is seen.
+  // Returns a newly allocated array of exactly this length, so that an access beyond it is found.
   std::vector<float> reals(std::size_t count);
   Ref<ByteBuffer> realBytes(std::size_t most);
-  // An evenly sampled seismogram of a few hundred samples at most.
+  // Returns an evenly sampled seismogram of at most a few hundred samples.
   Ref<SacObject> newSeismogram();
   SacObject& seismogram() { return *seismograms[index(seismograms.size())]; }
-  // The seismograms at hand and others, in places none.
+  // Returns an array of the given seismograms, new ones and null references.
   std::vector<Ref<SacObject>> group();
 
-  // An argument for a parameter of this type.
+  // Returns an argument for a parameter of this type.
   template <typename T>
   struct Of {};
   bool any(Of<bool>) { return ConsumeBool(); }
@@ -70,12 +69,12 @@ class Arguments : public FuzzedDataProvider {
     return {any(Of<std::remove_const_t<T>>())};
   }
 
-  // What seismogram and text choose from, texts in half the cases.
+  // The choices of seismogram() and text(), which uses its choices in half the cases.
   std::vector<SacObject*> seismograms;
   std::vector<const char*> words;
 };
 
-// An operation of an object, or a plain one beside it, as an entry of a table.
+// A method of an object or a plain function as an entry of a table.
 template <typename T>
 using Operation = void (*)(T& object, Arguments& a);
 
@@ -96,45 +95,46 @@ void call(T& object, Arguments& a) {
     }
   };
   const auto draw = [&]<typename... Types>(std::tuple<Types...>*) {
-    return std::tuple{a.any(Arguments::Of<std::remove_cvref_t<Types>>())...};  // in their order
+    return std::tuple{
+        a.any(Arguments::Of<std::remove_cvref_t<Types>>())...};  // evaluated in this order
   };
   auto drawn = draw(decltype(typesOf(function)){});
   std::apply(callWith, drawn);
 }
 
-// Applies at most so many operations from a table.
+// Applies at most a number of operations from a table.
 template <typename T, std::size_t count>
 void applySome(int most, const Operation<T> (&table)[count], T& object, Arguments& a) {
   for (; most > 0 && a.remaining_bytes() > 0; --most) a.PickValueInArray(table)(object, a);
 }
 
-// The same from all that a seismogram offers, and from those on two or more.
+// Applies operations on one seismogram, or on two and more.
 void applySome(int most, SacObject& s, SacObject& other, Arguments& a);
-// Calls everything of a seismogram that only reads it.
+// Calls every method that only reads a seismogram.
 void readEverything(SacObject& s);
 
-// The input as a regular file, whose path is good until the next call.
+// Returns the path of a regular file with the input, valid until the next call.
 std::string asFile(std::string_view bytes);
-// A folder in which each of the names is that file.
+// Returns a folder in which each of the names is that file.
 std::string folderOfLinks(const std::vector<std::string>& names);
-// The path of a file that can be written.
+// Returns the path of a writable file.
 std::string scratchPath();
 
-// While it lives no single allocation may be larger; one that is ends the process.
+// During its lifetime a larger single allocation ends the process.
 struct AllocationLimit {
   explicit AllocationLimit(std::size_t bytes);
   ~AllocationLimit();
 };
 
-// Ends the process where something that must hold does not.
+// Ends the process if a condition does not hold.
 void require(bool holds);
 
 // Reads every byte, so that the sanitizer sees them.
 void touch(std::string_view bytes);
 std::string_view bytesIn(const Ref<ByteBuffer>& buffer);
 
-// What was decoded gives the archive that it is decoded from, the same every time. The first
-// decoding may settle fields that follow from others.
+// Checks that a decoded object and its archive reproduce each other. The first decoding may set
+// fields that depend on others.
 template <typename T>
 void requireStableArchive(const T& object) {
   const auto settled = archivedCopy(object);
@@ -145,7 +145,7 @@ void requireStableArchive(const T& object) {
 
 }  // namespace fuzz
 
-// What a target does with one input.
+// Each target defines how it uses one input.
 void runInput(std::string_view input);
 
 #endif

@@ -6,7 +6,7 @@ namespace {
 
 using S = SacObject;
 
-// Writes the seismogram's own image to the input file, in part, and gives its path.
+// Writes a part of the seismogram's own image to the input file and returns its path.
 std::string savedImage(const S& s, Arguments& a) {
   const std::string_view image = bytesIn(s.myData());
   return asFile(a.ConsumeBool() ? image : image.substr(0, a.index(image.size() + 1)));

@@ -5,7 +5,7 @@ using namespace fuzz;
 
 void runInput(std::string_view input) {
   AllocationLimit limit(1024 * input.size() + 65536);
-  // A record whose lines come one after the other, so that each meets what the former ones left.
+  // One record parses all lines, so that each meets the state after the previous ones.
   const auto hypocenter = make<kroHypocenter>();
   const auto station = make<kroSeismicStation>();
   hypocenter->init();
@@ -22,7 +22,7 @@ void runInput(std::string_view input) {
   for (std::size_t at = 0; at < input.size();) {
     const char kind = input[at];
     const std::size_t end = std::min(input.find('\n', at), input.size());
-    // A copy of its own length, so that a step beyond the line is seen.
+    // A copy of exactly this length, so that an access beyond the line is found.
     const std::vector<char> copy(input.begin() + std::min(at + 1, end), input.begin() + end);
     const std::string_view line(copy.data(), copy.size());
     if (kind == 'H') hypocenter->parseEDRHypocenter(line);

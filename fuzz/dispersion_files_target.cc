@@ -1,4 +1,4 @@
-// Files of dispersion curves. The first byte chooses the kind of name, and so of wave.
+// Files of dispersion curves. The first byte chooses the file name and thereby the kind of wave.
 #include "Harness.h"
 
 using namespace fuzz;

@@ -1,5 +1,5 @@
-// Archives of every class that can be archived, and some operations on what they hold. The input
-// lacks the checksum, which is put behind it, so that mutations reach what lies behind the check.
+// Archives of every class that can be archived, and some operations on the decoded objects. The
+// target appends the checksum to the input, so that mutations pass the check.
 #include "Harness.h"
 
 #include "krosac/platform/internal/Crc32.h"

@@ -20,7 +20,7 @@ std::string textOf(const Ref<ByteBuffer>& bytes) {
   return {reinterpret_cast<const char*>(bytes->bytes()), bytes->length()};
 }
 
-// Bytes that arguments are drawn from, different ones for each seed.
+// Bytes that arguments are drawn from; they differ between the seeds.
 std::string arguments(std::size_t count, unsigned seed) {
   std::string bytes;
   for (; count > 0; --count) {
@@ -69,7 +69,7 @@ void addImages() {
 
 void addArchive(const Archivable& object) {
   std::string bytes = textOf(archive(object));
-  bytes.resize(bytes.size() - 5);  // the target puts the checksum behind it
+  bytes.resize(bytes.size() - 5);  // the target appends the checksum
   add("keyed_archives", object.archiveClassName(), bytes);
 }
 
@@ -90,7 +90,7 @@ void addArchives() {
          made<kroSeismicOrigin>());
 }
 
-// The first byte chooses the reader; the file for it is cut where it is long.
+// The first byte chooses the reader; a long file is cut.
 void addTables(const std::filesystem::path& data) {
   int reader = 0;
   for (const std::string name :

@@ -1,5 +1,5 @@
 // SAC images through every loader of a seismogram and through the plain readers. The last bytes of
-// the input choose what is done with what was loaded.
+// the input choose the operations on the loaded seismogram.
 #include "Harness.h"
 
 using namespace fuzz;
@@ -10,7 +10,7 @@ void runInput(std::string_view input) {
   Arguments a(input.substr(imageSize));
   const std::string path = asFile(image);
   const auto copy = [&] { return ByteBuffer::copyOf(image.data(), image.size()); };
-  // What a loader allocates is the image, a few texts and the objects themselves.
+  // A loader allocates the image, a few texts and the objects themselves.
   AllocationLimit loading(input.size() + 4096);
 
   const std::int32_t max = a.ConsumeIntegralInRange(-1, 1000);
@@ -25,7 +25,7 @@ void runInput(std::string_view input) {
   ReadSAC1(path.c_str(), first.data(), &n, &delta, &b, max, &status);
   ReadSAC2(path.c_str(), &n, second.data(), first.data(), max, &status);
 
-  // Whatever swaps says so, and twice swapped is as before.
+  // Every swap is reported, and two swaps restore the image.
   const auto swapped = copy();
   if (swapSACBytes(*swapped) == 1)
     require(reverseSACBytes(*swapped) == 1 && std::ranges::equal(image, bytesIn(swapped)));
@@ -44,7 +44,7 @@ void runInput(std::string_view input) {
     alloc<SacObject>()->InitWithNSData_withPath(copy(), path);
     if (outcomes[0].second) alloc<SacObject>()->InitWithSeisObject(*loaded);
   }
-  // Operations ask for the memory that their arguments ask for, so only loading is limited.
+  // Only loading is limited, since the arguments of operations determine their memory.
   AllocationLimit operating(std::size_t{1} << 28);
   for (const auto& [s, isLoaded] : outcomes) {
     if (!isLoaded) continue;

@@ -1,12 +1,12 @@
-// The routines that Fortran calls, with texts that need not end and lengths that need not fit.
+// The routines that Fortran calls, with unterminated texts and wrong lengths.
 #include "Harness.h"
 
 namespace {
 
 using namespace fuzz;
 
-// A text as Fortran passes it: characters without an end, and their number. Where the number is
-// larger than the text, a NUL ends it before.
+// A text as Fortran passes it: characters without a terminator, and their number. If the number is
+// larger than the text, a NUL terminates the text.
 struct Text {
   Text(Arguments& a, const std::string& drawn) : characters(drawn.begin(), drawn.end()) {
     const int kind = a.ConsumeIntegralInRange(0, 4);
@@ -29,7 +29,7 @@ T* orNull(T* value, Arguments& a) {
   return a.index(8) ? value : nullptr;
 }
 
-// What the routines of fields take.
+// The arguments of the routines for fields.
 struct Field {
   explicit Field(Arguments& a) : name(a, a.text(600)), value(a, a.text(600)) {}
   Text name, value;
@@ -73,7 +73,7 @@ void useField(Arguments& a) {
   applySome(1, kOfFields, field, a);
 }
 
-// The files that are written lie in a place of their own, whatever names there are in the input.
+// All files are written to one folder, whatever names the input has.
 void useFile(const std::string& input, Arguments& a) {
   static const std::string scratch = scratchPath();
   const char* const to = scratch.c_str();
@@ -100,7 +100,7 @@ void useFile(const std::string& input, Arguments& a) {
 }  // namespace
 
 void runInput(std::string_view input) {
-  // The file is what lies behind the arguments.
+  // The file consists of the bytes after the arguments.
   const std::size_t head = std::min<std::size_t>(input.size(), 128);
   const std::string path = asFile(input.substr(head));
   Arguments a(input.substr(0, head));

@@ -6,7 +6,7 @@ using namespace fuzz;
 void runInput(std::string_view input) {
   Arguments a(input);
   const auto s = a.newSeismogram(), other = a.newSeismogram();
-  // The greatest that any operation makes is a pulse of 2^24 weights.
+  // The largest result of any operation is a pulse of 2^24 weights.
   AllocationLimit limit((std::size_t{1} << 26) + 65536);
   applySome(8, *s, *other, a);
   readEverything(*s);

@@ -162,7 +162,7 @@ constexpr void (*kKinds[])(Arguments& a) = {
 
 void runInput(std::string_view input) {
   Arguments a(input);
-  // The greatest that any operation makes is a pulse of 2^24 weights.
+  // The largest result of any operation is a pulse of 2^24 weights.
   AllocationLimit limit((std::size_t{1} << 26) + 65536);
   a.PickValueInArray(kKinds)(a);
 }

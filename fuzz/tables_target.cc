@@ -17,14 +17,14 @@ Ref<T> made() {
 }
 
 // Makes the table of one phase as long as the rows that were read, so that a look-up beyond them is
-// seen.
+// found.
 void fit(std::vector<float>& table, std::int32_t rows) {
   require(rows >= 0 && rows <= 360);
   table.resize(static_cast<std::size_t>(std::max(rows, 2)) * (table.size() / 360));
   table.shrink_to_fit();
 }
 
-float found[4];  // what look-ups give
+float found[4];  // the results of look-ups
 
 constexpr void (*kReaders[])(Arguments& a) = {
     [](Arguments& a) {
@@ -106,7 +106,7 @@ constexpr void (*kReaders[])(Arguments& a) = {
 }  // namespace
 
 void runInput(std::string_view input) {
-  // Arguments come from the first bytes, the table is what follows.
+  // The first bytes are the arguments, the rest is the table.
   constexpr std::size_t kArguments = 48;
   static const std::vector<const char*> phases{
       "p",     "s",   "pp",  "ss",  "sp",    "ps",    "pcp",   "scs",   "pcs", "scp",
@@ -124,7 +124,7 @@ void runInput(std::string_view input) {
   asFile(input.substr(kArguments));
   Arguments a(input.substr(1, kArguments - 1));
   a.words = phases;
-  // A list of LocSAT values has a million rows at most.
+  // A list of LocSAT values has at most a million rows.
   AllocationLimit limit(std::size_t{1} << 25);
   kReaders[static_cast<unsigned char>(input[0]) % std::size(kReaders)](a);
 }

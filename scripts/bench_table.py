@@ -42,7 +42,7 @@ def values(runs, ours, peer, sense, sizes):
 
 
 def rows_of(path):
-    """The fields of each row; a row whose work names the size is one for each."""
+    """Returns the fields of each row. A row with the size in its name becomes one row per size."""
     for line in pathlib.Path(path).read_text().splitlines():
         if not line or line.startswith("#"):
             continue

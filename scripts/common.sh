@@ -68,14 +68,16 @@ apt_get() {
 
 # Installs what is needed and wanted with apt-get where it may. Ends the script if something needed is still missing.
 install_missing() {
-  local name missing=()
+  local name missing=() install=(install -y --no-install-recommends)
   [ $((${#needed[@]} + ${#wanted[@]})) -gt 0 ] || return 0
   if command -v apt-get >/dev/null && { [ "$(id -u)" = 0 ] || sudo -n true 2>/dev/null; }; then
     echo "Installing: $(packages 2 "${needed[@]}" "${wanted[@]}")"
-    # An old list of packages may do. What is only wanted must not keep the rest from being installed.
-    apt_get update || true
-    [ ${#needed[@]} = 0 ] || apt_get install -y --no-install-recommends $(packages 2 "${needed[@]}") || true
-    [ ${#wanted[@]} = 0 ] || apt_get install -y --no-install-recommends $(packages 2 "${wanted[@]}") || true
+    # An old list of packages may do, but a machine without network should not wait long.
+    apt_get update -o APT::Update::Error-Mode=any || install+=(-o Acquire::Retries=0)
+    # What is only wanted must not keep the rest from being installed.
+    if [ ${#needed[@]} = 0 ] || apt_get "${install[@]}" $(packages 2 "${needed[@]}"); then
+      [ ${#wanted[@]} = 0 ] || apt_get "${install[@]}" $(packages 2 "${wanted[@]}") || true
+    fi
   fi
   for name in "${needed[@]}"; do installed "$name" || missing+=("$name"); done
   if [ ${#missing[@]} -gt 0 ]; then

@@ -36,7 +36,7 @@ def is_whole(text):
 
 
 def spelled_out(declaration):
-    """The members that a declaration makes: the functions of a macro, or one variable after the other."""
+    """The members that a declaration declares: the functions of a macro, or its variables one by one."""
     field, table = FIELD.search(declaration), TABLE.match(declaration)
     if field:
         kind, name, setter = field.groups()
@@ -50,7 +50,7 @@ def spelled_out(declaration):
 
 
 class Lines:
-    """The lines of a header, taken one after the other."""
+    """Iterates over the lines of a header."""
 
     def __init__(self, path):
         self.path, self.lines, self.at = path, path.read_text().splitlines(), 0
@@ -69,14 +69,14 @@ class Lines:
         return comment
 
     def take_macro(self):
-        """The name and the parameters of a macro, if the line defines one."""
+        """Returns the name and the parameters of the macro that the line defines, if any."""
         line = first = self.take()
         while line.endswith("\\"):
             line = self.take()
         return re.match(r"#\s*define (\w+(?:\([^)]*\))?)", first)
 
     def take_declaration(self):
-        """A declaration in one line, and the comments behind its lines."""
+        """Returns a declaration in one line, and the trailing comments of its lines."""
         declaration, behind = "", []
         while not is_whole(declaration) and self.at < len(self.lines):
             code, _, comment = self.take().partition("  // ")
@@ -86,7 +86,7 @@ class Lines:
 
 
 def group(comment):
-    """The group that a comment begins, if it does."""
+    """Returns the group that a comment begins, if any."""
     title = GROUP.match(" ".join(comment))
     if not title:
         return None
@@ -125,7 +125,7 @@ def items(path):
             if not OPENING.match(opening):
                 opening += " " + lines.take().strip()
             level += 1
-            # The comment of the file is that of its class, where this has none of its own.
+            # The file's comment serves a class that has no comment of its own.
             yield Item("open", opening, comment or about)
             comment, about = [], []
         elif level and re.match("  " * (level - 1) + r"\}.*;$", lines.lines[lines.at]):
@@ -140,7 +140,7 @@ def items(path):
 # ---- For Doxygen ----
 
 def escaped(line):
-    """The line as Doxygen shows it as it stands; code between backquotes stays code."""
+    """Escapes a line for Doxygen; code between backquotes stays code."""
     parts = line.split("`")
     parts[::2] = (re.sub(r'([\\@#<>%*~|"])', r"\\\1", part) for part in parts[::2])
     return "`".join(parts)
@@ -191,27 +191,27 @@ def for_doxygen(path):
                 outer.append(hidden)
             if item.comment:
                 block(item.comment)
-            # A macro is shown as what a caller sees of it.
+            # A macro is shown as the functions that a caller sees.
             print(f"#define {item.text}" if item.kind == "macro" else re.sub("KROSAC_API |KROSAC_CONSTANT ", "", item.text))
 
 
 # ---- For the page of names ----
 
 def arguments(parameters):
-    """The number of parameters, where commas in templates do not count."""
+    """Returns the number of parameters; commas in templates do not count."""
     flat = re.sub(r"<[^<>]*>", "", re.sub(r"<[^<>]*>", "", parameters)).strip()
     return 0 if flat in ("", "void") else flat.count(",") + 1
 
 
 def labelled(name, count):
-    """The labelled name: an underscore parts two labels, labels that are left over are empty."""
+    """Returns the labelled name: underscores separate labels, and missing labels are empty."""
     parts = name.split("_")
     labels = len(parts) if 2 <= len(parts) <= count else 1
     return (":".join(parts) if labels > 1 else name) + ":" * (count - labels + 1 if count else 0)
 
 
 def labels_of(path):
-    """The labelled names of the methods by class, each with its name in C++."""
+    """Returns the labelled names of the methods by class, each with its name in C++."""
     found, owner, visible = {}, None, True
     for item in items(path):
         if item.kind == "open":

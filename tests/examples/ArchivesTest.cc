@@ -22,6 +22,8 @@ TEST_F(Archives, AreTheSameFromOneProcessAndFromTwo) {
   const std::string mpi =
       "OMPI_ALLOW_RUN_AS_ROOT=1 OMPI_ALLOW_RUN_AS_ROOT_CONFIRM=1 "
       "OMPI_MCA_rmaps_base_oversubscribe=1 ASAN_OPTIONS=detect_leaks=0 " KROSAC_MPIRUN " ";
+  if (runInShell(folder, mpi + "1 true").exitCode != 0)
+    GTEST_SKIP() << "MPI starts no process here";
   const auto before = filesBelow(folder, "in");
   const ExampleRun one = runExample(folder, "archive_mpi", "in out1", mpi + "1"),
                    two = runExample(folder, "archive_mpi", "in out2", mpi + "2"),

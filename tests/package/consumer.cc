@@ -1,5 +1,5 @@
-// A program that uses the installed classes, a table file and the region names, prints what it got
-// and saves trace.SAC.
+// A program that uses the installed classes, a table file and the region names, prints the
+// results and saves trace.SAC.
 #include <krosac/krosac.h>
 
 #include <cmath>

@@ -158,10 +158,16 @@ class FaultTest : public testing::Test {
     return bytes() == saver.bytes(outcome == kWhole ? kAfter : kBefore) &&
            std::distance(fs::directory_iterator(folder.path()), {}) == 1;
   }
-  // Saves in a child process after limiting it.
+  void setModes(mode_t ofFolder, mode_t ofFile) {
+    ::chmod(folder.path().c_str(), ofFolder);
+    ::chmod(path.c_str(), ofFile);
+  }
+  // Saves in a child that was first limited. It starts from modes that also let an ordinary user
+  // write the old file.
   template <typename Limit>
   void expectSaversReport(Limit limit, int outcome) {
     for (const Saver& saver : kSavers) {
+      setModes(0755, 0644);
       folder.write("a.sac", saver.bytes(kBefore));
       const auto save = saver.saving(kAfter, path);
       EXPECT_EQ(inChild([&] { return limit(), save(); }), outcome);
@@ -300,16 +306,15 @@ TEST_F(FaultTest, SaversOnAFullDiskLeaveTheOldFile) {
 }
 
 TEST_F(FaultTest, SaversWithoutRightsOrDescriptorsLeaveTheOldFile) {
-  const auto dropRights = [] {
-    if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) ::_exit(kNotAllowed);
-  };
-  folder.write("a.sac", "");
-  // First a read-only file in a writable folder, then a read-only folder.
+  // First a read-only file in a writable folder, then a writable file in a read-only folder.
   for (const auto& [ofFolder, ofFile] : {std::pair<mode_t, mode_t>{0777, 0444}, {0555, 0666}}) {
-    ASSERT_EQ(::chmod(folder.path().c_str(), ofFolder) | ::chmod(path.c_str(), ofFile), 0);
+    const auto dropRights = [&, folderMode = ofFolder, fileMode = ofFile] {
+      setModes(folderMode, fileMode);
+      if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) ::_exit(kNotAllowed);
+    };
     expectSaversReport(dropRights, kRefused);
   }
-  ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+  setModes(0755, 0644);
   const auto dropDescriptors = [] {
     const rlimit none{0, 0};
     ::setrlimit(RLIMIT_NOFILE, &none);
