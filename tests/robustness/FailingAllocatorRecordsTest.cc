@@ -140,24 +140,28 @@ TEST(FailingAllocator, RecordsAreAsTheyWereOrWhole) {
   expectRecordSafe<L>(location);
   expectRecordSafe<O>(origin);
   expectRecordSafe<S>(
-      station,
-      Operation<S>{"parseUSGSStationInfo", run([](S& s) { return s.parseUSGSStationInfo(kStationLine); })},
+      station, Operation<S>{"parseUSGSStationInfo", run([](S& s) {
+                              return s.parseUSGSStationInfo(kStationLine);
+                            })},
       Operation<S>{"addFileName", run([](S& s) { s.addFileName(kLongText); })},
       Operation<S>{"removeFileName", run([](S& s) { s.removeFileName(kLongText); })},
       Operation<S>{"description", textOf(&S::description, station())});
   expectRecordSafe<P>(
-      phase,
-      Operation<P>{"parseEDRPrimaryPhase", run([](P& p) { return p.parseEDRPrimaryPhase(kPrimaryLine); })},
+      phase, Operation<P>{"parseEDRPrimaryPhase", run([](P& p) {
+                            return p.parseEDRPrimaryPhase(kPrimaryLine);
+                          })},
       Operation<P>{"parseEDRSecondaryArrivalRecord",
-          run([](P& p) { return p.parseEDRSecondaryArrivalRecord(kSecondaryLine); })},
+                   run([](P& p) { return p.parseEDRSecondaryArrivalRecord(kSecondaryLine); })},
       Operation<P>{"parseEDRSurfaceWaveRecord",
-          run([](P& p) { return p.parseEDRSurfaceWaveRecord(kSurfaceWaveLine); })},
+                   run([](P& p) { return p.parseEDRSurfaceWaveRecord(kSurfaceWaveLine); })},
       Operation<P>{"parsePhaseCode", run([](P& p) { p.parsePhaseCode(kPhaseCode); })},
       Operation<P>{"description", textOf(&P::description, phase())});
   expectRecordSafe<H>(
-      hypocenter,
-      Operation<H>{"parseEDRHypocenter", run([](H& h) { return h.parseEDRHypocenter(kHypocenterLine); })},
-      Operation<H>{"parseEDRErrMagInfo", run([](H& h) { return h.parseEDRErrMagInfo(kErrorLine); })},
+      hypocenter, Operation<H>{"parseEDRHypocenter", run([](H& h) {
+                                 return h.parseEDRHypocenter(kHypocenterLine);
+                               })},
+      Operation<H>{"parseEDRErrMagInfo",
+                   run([](H& h) { return h.parseEDRErrMagInfo(kErrorLine); })},
       Operation<H>{"buildName", run([](H& h) { h.buildName(); })},
       Operation<H>{"setFlinnEngdahlRegion", run([](H& h) { h.setFlinnEngdahlRegion(); })},
       Operation<H>{"setLocation", run([](H& h) { h.setLocation(place); })},
@@ -166,7 +170,7 @@ TEST(FailingAllocator, RecordsAreAsTheyWereOrWhole) {
       Operation<H>{"stringWithHypoStats", textOf(&H::stringWithHypoStats, hypocenter())},
       Operation<H>{"stringWithPrimaryPhases", textOf(&H::stringWithPrimaryPhases, hypocenter())},
       Operation<H>{"stringWithRayleighMeasurements",
-          textOf(&H::stringWithRayleighMeasurements, hypocenter())},
+                   textOf(&H::stringWithRayleighMeasurements, hypocenter())},
       Operation<H>{"stringWithAllPhases", textOf(&H::stringWithAllPhases, hypocenter())});
 }
 
@@ -244,7 +248,9 @@ TEST(FailingAllocator, SeriesAreAsTheyWereOrWhole) {
 
 TEST(FailingAllocator, SpectraAreAsTheyWereOrWhole) {
   using S = rfSpectrum;
-  const auto spectrum = []() -> Ref<S> { return make<S>()->initWithImpulseSpectrumDt_Npts(0.1f, 60); };
+  const auto spectrum = []() -> Ref<S> {
+    return make<S>()->initWithImpulseSpectrumDt_Npts(0.1f, 60);
+  };
   const auto state = [](const Ref<S>& s) { return s->description() + bytesOf(s->spectrum()); };
   const Ref<kroSpectrum> example = spectrum();
   static const Ref<S> other = spectrum();
@@ -264,6 +270,18 @@ TEST(FailingAllocator, SpectraAreAsTheyWereOrWhole) {
       {"description", textOf(&kroSpectrum::description, example)},
   };
   expectAllSafe<S>(operations, +spectrum, +state);
+  const Operation<kroSpectrum> ofTheBase[] = {
+      {"base init", run([](kroSpectrum& s) { return s.init(); })},
+      {"copyWithZone of the base", run([](kroSpectrum& s) { return s.copyWithZone(); })},
+  };
+  expectAllSafe<kroSpectrum>(
+      ofTheBase,
+      [] {
+        auto s = make<kroSpectrum>();
+        s->setSpectrum(ByteBuffer::zeroed(64));
+        return s;
+      },
+      [](const Ref<kroSpectrum>& s) { return s->description() + bytesOf(s->spectrum()); });
 }
 
 // ---- Dispersion curves ----
@@ -310,14 +328,14 @@ TEST(FailingAllocator, DispersionCurvesAreAsTheyWereOrWhole) {
   };
   expectAllSafe<C>(operations, curve, curveState);
   // The reader clears the curve first.
-  expectSafe<Ref<C>>("initWithKESTRAVFile",
-                     {[] {
-                        auto c = make<C>();
-                        c->initWithKESTRAVFile("no such file r.ga");
-                        return c;
-                      },
-                      run([&](C& c) { return c.initWithKESTRAVFile(path)->nPeriods() == 2; }),
-                      curveState});
+  expectSafe<Ref<C>>(
+      "initWithKESTRAVFile",
+      {[] {
+         auto c = make<C>();
+         c->initWithKESTRAVFile("no such file r.ga");
+         return c;
+       },
+       run([&](C& c) { return c.initWithKESTRAVFile(path)->nPeriods() == 2; }), curveState});
 }
 
 }  // namespace
