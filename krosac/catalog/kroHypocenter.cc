@@ -1,8 +1,9 @@
 #include "krosac/catalog/kroHypocenter.h"
 
+#include <new>
+
 #include "krosac/catalog/internal/CodedFields.h"
-#include "krosac/platform/internal/Text.h"
-#include "krosac/timegeo/FlinnEngdahl.h"
+#include "krosac/platform/internal/Reason.h"
 
 namespace krosac {
 namespace {
@@ -52,16 +53,20 @@ int threeWay(const T& mine, const T& others) {
 }  // namespace
 
 Ref<Object> kroHypocenter::init() {
+  auto location = newLocation();
+  if (!location) return nullptr;
   phases_.clear();
-  location_ = make<kroGeoLocation>();
-  return location_ && location_->init() ? Archivable::init() : nullptr;
+  location_ = std::move(location);
+  return Archivable::init();
 }
 
 // ---- Fields ----
 
 void kroHypocenter::setLocation(Ref<kroGeoLocation> location) {
+  clearReason();
   if (location == location_) return;
-  location_ = location ? location->copyWithZone() : nullptr;
+  auto copy = location ? location->copyWithZone() : nullptr;
+  if (copy || !location) location_ = std::move(copy);
 }
 
 void kroHypocenter::setPhases(std::vector<Ref<kroSeismicPhase>> phases) {
@@ -81,21 +86,13 @@ void kroHypocenter::setDepth(float depth) {
   if (location_) location_->setDepth(depth);
 }
 
-void kroHypocenter::buildName() {
-  name_ = formatText("E%04d-%02d-%02d-%02d-%02d-%02d", yr_, month_, date_, hr_, min_, sec_);
-}
-
-void kroHypocenter::setFlinnEngdahlRegion() {
-  const char *geographicName, *seismicName;
-  fe_lookup(lat(), lon(), &feGreg_, &feSreg_);
-  fe_region(&feGreg_, &geographicName, &feSreg_, &seismicName);
-  myFERegionString_ = formatText("(FE Region:%d) [%s / %s]", feSreg_, seismicName, geographicName);
-}
-
 // ---- Changing ----
 
-void kroHypocenter::addPhase(Ref<kroSeismicPhase> phase) {
+void kroHypocenter::addPhase(Ref<kroSeismicPhase> phase) try {
+  clearReason();
   if (phase) phases_.push_back(std::move(phase));
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
 }
 
 void kroHypocenter::updateLat_Lon_Depth(float latitude, float longitude, float depth) {
@@ -138,6 +135,8 @@ void kroHypocenter::encodeWithCoder(KeyedArchiver& coder) const {
 Ref<kroHypocenter> kroHypocenter::initWithCoder(KeyedUnarchiver& coder) {
   if (!Archivable::init()) return nullptr;
   decodeFields(kFields, *this, coder);
+  // The setter stores a copy, for which there may be no memory.
+  if (!location_ && coder.decodeObject<kroGeoLocation>("location")) throw std::bad_alloc();
   return Ref<kroHypocenter>(this);
 }
 

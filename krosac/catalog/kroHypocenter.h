@@ -29,6 +29,9 @@ class FixedColumns;
 //   event->parseEDRErrMagInfo(errorLine);
 //   event->addPhase(phase);
 //   std::puts(event->description().c_str());
+//
+// Out of memory, an operation leaves the record as it was and says so in lastReason(); a text is
+// then returned empty.
 class KROSAC_API kroHypocenter : public Archivable {
  public:
   // Sets an empty list of phases and an unset location. Every other field of a made object is zero
@@ -111,8 +114,8 @@ class KROSAC_API kroHypocenter : public Archivable {
   // ---- Parsing (kroHypocenterParsing.cc) ----
   //
   // Columns count from 1. A line ends at its first NUL or line break; columns beyond count as
-  // blanks, so any line is safe. A field that does not scan keeps its value. Both always return
-  // true.
+  // blanks, so any line is safe. A field that does not scan keeps its value. Both return true,
+  // except that the first returns false without memory.
 
   // 3-6, 7-8, 9-10 year, month, date, 12-13, 14-15, 16-20 hour, minute, seconds (scanned in place,
   // so a number with a leading blank reads on into the next field, which is intended), 21 location
@@ -188,8 +191,6 @@ class KROSAC_API kroHypocenter : public Archivable {
   virtual Ref<kroHypocenter> clone() const { return archivedCopy(*this); }
 
  private:
-  void scanOriginTime(FixedColumns& columns);
-  void scanLocation(FixedColumns& columns);
   void scanQuality(FixedColumns& columns);
 
   Ref<kroGeoLocation> location_;

@@ -1,5 +1,8 @@
+#include <new>
+
 #include "krosac/catalog/internal/FixedColumns.h"
 #include "krosac/catalog/kroHypocenter.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -14,46 +17,40 @@ std::string rayleighLine(const kroSeismicPhase& phase) {
                     printableFlag(phase.Ms_Component()), double{phase.Ms_Estimate()});
 }
 
-}  // namespace
-
-std::string kroHypocenter::description() const {
-  return stringWithHypoStats() + "\n" + stringWithPrimaryPhases() + "\n" +
-         stringWithRayleighMeasurements();
-}
-
-std::string kroHypocenter::stringWithHypoStats() const {
-  const std::string date = oDate_ ? oDate_->description() : "(null)";
+std::string hypoStats(const kroHypocenter& h) {
+  const std::string date = h.oDate() ? h.oDate()->description() : "(null)";
+  if (date.empty()) throw std::bad_alloc();
   return "Hypocenter Summary:\n\n" +
-         formatText("Origin Time:\n %s (%lf)\n\n", date.c_str(), epochOTime_) +
+         formatText("Origin Time:\n %s (%lf)\n\n", date.c_str(), h.epochOTime()) +
          formatText("Location:\n Latitude: %8.3fN / Longitude: %8.3fE / Depth %5.1f km\n",
-                    double{lat()}, double{lon()}, double{depth()}) +
-         formatText("  LatUnc: %7.3f km /  LonUnc: %8.3f km / DepthUnc:%5.1f km\n", double{latErr_},
-                    double{lonErr_}, double{depthErr_}) +
-         formatText(" %s\n\n", printable(myFERegionString_)) +
-         formatText("Magnitude (nObs):\n mb: %3.1f (%03d)\n Ms: %3.1f (%03d)\n\n", double{mb_},
-                    nmb_, double{Ms_}, nMs_);
+                    double{h.lat()}, double{h.lon()}, double{h.depth()}) +
+         formatText("  LatUnc: %7.3f km /  LonUnc: %8.3f km / DepthUnc:%5.1f km\n",
+                    double{h.latErr()}, double{h.lonErr()}, double{h.depthErr()}) +
+         formatText(" %s\n\n", printable(h.myFERegionString())) +
+         formatText("Magnitude (nObs):\n mb: %3.1f (%03d)\n Ms: %3.1f (%03d)\n\n", double{h.mb()},
+                    h.nmb(), double{h.Ms()}, h.nMs());
 }
 
-std::string kroHypocenter::stringWithAllPhases() const {
-  if (phases_.empty()) return "";
+std::string allPhases(const kroHypocenter& h) {
+  if (h.phases().empty()) return "";
   std::string text = std::string("All Phases:\n") + kPhaseColumns;
-  for (const auto& phase : phases_) text += phase->description();
+  for (const auto& phase : h.phases()) text += lineOf(*phase);
   return text;
 }
 
-std::string kroHypocenter::stringWithPrimaryPhases() const {
-  if (phases_.empty()) return "";
+std::string primaryPhases(const kroHypocenter& h) {
+  if (h.phases().empty()) return "";
   std::string text = std::string("Primary Phases:\n") + kPhaseColumns;
-  for (const auto& phase : phases_) {
-    if (phase->isFirstArrival()) text += phase->description();
+  for (const auto& phase : h.phases()) {
+    if (phase->isFirstArrival()) text += lineOf(*phase);
   }
   return text;
 }
 
-std::string kroHypocenter::stringWithRayleighMeasurements() const {
-  if (phases_.empty()) return "";
+std::string rayleighMeasurements(const kroHypocenter& h) {
+  if (h.phases().empty()) return "";
   std::string lines;
-  for (const auto& phase : phases_) {
+  for (const auto& phase : h.phases()) {
     if (phase->phaseName() == "R1") lines += rayleighLine(*phase);
   }
   // A record without phases returns an empty text instead; this is intended.
@@ -61,6 +58,41 @@ std::string kroHypocenter::stringWithRayleighMeasurements() const {
   return "Rayleigh Measurements:\nStation PhaseCode Gcarc Azimuth Period(s) Amplitude(microns) "
          "Component Ms\n" +
          lines;
+}
+
+std::string wholeDescription(const kroHypocenter& h) {
+  return hypoStats(h) + "\n" + primaryPhases(h) + "\n" + rayleighMeasurements(h);
+}
+
+// Returns make(record); an empty text, with a reason, without memory.
+std::string textOf(const kroHypocenter& record, std::string (*make)(const kroHypocenter&)) try {
+  clearReason();
+  return make(record);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
+}
+
+}  // namespace
+
+std::string kroHypocenter::description() const {
+  return textOf(*this, wholeDescription);
+}
+
+std::string kroHypocenter::stringWithHypoStats() const {
+  return textOf(*this, hypoStats);
+}
+
+std::string kroHypocenter::stringWithAllPhases() const {
+  return textOf(*this, allPhases);
+}
+
+std::string kroHypocenter::stringWithPrimaryPhases() const {
+  return textOf(*this, primaryPhases);
+}
+
+std::string kroHypocenter::stringWithRayleighMeasurements() const {
+  return textOf(*this, rayleighMeasurements);
 }
 
 }  // namespace krosac

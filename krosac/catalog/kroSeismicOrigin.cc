@@ -16,10 +16,12 @@ constexpr std::tuple kFields{
 }  // namespace
 
 Ref<Object> kroSeismicOrigin::init() {
+  auto location = newLocation();
+  if (!location) return nullptr;
   originDateTime_ = std::nullopt;
   epochtime_ = 0.0;
-  location_ = make<kroGeoLocation>();
-  return location_ && location_->init() ? Archivable::init() : nullptr;
+  location_ = std::move(location);
+  return Archivable::init();
 }
 
 void kroSeismicOrigin::setEpochtime(double seconds) {

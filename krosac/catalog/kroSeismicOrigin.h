@@ -14,7 +14,8 @@ namespace krosac {
 
 class KROSAC_API kroSeismicOrigin : public Archivable {
  public:
-  // Sets an unset location, no date and an epoch time of 0.
+  // Sets an unset location, no date and an epoch time of 0. Without memory nothing changes; see
+  // lastReason().
   Ref<Object> init() override;
 
   // The location, shared with the caller and not copied.

@@ -1,6 +1,7 @@
 #include "krosac/catalog/kroSeismicPhase.h"
 
 #include <cmath>
+#include <new>
 #include <numbers>
 
 #include "krosac/catalog/internal/CodedFields.h"
@@ -75,11 +76,21 @@ void kroSeismicPhase::setDateYr_Month_Date(std::int32_t yr, std::int32_t month, 
   date_ = date;
 }
 
-std::string kroSeismicPhase::description() const {
+std::string lineOf(const kroSeismicPhase& phase) {
+  const auto& station = phase.station();
   return formatText("%5s %8s %.2lf %6.2f %7.1f %8.2f %c %5.1f\n",
-                    station_ ? printable(station_->stationCode()) : "(null)", printable(phaseName_),
-                    epochArrivalTime_, double{gcarc_}, double{azimuth_}, double{residual_},
-                    printableFlag(pResFlag_), double{mb_});
+                    station ? printable(station->stationCode()) : "(null)",
+                    printable(phase.phaseName()), phase.epochArrivalTime(), double{phase.gcarc()},
+                    double{phase.azimuth()}, double{phase.residual()},
+                    printableFlag(phase.pResFlag()), double{phase.mb()});
+}
+
+std::string kroSeismicPhase::description() const try {
+  clearReason();
+  return lineOf(*this);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
 void kroSeismicPhase::encodeWithCoder(KeyedArchiver& coder) const {

@@ -28,6 +28,8 @@ class FixedColumns;
 //   phase->setEpochOriginTime(hypocenter->epochOTime());
 //   phase->parseEDRPrimaryPhase(line);
 //   hypocenter->addPhase(phase);
+//
+// The parsers need no memory. A text for which there is none is returned empty; see lastReason().
 class KROSAC_API kroSeismicPhase : public Archivable {
  public:
   // Sets isFirstArrival to false and isAmplitudeMeasurement to true. Every other field of a made

@@ -36,13 +36,18 @@ constexpr ComponentColumns kComponents[] = {
     {'Z', 'z', 8, 10, 14}, {'N', 'n', 22, 24, 28}, {'E', 'e', 36, 38, 42}};
 constexpr std::size_t kPeriodWidth = 4, kAmplitudeWidth = 7;
 
+// The text up to its first NUL, without leading and trailing white space.
+std::string_view trimmed(std::string_view text) {
+  text = text.substr(0, text.find('\0'));
+  while (!text.empty() && isWhiteSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isWhiteSpace(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 }  // namespace
 
 void kroSeismicPhase::parsePhaseCode(std::string_view code) {
-  if (code.empty()) return;
-  const std::string trimmed = trimmedField(code.data(), code.size());
-  const auto* known = std::find_if(std::begin(kPhaseCodes), std::end(kPhaseCodes),
-                                   [&](const PhaseCode& p) { return p.code == trimmed; });
+  const auto* known = std::ranges::find(kPhaseCodes, trimmed(code), &PhaseCode::code);
   if (known == std::end(kPhaseCodes)) return;
   phaseName_ = known->phaseName;
   polarity_ = known->polarity;

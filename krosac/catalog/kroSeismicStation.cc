@@ -1,5 +1,7 @@
 #include "krosac/catalog/kroSeismicStation.h"
 
+#include <new>
+
 #include "krosac/catalog/internal/CodedFields.h"
 #include "krosac/catalog/internal/FixedColumns.h"
 #include "krosac/platform/internal/Text.h"
@@ -37,13 +39,15 @@ struct Angle {
 }  // namespace
 
 Ref<Object> kroSeismicStation::init() {
+  auto location = newLocation();
+  if (!location) return nullptr;
   stationCode_.reset();
   networkCode_.reset();
   sensorCode_.reset();
   locationString_.reset();
   fileNames_.clear();
-  location_ = make<kroGeoLocation>();
-  return location_ && location_->init() ? Archivable::init() : nullptr;
+  location_ = std::move(location);
+  return Archivable::init();
 }
 
 void kroSeismicStation::setLat(float latitude) {
@@ -65,8 +69,17 @@ void kroSeismicStation::setLocationLat_Lon_Elevation(float latitude, float longi
   setElevation(elevation);
 }
 
-bool kroSeismicStation::parseUSGSStationInfo(std::string_view line) {
+void kroSeismicStation::addFileName(const std::string& name) try {
+  clearReason();
+  fileNames_.push_back(name);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+}
+
+bool kroSeismicStation::parseUSGSStationInfo(std::string_view line) try {
+  clearReason();
   FixedColumns columns(line);
+  std::string place(columns.from(33));  // the only part that needs memory
   columns.scanField(1, 5, stationCode_);
 
   // One angle for both, so a blank part of the longitude repeats that of the latitude; intended.
@@ -82,12 +95,19 @@ bool kroSeismicStation::parseUSGSStationInfo(std::string_view line) {
   columns.copy(26, 6);
   if (columns.scanCopied(1, 3, value) || angle.isKnown) setElevation(value);
 
-  locationString_ = std::string(columns.from(33));
+  locationString_ = std::move(place);
   return true;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return false;
 }
 
-std::string kroSeismicStation::description() const {
+std::string kroSeismicStation::description() const try {
+  clearReason();
   return formatText(" %s %9.3f %9.3f", printable(stationCode_), double{lat()}, double{lon()});
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
 void kroSeismicStation::encodeWithCoder(KeyedArchiver& coder) const {

@@ -18,7 +18,8 @@
 
 namespace krosac {
 
-// A station with its codes, its location and the files recorded there.
+// A station with its codes, its location and the files recorded there. Out of memory, an operation
+// leaves the record as it was and says so in lastReason(); a text is then returned empty.
 class KROSAC_API kroSeismicStation : public Archivable {
  public:
   // Clears the four texts and the list of files and sets an unset location. nChannels and the dates
@@ -50,7 +51,7 @@ class KROSAC_API kroSeismicStation : public Archivable {
   void setLocationLat_Lon_Elevation(float latitude, float longitude, float elevation);
 
   // Appends a name, even if the list already has it.
-  void addFileName(const std::string& name) { fileNames_.push_back(name); }
+  void addFileName(const std::string& name);
   // Removes every equal entry.
   void removeFileName(const std::string& name) { std::erase(fileNames_, name); }
   // Return the length of the list; empty the list.
@@ -66,7 +67,7 @@ class KROSAC_API kroSeismicStation : public Archivable {
   // The line ends at its first NUL or line break; columns beyond count as blanks, so any line is
   // safe. A field that does not scan keeps its value, with three intended exceptions: a blank part
   // of the longitude repeats that of the latitude, only three characters of the elevation are read,
-  // and a blank elevation becomes the longitude. Always returns true.
+  // and a blank elevation becomes the longitude. Returns true; false without memory.
   bool parseUSGSStationInfo(std::string_view line);
 
   // Returns " %s %9.3f %9.3f" of the code, the latitude and the longitude.

@@ -249,7 +249,8 @@ Ref<ByteBuffer> KeyedArchiver::finish(const Archivable& root) {
     return nullptr;
   }
   putFixed(kUnsigned32, crc32({reinterpret_cast<const char*>(out_->bytes()), length_}));
-  return out_->resize(length_) ? out_ : nullptr;
+  if (!out_->resize(length_)) throw std::bad_alloc();
+  return out_;
 }
 
 Ref<ByteBuffer> archive(const Archivable& root) try {

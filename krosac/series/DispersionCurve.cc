@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <new>
 #include <string_view>
 
 #include "krosac/platform/LastReason.h"
@@ -66,12 +67,22 @@ float* floats(const Ref<ByteBuffer>& buffer) {
   return reinterpret_cast<float*>(buffer->mutableBytes());
 }
 
-// Replaces an array by a copy of the values; empty and false without memory.
+// Replaces an array by a copy of the values; false without memory.
 bool copyFloats(std::span<const float> values, Ref<ByteBuffer>& array) {
   clearReason();
-  array = ByteBuffer::copyOf(values.data(), values.size_bytes());
-  if (!array) setReason("no memory for %zu values", values.size());
-  return static_cast<bool>(array);
+  auto copy = ByteBuffer::copyOf(values.data(), values.size_bytes());
+  if (!copy) {
+    setReason("no memory for %zu values", values.size());
+    return false;
+  }
+  array = std::move(copy);
+  return true;
+}
+
+// 1 for Rayleigh, 2 for Love, 0 if the file's name does not say.
+std::int32_t waveTypeOf(std::string_view path) {
+  const std::string_view name = path.substr(0, path.find_last_not_of('/') + 1);
+  return name.ends_with("r.ga") ? 1 : name.ends_with("l.ga") ? 2 : 0;
 }
 
 }  // namespace
@@ -123,13 +134,11 @@ bool DispersionCurve::setMisfit(std::span<const float> values) {
   return copyFloats(values, fields_.misfit);
 }
 
-Ref<DispersionCurve> DispersionCurve::initWithKESTRAVFile(const std::string& path) {
+Ref<DispersionCurve> DispersionCurve::initWithKESTRAVFile(const std::string& path) try {
   clearReason();
   if (!init()) return nullptr;
   const Ref<DispersionCurve> self(this);
-  const std::string name = lastPathComponent(path);
-  fields_.wType = name.ends_with("r.ga") ? 1 : name.ends_with("l.ga") ? 2 : 0;
-
+  fields_.wType = waveTypeOf(path);
   const auto file = ByteBuffer::fromFile(path);
   if (!file) {
     if (!*lastReason()) setReason("%s: cannot be read", path.c_str());
@@ -149,10 +158,16 @@ Ref<DispersionCurve> DispersionCurve::initWithKESTRAVFile(const std::string& pat
   if (count < 1) {
     setReason("%s: every line begins with #, so there are no periods", path.c_str());
   } else if (count > INT32_MAX || !readPeriods(lines, count)) {
-    init();
+    fields_ = {};
+    fields_.wType = waveTypeOf(path);
     setReason("%s: no memory for %lld periods", path.c_str(), static_cast<long long>(count));
   }
   return self;
+} catch (const std::bad_alloc&) {
+  fields_ = {};
+  fields_.wType = waveTypeOf(path);
+  setMemoryReason();
+  return Ref<DispersionCurve>(this);
 }
 
 void DispersionCurve::readHeader(Lines& lines) {

@@ -27,7 +27,8 @@ class KROSAC_API DispersionCurve : public Object {
 
   // Clears the object, then reads a KESTRAV file: 12 header lines and one line of eight numbers per
   // period. Returns the object; without periods, see lastReason(), if the file cannot be read, is
-  // empty, begins with a line break, or has no lines of periods or more than memory can hold.
+  // empty, begins with a line break, or has no lines of periods or more than memory can hold. Out
+  // of memory, all fields except wType are zero or empty.
   //
   // The reader ignores blank lines, leading blanks (except on the first line) and everything beyond
   // 4095 characters of a line. nPeriods is the number of lines that do not begin with "#", header
@@ -87,7 +88,7 @@ class KROSAC_API DispersionCurve : public Object {
   std::span<const float> velocity() const { return values(fields_.velocity); }
   std::span<const float> uncertainty() const { return values(fields_.uncertainty); }
   // Values of the caller, any number of them. The setters copy them; false without memory, and the
-  // array is then empty.
+  // array then keeps its values.
   std::span<const float> predictedValue() const { return values(fields_.predictedValue); }
   std::span<const float> misfit() const { return values(fields_.misfit); }
   bool setPredictedValue(std::span<const float> values);

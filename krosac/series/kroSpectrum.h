@@ -38,10 +38,10 @@ class KROSAC_API kroSpectrum : public Object {
   virtual void computeExtrema() {}
 
   // Returns an independent copy of the receiver's own class; empty without memory.
-  Ref<kroSpectrum> copyWithZone() const { return clone(); }
-  Ref<kroSpectrum> copy() const { return clone(); }
+  Ref<kroSpectrum> copyWithZone() const { return copy(); }
+  Ref<kroSpectrum> copy() const;
 
-  // Returns "Npts=%d df=%f spectrumSize=%d bytes\nminAmp=%e maxAmp=%e".
+  // Returns "Npts=%d df=%f spectrumSize=%d bytes\nminAmp=%e maxAmp=%e"; empty without memory.
   std::string description() const;
 
  protected:

@@ -1,15 +1,25 @@
 #include "krosac/series/momentRateFtn.h"
 
+#include <new>
+#include <utility>
+
+#include "krosac/platform/internal/Reason.h"
+
 namespace krosac {
 
-Ref<Object> momentRateFtn::init() {
+Ref<Object> momentRateFtn::init() try {
+  std::string type = "Moment Rate Function";
   if (!uniformSampleTimeSeries::init()) return nullptr;
-  setTypeString("Moment Rate Function");
+  setTypeString(std::move(type));
   return Ref<Object>(this);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
 }
 
 Ref<momentRateFtn> momentRateFtn::copyWithZone() const {
-  return Ref<momentRateFtn>(dynamic_cast<momentRateFtn*>(clone().get()));
+  const auto copy = timeSeries::copyWithZone();
+  return Ref<momentRateFtn>(dynamic_cast<momentRateFtn*>(copy.get()));
 }
 
 Ref<timeSeries> momentRateFtn::clone() const {

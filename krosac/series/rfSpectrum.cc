@@ -95,12 +95,12 @@ float overBand(const kroSpectrum& spectrum, float f1, float f2, MeasureBand meas
 Ref<rfSpectrum> rfSpectrum::initWithImpulseSpectrumDt_Npts(float dt, std::int32_t n) {
   clearReason();
   const std::int32_t points = nextPowerOfTwoPts(n);
-  if (!init()) return nullptr;
   const PackedSpectrum flat(static_cast<std::size_t>(points), dt);
   if (points == 0 || !flat) {
     setReason("%d samples: too many, or no memory for their spectrum", n);
     return nullptr;
   }
+  if (!init()) return nullptr;
   std::fill_n(flat.values(), std::min(points, 2), 1.0f);
   flat.forEachBin([](std::size_t, float& re, float&) { re = 1.0f; });
   setSpectrum(flat.buffer());
@@ -150,6 +150,7 @@ float rfSpectrum::meanLog10AmplitudeValueFrom_To(float f1, float f2) const {
 }
 
 Ref<ByteBuffer> rfSpectrum::amplitudeSpectrum() const {
+  clearReason();
   const auto s = binsOf(*this);
   if (!s) return nullptr;
   const auto half = static_cast<std::size_t>(halfpts());
@@ -226,7 +227,8 @@ void rfSpectrum::setZeroFrequencyValue(float v) {
 }
 
 Ref<rfSpectrum> rfSpectrum::copy() const {
-  return Ref<rfSpectrum>(dynamic_cast<rfSpectrum*>(clone().get()));
+  const auto copy = kroSpectrum::copy();
+  return Ref<rfSpectrum>(dynamic_cast<rfSpectrum*>(copy.get()));
 }
 
 Ref<kroSpectrum> rfSpectrum::clone() const {

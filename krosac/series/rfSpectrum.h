@@ -17,8 +17,8 @@ namespace krosac {
 class KROSAC_API rfSpectrum : public kroSpectrum {
  public:
   // Makes the flat spectrum (all ones) of a unit impulse at time 0 in a trace of n samples with an
-  // interval of dt s: npts is nextPowerOfTwoPts(n), df is 1 / (npts dt). Returns the object; empty
-  // for n >= 2^30 or without memory, see lastReason().
+  // interval of dt s: npts is nextPowerOfTwoPts(n), df is 1 / (npts dt). Returns the object.
+  // For n >= 2^30 or without memory nothing changes and the result is empty; see lastReason().
   Ref<rfSpectrum> initWithImpulseSpectrumDt_Npts(float dt, std::int32_t n);
 
   // The mean is the sum of the halfpts + 1 amplitudes divided by npts; the divisor is intended.

@@ -1,14 +1,33 @@
 #include "krosac/series/timeSeries.h"
 
+#include <new>
+#include <utility>
+
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
 
-Ref<Object> timeSeries::init() {
+Ref<Object> timeSeries::init() try {
+  clearReason();
+  std::string type = "Basic Time Series";
   npts_ = 0;
   delegate_ = nullptr;
-  typeString_ = "Basic Time Series";
+  typeString_ = std::move(type);
   return Object::init();
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
+}
+
+Ref<timeSeries> timeSeries::copyWithZone() const try {
+  clearReason();
+  auto copy = clone();
+  if (!copy) setMemoryReason();
+  return copy;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
 }
 
 Ref<timeSeries> timeSeries::clone() const {
@@ -23,8 +42,12 @@ void timeSeries::copySeriesFieldsTo(timeSeries& copy) const {
   copy.typeString_ = typeString_;
 }
 
-std::string timeSeries::description() const {
+std::string timeSeries::description() const try {
+  clearReason();
   return formatText("%s\nNPTS:%d", printable(typeString_), npts_);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
 }  // namespace krosac

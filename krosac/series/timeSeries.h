@@ -1,5 +1,6 @@
 // The base class of time series that do not come from a SAC file: a number of samples, a type, and
-// an object of the caller.
+// an object of the caller. Out of memory, an operation on a series leaves it as it was and says so
+// in lastReason(); init and copyWithZone then return an empty Ref, and description an empty text.
 #ifndef KROSAC_SERIES_TIMESERIES_H
 #define KROSAC_SERIES_TIMESERIES_H
 
@@ -27,7 +28,7 @@ class KROSAC_API timeSeries : public Object {
 
   // Returns a copy that shares the delegate; empty without memory. A derived class without a copy
   // of its own is copied as a timeSeries.
-  Ref<timeSeries> copyWithZone() const { return clone(); }
+  Ref<timeSeries> copyWithZone() const;
 
   // Returns the type followed by "\nNPTS:%d".
   std::string description() const;
@@ -36,6 +37,7 @@ class KROSAC_API timeSeries : public Object {
   ~timeSeries() override = default;
 
   virtual Ref<timeSeries> clone() const;
+  // Copies the fields of this class; throws std::bad_alloc without memory.
   void copySeriesFieldsTo(timeSeries& copy) const;
 };
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <new>
+#include <utility>
 
 #include "krosac/dsp/Butterworth.h"
 #include "krosac/dsp/internal/Series.h"
@@ -14,32 +16,38 @@ namespace krosac {
 
 // ---- Making and fields ----
 
-Ref<Object> uniformSampleTimeSeries::init() {
+Ref<Object> uniformSampleTimeSeries::init() try {
+  std::string type = "Uniformly Sampled Time Series";
   if (!timeSeries::init()) return nullptr;
-  setTypeString("Uniformly Sampled Time Series");
+  setTypeString(std::move(type));
   data_ = nullptr;
   min_ = max_ = mean_ = delta_ = 0.0f;
   const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
   setEpochStartTime(now.count());
   return Ref<Object>(this);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
 }
 
 Ref<uniformSampleTimeSeries> uniformSampleTimeSeries::initWithZerosNpts_Delta(std::int32_t n,
                                                                               float delta) {
   clearReason();
-  if (!init()) return nullptr;
-  if (n >= 0) data_ = ByteBuffer::zeroed(static_cast<std::size_t>(n) * sizeof(float));
-  if (!data_) {
+  auto zeros = n < 0 ? nullptr : ByteBuffer::zeroed(static_cast<std::size_t>(n) * sizeof(float));
+  if (!zeros) {
     setReason("%d samples: no such number or no memory for it", n);
     return nullptr;
   }
+  if (!init()) return nullptr;
+  data_ = std::move(zeros);
   setNpts(n);
   setDelta(delta);
   return Ref<uniformSampleTimeSeries>(this);
 }
 
 Ref<uniformSampleTimeSeries> uniformSampleTimeSeries::copyWithZone() const {
-  return Ref<uniformSampleTimeSeries>(dynamic_cast<uniformSampleTimeSeries*>(clone().get()));
+  const auto copy = timeSeries::copyWithZone();
+  return Ref<uniformSampleTimeSeries>(dynamic_cast<uniformSampleTimeSeries*>(copy.get()));
 }
 
 Ref<timeSeries> uniformSampleTimeSeries::clone() const {
@@ -226,6 +234,7 @@ void uniformSampleTimeSeries::addSpikeAtTimeDelay_Amplitude(float tau, float a) 
 }
 
 void uniformSampleTimeSeries::cosineTimeFunctionFilterDuration(float duration) {
+  clearReason();
   if (!(duration > 0.0f)) return;
   const std::int32_t m = truncInt32(static_cast<double>(duration) / delta_ + 0.5);
   if (m < 2) return;
@@ -234,6 +243,7 @@ void uniformSampleTimeSeries::cosineTimeFunctionFilterDuration(float duration) {
 }
 
 void uniformSampleTimeSeries::trapezoidFilter(float rise, float top, float fall) {
+  clearReason();
   if (samples().empty() || convolveWithTrapezoid(samples(), delta_, rise, top, fall))
     computeExtrema();
 }

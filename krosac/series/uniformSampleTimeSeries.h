@@ -26,8 +26,8 @@ class KROSAC_API uniformSampleTimeSeries : public timeSeries {
 
   // Sets no samples, the current time as the start and the type "Uniformly Sampled Time Series".
   Ref<Object> init() override;
-  // Calls init, then sets n zero samples with an interval of delta s. Returns the object; empty for
-  // a negative n or without memory, see lastReason().
+  // Calls init, then sets n zero samples with an interval of delta s. Returns the object. For a
+  // negative n or without memory nothing changes and the result is empty; see lastReason().
   Ref<uniformSampleTimeSeries> initWithZerosNpts_Delta(std::int32_t n, float delta);
   // Returns a copy of all fields and samples that shares the delegate; empty without memory.
   Ref<uniformSampleTimeSeries> copyWithZone() const;
@@ -111,7 +111,8 @@ class KROSAC_API uniformSampleTimeSeries : public timeSeries {
   ~uniformSampleTimeSeries() override = default;
 
   Ref<timeSeries> clone() const override;
-  // Copies the fields and the samples into a new object; false without memory.
+  // Copies the fields and the samples into a new object. Without memory it returns false or throws
+  // std::bad_alloc.
   bool copyFieldsTo(uniformSampleTimeSeries& copy) const;
 
  private:

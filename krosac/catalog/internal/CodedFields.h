@@ -1,4 +1,4 @@
-// Archives a record from one list of its fields:
+// What the records share: a new location, and archiving from one list of fields:
 //
 //   constexpr std::tuple kFields{codedField("mb", &Record::mb, &Record::setMb), ...};
 //
@@ -13,7 +13,9 @@
 #include <utility>
 #include <vector>
 
+#include "krosac/catalog/kroGeoLocation.h"
 #include "krosac/platform/Archive.h"
+#include "krosac/platform/internal/Reason.h"
 
 namespace krosac {
 
@@ -113,6 +115,15 @@ void decodeFields(const std::tuple<Fields...>& fields, Record& record, KeyedUnar
         (record.*field.set)(std::move(value));
       };
   std::apply([&](const auto&... field) { (decodeField(field), ...); }, fields);
+}
+
+// Returns an unset location for a record; empty, with a reason, without memory.
+inline Ref<kroGeoLocation> newLocation() {
+  clearReason();
+  auto location = make<kroGeoLocation>();
+  if (location && location->init()) return location;
+  setMemoryReason();
+  return nullptr;
 }
 
 }  // namespace krosac

@@ -1,16 +1,20 @@
-// Scanning of fixed-column lines, and the values that the records derive from them.
+// Scanning of fixed-column lines, the values that the records derive from them, and a line that
+// they print.
 #ifndef KROSAC_CATALOG_INTERNAL_FIXEDCOLUMNS_H
 #define KROSAC_CATALOG_INTERNAL_FIXEDCOLUMNS_H
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "krosac/platform/Date.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
+
+class kroSeismicPhase;
 
 // The length of the scratch buffer of blanks from which copied fields are scanned.
 inline constexpr std::size_t kScratchLength = 15;
@@ -19,7 +23,7 @@ inline constexpr std::size_t kScratchLength = 15;
 // white space is skipped and not counted, then at most `width` characters are used. If they do not
 // begin with a value, the target does not change and the result is false. A number is the longest
 // valid prefix ("1.5e" is 1.5), but "0x" without digits and "infinit" are none. A word ends at
-// white space.
+// white space. No word of the scratch buffer is so long that its text needs memory.
 bool scan(std::string_view text, std::size_t width, std::int32_t& target);
 bool scan(std::string_view text, std::size_t width, float& target);
 bool scan(std::string_view text, std::size_t width, OptionalText& target);
@@ -78,6 +82,9 @@ inline double epochTime(Date wholeSecond, float msec) {
 inline char printableFlag(signed char flag) {
   return flag ? static_cast<char>(flag) : ' ';
 }
+
+// The text that the phase's description returns.
+std::string lineOf(const kroSeismicPhase& phase);
 
 }  // namespace krosac
 
