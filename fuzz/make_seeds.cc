@@ -82,12 +82,18 @@ void addArchives() {
   phase->setStation(station);
   const auto hypocenter = made<kroHypocenter>();
   hypocenter->parseEDRHypocenter("HY20031231 235950.00 38.297N 142.373E  29.0");
-  hypocenter->addPhase(phase);
-  hypocenter->addPhase(phase->copyWithZone());
+  const auto second = phase->copyWithZone();
+  second->setStation(station);  // shared, and the phase below too
+  hypocenter->setPhases({phase, second, phase});
   const auto s = seismogram(20);
   const auto addAll = [](const auto&... objects) { (addArchive(*objects), ...); };
   addAll(s, s->mySeisReferenceTime(), made<kroGeoLocation>(), station, phase, hypocenter,
          made<kroSeismicOrigin>());
+
+  // More objects within one another than an archive may hold, behind the front of another archive.
+  std::string deep = textOf(archive(*station)).substr(0, 15);
+  for (int depth = 0; depth <= kDeepestNesting; ++depth) deep += "\xd8\x1c\xbf\x66@class\x61x\x61k";
+  add("keyed_archives", "deep", deep);
 }
 
 // The first byte chooses the reader; a long file is cut.
