@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "krosac/platform/LastReason.h"
@@ -75,7 +76,7 @@ bool SeismogramArray::screenSeismogram(const SacObject& s) const {
   return !channelScreen_ || isListed(s.kcmpnm(), channels_);
 }
 
-void SeismogramArray::loadSeismogramsFromPath(const std::string& path) {
+void SeismogramArray::loadSeismogramsFromPath(const std::string& path) try {
   clearReason();
   std::error_code error;
   const bool isFolder = fs::is_directory(path, error);
@@ -88,6 +89,8 @@ void SeismogramArray::loadSeismogramsFromPath(const std::string& path) {
   loadFolder("", *this, refused);
   clearReason();
   if (!refused.empty()) setReason("%s", refused.c_str());
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
 }
 
 void SeismogramArray::filterSeismograms() {
@@ -101,9 +104,13 @@ void SeismogramArray::equalizeTimeRange() {
     if (s && s->b() > latestBegin) latestBegin = s->b();
     if (s && s->e() < earliestEnd) earliestEnd = s->e();
   }
+  bool isShort = false;
+  clearReason();
   for (const auto& s : theSeismograms_) {
     if (s) s->ChopFromStart_END(latestBegin, earliestEnd);
+    isShort = isShort || *lastReason();
   }
+  if (isShort) setMemoryReason();
 }
 
 template <typename Low, typename High>

@@ -58,14 +58,16 @@ class KROSAC_API SeismogramArray : public Object {
   // each folder are sorted by the bytes of their names. Links to files are followed, links to
   // folders are not. Files that are not seismograms are skipped after the loader's messages, and
   // unreadable folders without a message; lastReason() names the last one of either. Does nothing
-  // if the path is not a folder or cannot be entered, see lastReason().
+  // if the path is not a folder or cannot be entered, see lastReason(). If memory runs out, the
+  // seismograms loaded before stay in the list, each of them whole.
   void loadSeismogramsFromPath(const std::string& path);
 
   // Removes the seismograms that pass the screens and keeps the others, which is intended.
   void filterSeismograms();
 
   // Cuts every seismogram to the window from the latest B to the earliest E (s) with
-  // ChopFromStart_END.
+  // ChopFromStart_END. Where memory runs out a seismogram keeps its length, and lastReason() says
+  // so after the others have been cut.
   void equalizeTimeRange();
 
   // ---- Ranges: (minimum, maximum), or (1e9, -1e9) for an empty list ----

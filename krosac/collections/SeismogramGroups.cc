@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <new>
 #include <tuple>
 
 #include "krosac/seismogram/internal/SacObjectAccess.h"
@@ -23,23 +24,48 @@ void dropEmpty(Traces& list) {
   std::erase_if(list, [](const auto& s) { return !s; });
 }
 
-// The time spans without NaN. A span with NaN equals no other and lies within none.
-std::vector<TimeSpan> timeSpans(const Traces& list) {
-  std::vector<TimeSpan> spans;
-  spans.reserve(list.size());
-  for (std::size_t i = 0; i < list.size(); ++i) {
-    const float b = list[i]->b(), e = list[i]->e();
-    if (!std::isnan(b) && !std::isnan(e)) spans.push_back({b, e, i});
-  }
-  return spans;
-}
+// What the removal from a list needs. It allocates before the list changes.
+struct Removal {
+  explicit Removal(const Traces& list) : isMarked(list.size()) { spans.reserve(list.size()); }
 
-void removeMarked(Traces& list, const std::vector<bool>& isMarked) {
-  std::size_t kept = 0;
-  for (std::size_t i = 0; i < list.size(); ++i) {
-    if (!isMarked[i]) std::swap(list[kept++], list[i]);
+  // Takes the time spans without NaN. A span with NaN equals no other and lies within none.
+  void takeSpans(const Traces& list) {
+    for (std::size_t i = 0; i < list.size(); ++i) {
+      const float b = list[i]->b(), e = list[i]->e();
+      if (!std::isnan(b) && !std::isnan(e)) spans.push_back({b, e, i});
+    }
   }
-  list.resize(kept);
+
+  void removeMarked(Traces& list) const {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+      if (!isMarked[i]) std::swap(list[kept++], list[i]);
+    }
+    list.resize(kept);
+  }
+
+  std::vector<TimeSpan> spans;
+  std::vector<bool> isMarked;
+};
+
+// The times that synchronising a list needs.
+struct SyncTimes {
+  SyncTimes() {
+    if (!common || !scratch) throw std::bad_alloc();
+  }
+  Ref<SeisTimeObject> common = make<SeisTimeObject>(), scratch = make<SeisTimeObject>();
+};
+
+void synchronise(const Traces& list, const SyncTimes& times) {
+  Ref<SeisTimeObject> earliest;
+  for (const auto& s : list) {
+    const auto& time = s->mySeisReferenceTime();
+    // The comparison is field by field, so this need not find the minimum; this is intended.
+    if (time && (!earliest || time->lessThanSeisTime(*earliest))) earliest = time;
+  }
+  if (!earliest) return;
+  times.common->initWithTimeObject(*earliest);
+  for (const auto& s : list) moveReferenceTime(*s, *times.common, *times.scratch);
 }
 
 void sortByBegin(Traces& list) {
@@ -65,32 +91,31 @@ void saRemoveCollectiveMean(const Traces& list) {
   }
 }
 
-int saSynchSacObjects(Traces& list) {
+int saSynchSacObjects(Traces& list) try {
+  clearReason();
+  const SyncTimes times;
   dropEmpty(list);
-  if (list.size() < 2) return 0;
-  Ref<SeisTimeObject> earliest;
-  for (const auto& s : list) {
-    const auto& time = s->mySeisReferenceTime();
-    // The comparison is field by field, so this need not find the minimum; this is intended.
-    if (time && (!earliest || time->lessThanSeisTime(*earliest))) earliest = time;
-  }
-  const auto common = make<SeisTimeObject>();
-  if (!earliest || !common || !common->initWithTimeObject(*earliest)) return 0;
-  for (const auto& s : list) s->setReferenceTime(*common);
+  if (list.size() >= 2) synchronise(list, times);
+  return 0;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
   return 0;
 }
 
 // The rule walks from the last seismogram to the first and removes each that lies within one still
 // in the list. Containment is transitive, so this removes every seismogram within another and keeps
 // the first of equal ones.
-int saRemoveOverlaps(Traces& list) {
+int saRemoveOverlaps(Traces& list) try {
+  clearReason();
+  const SyncTimes times;
+  Removal removal(list);
   dropEmpty(list);
   if (list.size() < 2) return 0;
-  saSynchSacObjects(list);
-  auto spans = timeSpans(list);
+  synchronise(list, times);
+  removal.takeSpans(list);
+  auto& [spans, isInside] = removal;
   // In this order no span lies within a later one.
   std::ranges::sort(spans, {}, [](const TimeSpan& s) { return std::tuple(s.b, -s.e, s.index); });
-  std::vector<bool> isInside(list.size());
   const TimeSpan* longest = nullptr;
   for (const TimeSpan& span : spans) {
     if (longest && longest->e >= span.e) {
@@ -99,19 +124,24 @@ int saRemoveOverlaps(Traces& list) {
       longest = &span;
     }
   }
-  removeMarked(list, isInside);
+  removal.removeMarked(list);
+  return 0;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
   return 0;
 }
 
 // The rule walks from the first seismogram to the last and removes each that has an equal one still
 // in the list, except those with a negative USER9.
-int saMergeSacSeisInArray(Traces& list) {
+int saMergeSacSeisInArray(Traces& list) try {
+  clearReason();
+  Removal removal(list);
   dropEmpty(list);
   sortByBegin(list);
-  auto spans = timeSpans(list);
+  removal.takeSpans(list);
+  auto& [spans, isDuplicate] = removal;
   std::ranges::sort(spans, {}, [](const TimeSpan& s) { return std::tuple(s.b, s.e, s.index); });
   const auto isKept = [&](const TimeSpan& s) { return list[s.index]->userValue(kKeptKey) < 0.0f; };
-  std::vector<bool> isDuplicate(list.size());
   for (auto first = spans.begin(); first != spans.end();) {
     const auto end = std::find_if(
         first, spans.end(), [&](const TimeSpan& s) { return s.b != first->b || s.e != first->e; });
@@ -119,7 +149,10 @@ int saMergeSacSeisInArray(Traces& list) {
     for (auto s = first; s != removableEnd; ++s) isDuplicate[s->index] = !isKept(*s);
     first = end;
   }
-  removeMarked(list, isDuplicate);
+  removal.removeMarked(list);
+  return 0;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
   return 0;
 }
 

@@ -1,5 +1,6 @@
 // Operations on any ordered list of seismograms, as C++ functions. The integers that three of them
-// return have no meaning. Empty references are ignored, and removed where the list may change.
+// return have no meaning. Empty references are ignored, and removed where the list may change. If
+// memory runs out, list and seismograms stay as they were, and lastReason() says so.
 #ifndef KROSAC_COLLECTIONS_SEISMOGRAMGROUPS_H
 #define KROSAC_COLLECTIONS_SEISMOGRAMGROUPS_H
 

@@ -1,8 +1,10 @@
 #include "krosac/seismogram/SacObject.h"
 
 #include <cstring>
+#include <new>
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -18,7 +20,7 @@ SacObject::~SacObject() {
   log("myReferenceDate retainCount: %d", countOf(myReferenceDate_.has_value()));
   log("mySeisReferenceTime retainCount: %d",
       mySeisReferenceTime_ ? mySeisReferenceTime_->retainCount() : 0);
-  log("myFERegionString retainCount: %d", countOf(myFERegionString_.has_value()));
+  log("myFERegionString retainCount: %d", countOf(mySeismicRegion_));
 }
 
 void SacObject::setMyData(Ref<ByteBuffer> image) {
@@ -34,8 +36,11 @@ void SacObject::setupPointers() {
   replacedData_ = nullptr;
 }
 
-std::string SacObject::textOf(const char* field, std::size_t width) {
+std::string SacObject::textOf(const char* field, std::size_t width) try {
   return trimmedField(field, width);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
 void SacObject::fillField(char* field, std::size_t width, const char* value) {

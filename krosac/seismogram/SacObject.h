@@ -11,7 +11,9 @@
 // header field holds -12345.0, -12345 or "-12345". An object without a 632-byte image returns these
 // values and ignores changes. Operations process min(NPTS, samples in the buffer) samples.
 // Processing methods fail silently: where they cannot do their work they leave the trace unchanged.
-// After loading, saving, joining, marking and instrument removal lastReason() says why.
+// After loading, saving, joining, marking and instrument removal lastReason() says why. Out of
+// memory, every operation leaves the object as it was, returns an empty text, none or its stated
+// failure, and lastReason() says so.
 #ifndef KROSAC_SEISMOGRAM_SACOBJECT_H
 #define KROSAC_SEISMOGRAM_SACOBJECT_H
 
@@ -283,8 +285,8 @@ class KROSAC_API SacObject : public Archivable {
   // "FE Region: N/A\n" where the location is undefined.
   void setFlinnEngdahlRegion();
   // The result of the last setFlinnEngdahlRegion.
-  OptionalText flinnEngdahlString() const { return myFERegionString_; }
-  // The event's geographic region, empty without a location. Overwrites the region numbers.
+  OptionalText flinnEngdahlString() const;
+  // The event's geographic region, empty without a location.
   std::string flinnEngdahlGeographicRegion();
 
   // ---- Reference time (SacObjectReferenceTime.cc) ----
@@ -327,8 +329,7 @@ class KROSAC_API SacObject : public Archivable {
   // Path, times, extrema, station, event and geometry; undefined fields are left out. Each line
   // begins with its line break.
   std::string description() const;
-  // The station lines and the geometry. The region is that of the event's location (intended); the
-  // look-up overwrites the region numbers.
+  // The station lines and the geometry. The region is that of the event's location (intended).
   std::string stationDescription();
   // The path and the event lines, with 8 characters of KEVNM where description has all 16.
   std::string eventDescription() const;
@@ -483,7 +484,7 @@ class KROSAC_API SacObject : public Archivable {
   // and the correlation there divided by the square root of both energies. Positive where this
   // trace is later than the other. Stores the energies in USER9 of both traces and leaves the
   // samples unchanged. The zero-frequency and Nyquist bins use the square of this trace (intended).
-  // (0, NaN) for an empty trace.
+  // (0, NaN) for an empty trace, (0, 0) and no change when memory runs out.
   std::pair<double, double> GetOptimalShift(SacObject& other);
 
   // ---- Instruments (SacObjectInstrument.cc) ----
@@ -574,6 +575,7 @@ class KROSAC_API SacObject : public Archivable {
 
   // The buffer that h_ and seis_ point into, for the library's own files.
   friend const Ref<ByteBuffer>& viewedImage(const SacObject& s);
+  friend OptionalText regionText(const SacObject& s);
 
   Ref<ByteBuffer> myData_;
   Ref<ByteBuffer> replacedData_;  // where h_ and seis_ point between setMyData and setupPointers
@@ -584,14 +586,14 @@ class KROSAC_API SacObject : public Archivable {
   OptionalText myPath_;
   OptionalText myFileName_;
   OptionalText labelString_;
-  OptionalText myFERegionString_;
+  // Constants: the names of the last look-up, or the text for no location and null; at first null.
+  const char* mySeismicRegion_ = nullptr;
+  const char* myGeographicRegion_ = nullptr;
   std::optional<Date> myReferenceDate_;
   Ref<SeisTimeObject> mySeisReferenceTime_;
   std::int32_t tag_ = 0;
   std::int32_t verbose_ = 0;
   bool swappedBytes_ = false;
-  std::int32_t mySreg_ = 0;
-  std::int32_t myGreg_ = 0;
 };
 
 }  // namespace krosac

@@ -41,6 +41,7 @@ struct Motion {
 }  // namespace
 
 void SacObject::Envelope() {
+  clearReason();
   const auto x = samplesOf(*this);
   const std::size_t n = paddedLength(x.size());
   const auto signal = x.empty() ? nullptr : oneSidedSpectrum(x, n);
@@ -55,6 +56,7 @@ void SacObject::Envelope() {
 }
 
 void SacObject::InstantaneousPeriod() {
+  clearReason();
   constexpr float kOneOverTwoPi = 0.15915494f;
   constexpr float kNoFrequency = -0.01f;
   const auto x = samplesOf(*this);

@@ -52,6 +52,7 @@ std::int64_t indexOfGreatest(std::span<const float> x) {
 }  // namespace
 
 void SacObject::correlateWith(const SacObject& other) {
+  clearReason();
   const auto x = samplesOf(*this);
   if (x.empty()) return;
   auto [a, b] = spectraOf(*this, other);
@@ -74,14 +75,15 @@ void SacObject::correlateWith(const SacObject& other) {
 }
 
 std::pair<double, double> SacObject::GetOptimalShift(SacObject& other) {
+  clearReason();
   const auto x = samplesOf(*this), y = samplesOf(other);
+  auto [a, b] = spectraOf(*this, other);
+  if (!a) return {0.0, 0.0};
   const auto [energyA, energyB] = energies(x, y);
   setUserValueKey_Value(kEnergyKey, energyA);
   other.setUserValueKey_Value(kEnergyKey, energyB);
   if (x.empty()) return {0.0, std::numeric_limits<double>::quiet_NaN()};
 
-  auto [a, b] = spectraOf(*this, other);
-  if (!a) return {0.0, 0.0};
   a.forward();
   b.forward();
   // The values of this trace are squared; this is intended.

@@ -38,6 +38,7 @@ void finishDecimation(SacObject& s, std::int32_t count, float interval) {
 }  // namespace
 
 void SacObject::ChopFromStart_END(float t1, float t2) {
+  clearReason();
   const auto x = samplesOf(*this);
   const auto n = static_cast<std::int64_t>(x.size());
   const auto index = [this](double t) { return truncIndex((t - b()) / delta() + 0.5); };
@@ -82,6 +83,7 @@ std::pair<double, double> SacObject::getGroupVelocityRange() const {
 }
 
 void SacObject::Decimate(std::int32_t factor) {
+  clearReason();
   if (!h_ || factor < 2 || factor > 5) return;
   std::int32_t n = static_cast<std::int32_t>(samplesOf(*this).size()) / factor;
   const std::int32_t used = n * factor;

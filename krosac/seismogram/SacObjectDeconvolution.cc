@@ -17,6 +17,7 @@ float power(float re, float im) {
 template <typename Window>
 void divideSpectrum(SacObject& s, const SacObject& other, float level, float tshift,
                     Window window) {
+  clearReason();
   if (samplesOf(s).empty()) return;
   auto spectra = spectraOf(s, other);
   PackedSpectrum &u = spectra.first, &w = spectra.second;

@@ -1,9 +1,10 @@
 #include <cstring>
+#include <new>
 
 #include "krosac/platform/Log.h"
 #include "krosac/platform/Numbers.h"
 #include "krosac/platform/internal/Text.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 
 namespace krosac {
 namespace {
@@ -28,6 +29,7 @@ void addLine(std::string& out, const char* format, const char* field, std::size_
 Ref<SeisTimeObject> timeAt(const SacObject& s, float offset) {
   if (!s.mySeisReferenceTime()) return nullptr;
   auto time = make<SeisTimeObject>();
+  if (!time) throw std::bad_alloc();
   time->initWithTimeObject(*s.mySeisReferenceTime());
   time->addSeconds(offset);
   return time;
@@ -49,8 +51,7 @@ void describeStation(const SacHeader& h, std::string& out) {
 void describeEvent(const SacObject& s, std::size_t nameWidth, std::string& out) {
   const SacHeader& h = *s.GetSacHeader();
   addLine(out, "\nEvent ID: %8s", h.KEVNM, nameWidth);
-  if (isDefined(h.EVLA) && isDefined(h.EVLO))
-    out += formatText("\n%s", printable(s.flinnEngdahlString()));
+  if (isDefined(h.EVLA) && isDefined(h.EVLO)) out += formatText("\n%s", printable(regionText(s)));
   if (isDefined(h.O)) {
     out += formatText("\nEvent Origin Time:%s",
                       printable(timeText(s, h.O, &SeisTimeObject::DOYcString)));
@@ -70,7 +71,7 @@ void describeGeometry(const SacObject& s, std::string& out) {
 
 }  // namespace
 
-std::string SacObject::description() const {
+std::string SacObject::description() const try {
   const auto number = [](const char* format, float value) {
     return formatText(format, static_cast<double>(value));
   };
@@ -105,31 +106,44 @@ std::string SacObject::description() const {
   describeGeometry(*this, out);
   out += kStars;
   return out + "\n";
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
-std::string SacObject::stationDescription() {
+std::string SacObject::stationDescription() try {
   std::string out;
   if (h_) describeStation(*h_, out);
   if (isDefined(stla()) && isDefined(stlo())) {
     // The region at the event's position, not the station's; this is intended.
-    out += "\nStation Geographic Region:" + flinnEngdahlGeographicRegion();
+    const char* const region = geographicRegion(*this);
+    out.append("\nStation Geographic Region:").append(region ? region : "");
   }
   describeGeometry(*this, out);
   return out;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
-std::string SacObject::eventDescription() const {
+std::string SacObject::eventDescription() const try {
   const std::string separator = "\n" + std::string(102, '-');
   std::string out = separator + formatText("\nFile Path:\n%s", printable(myPath_)) + separator;
   if (h_) describeEvent(*this, 8, out);
   return out;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
-OptionalText SacObject::oTimeString() const {
+OptionalText SacObject::oTimeString() const try {
   return isDefined(o()) ? timeText(*this, o(), &SeisTimeObject::YMDcString) : std::nullopt;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return std::nullopt;
 }
 
-std::string SacObject::hypoPickString() const {
+std::string SacObject::hypoPickString() const try {
   if (!isDefined(a())) return "NoPick";
   std::string text = "(null)";
   if (const auto pick = timeAt(*this, a())) {
@@ -139,6 +153,9 @@ std::string SacObject::hypoPickString() const {
   text += formatText(" %8.3f %8.3f", static_cast<double>(evla()), static_cast<double>(evlo()));
   if (verbose_ > 0) log("%s", text.c_str());
   return text;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
 }  // namespace krosac

@@ -91,6 +91,7 @@ void SacObject::TstarFilter(float tstar) {
 }
 
 void SacObject::CosineTimeFunctionFilterDuration(float duration) {
+  clearReason();
   if (!(duration >= 0.0f)) return;
   const std::int32_t m = truncInt32(duration / delta() + 0.5);
   if (m >= 2 && convolveWithCosinePulse(samplesOf(*this), delta(), duration, m))
@@ -98,10 +99,12 @@ void SacObject::CosineTimeFunctionFilterDuration(float duration) {
 }
 
 void SacObject::TrapezoidFilter(float rise, float top, float fall) {
+  clearReason();
   if (convolveWithTrapezoid(samplesOf(*this), delta(), rise, top, fall)) samplesChanged(*this);
 }
 
 void SacObject::NoiseFilterStartingAtTime(float t) {
+  clearReason();
   const auto x = samplesOf(*this);
   const std::int64_t index = truncIndex((t - b()) / delta());
   if (x.empty() || index == kNoIndex) return;
@@ -140,6 +143,7 @@ void SacObject::NoiseFilterStartingAtTime(float t) {
 }
 
 Ref<ByteBuffer> SacObject::spectrum() const {
+  clearReason();
   const auto x = samplesOf(*this);
   PackedSpectrum spectrum(x, paddedLength(x.size()), delta());
   if (!spectrum) return nullptr;

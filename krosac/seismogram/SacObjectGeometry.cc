@@ -1,5 +1,7 @@
+#include <new>
+
 #include "krosac/platform/Numbers.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 #include "krosac/timegeo/FlinnEngdahl.h"
 #include "krosac/timegeo/GreatCircle.h"
 
@@ -14,15 +16,26 @@ bool hasEventLocation(const SacObject& s) {
   return isDefined(s.evla()) && isDefined(s.evlo());
 }
 
-// Stores the region numbers of the event's location and returns their names.
-RegionNames lookUpRegions(const SacObject& s, std::int32_t& geographic, std::int32_t& seismic) {
+RegionNames lookUpRegions(const SacObject& s) {
   RegionNames names{};
+  std::int32_t geographic, seismic;
   fe_lookup(s.evla(), s.evlo(), &geographic, &seismic);
   fe_region(&geographic, &names.geographic, &seismic, &names.seismic);
   return names;
 }
 
 }  // namespace
+
+OptionalText regionText(const SacObject& s) {
+  if (!s.mySeismicRegion_) return std::nullopt;
+  std::string text = s.mySeismicRegion_;
+  if (s.myGeographicRegion_) text.append(" / ").append(s.myGeographicRegion_);
+  return text;
+}
+
+const char* geographicRegion(const SacObject& s) {
+  return hasEventLocation(s) ? lookUpRegions(s).geographic : nullptr;
+}
 
 bool SacObject::computeDistAzBAz() {
   if (!h_ || !isDefined(h_->EVLA) || !isDefined(h_->EVLO) || !isDefined(h_->STLA) ||
@@ -53,17 +66,25 @@ void SacObject::setStationLocationLat_Lon_Elevation(float latitude, float longit
 }
 
 void SacObject::setFlinnEngdahlRegion() {
-  if (!hasEventLocation(*this)) {
-    myFERegionString_ = "FE Region: N/A\n";
-    return;
-  }
-  const RegionNames names = lookUpRegions(*this, myGreg_, mySreg_);
-  myFERegionString_ = std::string(names.seismic) + " / " + names.geographic;
+  const RegionNames names =
+      hasEventLocation(*this) ? lookUpRegions(*this) : RegionNames{nullptr, "FE Region: N/A\n"};
+  mySeismicRegion_ = names.seismic;
+  myGeographicRegion_ = names.geographic;
 }
 
-std::string SacObject::flinnEngdahlGeographicRegion() {
-  return hasEventLocation(*this) ? lookUpRegions(*this, myGreg_, mySreg_).geographic
-                                 : std::string();
+OptionalText SacObject::flinnEngdahlString() const try {
+  return regionText(*this);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return std::nullopt;
+}
+
+std::string SacObject::flinnEngdahlGeographicRegion() try {
+  const char* const name = geographicRegion(*this);
+  return name ? name : "";
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
 }  // namespace krosac

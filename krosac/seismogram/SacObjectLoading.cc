@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
+#include <new>
+#include <utility>
 
 #include "krosac/platform/Log.h"
 #include "krosac/platform/internal/Reason.h"
@@ -20,11 +23,15 @@ bool hasPlausibleCounts(const SacHeader& h) {
   return h.NPTS >= 0 && h.DELTA >= 0.0f;
 }
 
-SacHeader swapped(const SacHeader& h) {
-  const auto image = ByteBuffer::copyOf(&h, sizeof h);
-  if (!image) return h;
-  swapSACBytes(*image);
-  return *reinterpret_cast<const SacHeader*>(image->bytes());
+// The header with NPTS and DELTA swapped.
+SacHeader swapped(SacHeader h) {
+  const auto swap = [](auto& field) {
+    field = std::bit_cast<std::remove_reference_t<decltype(field)>>(
+        __builtin_bswap32(std::bit_cast<std::uint32_t>(field)));
+  };
+  swap(h.NPTS);
+  swap(h.DELTA);
+  return h;
 }
 
 // Sets the reason why bytes are not a valid image. The header is that of the byte order whose NPTS
@@ -129,60 +136,77 @@ bool settleByteOrder(SacObject& s, const std::string& path, const LoadMessages& 
   return false;
 }
 
-void setUpReferenceTime(SacObject& s) {
+// What loading allocates beside the image. It is made first, so that nothing fails half way.
+struct LoadedParts {
+  explicit LoadedParts(const OptionalText& file)
+      : path(file),
+        name(file ? OptionalText(lastPathComponent(*file)) : std::nullopt),
+        time(make<SeisTimeObject>()) {
+    if (!time) throw std::bad_alloc();
+  }
+  OptionalText path, name;
+  Ref<SeisTimeObject> time;
+};
+
+// The part that all loaders share, from a valid native image.
+void finishLoading(SacObject& s, LoadedParts& parts) {
+  s.setMyPath(std::move(parts.path));
+  s.setMyFileName(std::move(parts.name));
   const SacHeader& h = *s.GetSacHeader();
   std::int32_t month = 1, day = h.NZJDAY;
   monthdate(h.NZYEAR, h.NZJDAY, &month, &day);
   s.setMyReferenceDate(Date::fromComponents({h.NZYEAR, month, day, h.NZHOUR, h.NZMIN, h.NZSEC}));
-  auto time = make<SeisTimeObject>();
-  time->initWithValues_month_date_hour_minute_second_millisecond(h.NZYEAR, month, day, h.NZHOUR,
-                                                                 h.NZMIN, h.NZSEC, h.NZMSEC);
-  s.setMySeisReferenceTime(std::move(time));
-}
-
-// The part that all loaders share, from a valid native image.
-void finishLoading(SacObject& s, const std::string& path) {
-  s.setMyPath(path);
-  s.setMyFileName(lastPathComponent(path));
-  setUpReferenceTime(s);
-  if (s.verbose() > 0) {
-    log("Seismogram Date: %s", s.myReferenceDate()->description().c_str());
-    log("Seismogram Reference Time: %s", s.mySeisReferenceTime()->DOYcString());
-    log("Seismogram Reference Time: %s", s.mySeisReferenceTime()->YMDcString());
-  }
+  parts.time->initWithValues_month_date_hour_minute_second_millisecond(
+      h.NZYEAR, month, day, h.NZHOUR, h.NZMIN, h.NZSEC, h.NZMSEC);
+  s.setMySeisReferenceTime(std::move(parts.time));
   s.setFlinnEngdahlRegion();
   s.computeDistAzBAz();
   s.setMSeisHasChanged(false);
   s.setMSeisIsLocked(false);
 }
 
+void logReferenceTime(const SacObject& s) {
+  if (s.verbose() <= 0) return;
+  log("Seismogram Date: %s", s.myReferenceDate()->description().c_str());
+  log("Seismogram Reference Time: %s", s.mySeisReferenceTime()->DOYcString());
+  log("Seismogram Reference Time: %s", s.mySeisReferenceTime()->YMDcString());
+}
+
 // What the loaders of files do with an image that has been read.
-bool loadImage(SacObject& s, const std::string& path, const LoadMessages& messages,
+bool loadImage(SacObject& s, LoadedParts& parts, const LoadMessages& messages,
                bool isKnownForeign = false) {
-  if (!settleByteOrder(s, path, messages, isKnownForeign)) return false;
+  if (!settleByteOrder(s, *parts.path, messages, isKnownForeign)) return false;
   s.fixEndTime();
   s.ComputeExtrema();
-  finishLoading(s, path);
+  finishLoading(s, parts);
+  logReferenceTime(s);
   return true;
 }
 
-bool loadFile(SacObject& s, const std::string& path, const LoadMessages& messages) {
+bool loadFile(SacObject& s, const std::string& path, const LoadMessages& messages) try {
   clearReason();
   s.setVerbose(0);
-  if (installImage(s, ByteBuffer::fromFile(path))) return loadImage(s, path, messages);
+  LoadedParts parts(path);
+  if (installImage(s, ByteBuffer::fromFile(path))) return loadImage(s, parts, messages);
   log("Problem reading bytes in %s", path.c_str());
+  return false;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
   return false;
 }
 
-// What the loaders of buffers do; the image stays installed where it is not valid.
-bool loadBuffer(SacObject& s, const Ref<ByteBuffer>& image, const std::string& path) {
+// What the loaders of buffers do. An image that is not valid stays installed where it is kept.
+bool loadBuffer(SacObject& s, const Ref<ByteBuffer>& image, const std::string& path,
+                bool keepsInvalid) try {
   clearReason();
+  LoadedParts parts(path);
   s.setSwappedBytes(false);
   s.setVerbose(0);
   s.setMyData(image);
   s.setupPointers();
   if (hasValidImage(s)) {
-    finishLoading(s, path);
+    finishLoading(s, parts);
+    logReferenceTime(s);
     return true;
   }
   if (image)
@@ -190,42 +214,50 @@ bool loadBuffer(SacObject& s, const Ref<ByteBuffer>& image, const std::string& p
   else
     setReason("%s: no bytes given", path.c_str());
   log("%s is not a valid SAC file.", path.c_str());
+  if (!keepsInvalid) {
+    s.setMyData(nullptr);
+    s.setupPointers();
+  }
+  return false;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
   return false;
 }
 
 }  // namespace
 
-Ref<SacObject> SacObject::initWithCapacity(std::int32_t n) {
+Ref<SacObject> SacObject::initWithCapacity(std::int32_t n) try {
   clearReason();
   if (n < 0) setReason("a seismogram cannot have %d samples", n);
   if (!init() || n < 0) return nullptr;
-  swappedBytes_ = false;
-  verbose_ = 0;
+  OptionalText path = "./", name = "UntitledSeismogram";
   if (!installImage(*this, ByteBuffer::zeroed(static_cast<std::size_t>(imageBytes(n)))))
     return nullptr;
+  swappedBytes_ = false;
+  verbose_ = 0;
   *h_ = kSacHeaderTemplate;
   h_->NPTS = n;
   h_->B = 0.0f;
   h_->DELTA = 1.0f;
   h_->E = static_cast<float>(std::int64_t{n} - 1);
-  myPath_ = "./";
-  myFileName_ = "UntitledSeismogram";
+  myPath_ = std::move(path);
+  myFileName_ = std::move(name);
   mSeisHasChanged_ = mSeisIsLocked_ = false;
   mySeisReferenceTime_ = nullptr;
   return Ref<SacObject>(this);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
 }
 
 bool SacObject::InitWithNSData_withPath(const Ref<ByteBuffer>& image, const std::string& path) {
-  const bool isLoaded = loadBuffer(*this, image, path);
+  const bool isLoaded = loadBuffer(*this, image, path, true);
   autoreleaseReceiver();
   return isLoaded;
 }
 
 bool SacObject::initWithNSData_withPath(const Ref<ByteBuffer>& image, const std::string& path) {
-  if (loadBuffer(*this, image, path)) return true;
-  setMyData(nullptr);
-  setupPointers();
-  return false;
+  return loadBuffer(*this, image, path, false);
 }
 
 bool SacObject::InitWithPath(const std::string& path) {
@@ -246,16 +278,20 @@ bool SacObject::loadFromPath(const std::string& path) {
   return loadFile(*this, path, kVerbose);
 }
 
-bool SacObject::replaceSacObjectDataWithPath(const std::string& path) {
+bool SacObject::replaceSacObjectDataWithPath(const std::string& path) try {
   swappedBytes_ = false;
   verbose_ = 0;
   bool isForeign = false;
   clearReason();
+  LoadedParts parts(path);
   setupPointers();
   if (h_ && readIntoImage(path, *myData_, isForeign))
-    return loadImage(*this, path, kIntoBuffer, isForeign);
+    return loadImage(*this, parts, kIntoBuffer, isForeign);
   if (!h_) setReason("%s: the seismogram has no image to read it into", path.c_str());
   log("Problem reading bytes in %s", path.c_str());
+  return false;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
   return false;
 }
 
@@ -269,25 +305,25 @@ Ref<SacObject> SacObject::InitWithSeisObject(const SacObject& other) {
   return self;
 }
 
-Ref<SacObject> SacObject::initWithSeisObject(const SacObject& other) {
+Ref<SacObject> SacObject::initWithSeisObject(const SacObject& other) try {
   clearReason();
   if (!headerInData(other)) {
     setReason("the other seismogram has no image");
     return nullptr;
   }
+  LoadedParts parts(other.myPath_);
+  // A fresh receiver has no label and stays without one; this is intended.
+  OptionalText label = labelString_ ? other.labelString_ : std::nullopt;
   const ByteBuffer& image = *other.myData();
   if (!installImage(*this, ByteBuffer::copyOf(image.bytes(), image.length()))) return nullptr;
   swappedBytes_ = other.swappedBytes_;
   fixEndTime();
-  myPath_ = other.myPath_;
-  myFileName_ = myPath_ ? OptionalText(lastPathComponent(*myPath_)) : std::nullopt;
-  // A fresh receiver has no label and stays without one; this is intended.
-  if (labelString_) labelString_ = other.labelString_;
-  setUpReferenceTime(*this);
-  setFlinnEngdahlRegion();
-  computeDistAzBAz();
-  mSeisHasChanged_ = mSeisIsLocked_ = false;
+  labelString_ = std::move(label);
+  finishLoading(*this, parts);
   return Ref<SacObject>(this);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
 }
 
 }  // namespace krosac

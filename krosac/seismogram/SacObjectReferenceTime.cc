@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "krosac/platform/internal/TruncIndex.h"
-#include "krosac/seismogram/SacObject.h"
+#include "krosac/seismogram/internal/SacObjectAccess.h"
 #include "krosac/timegeo/Calendar.h"
 
 namespace krosac {
@@ -10,9 +10,19 @@ namespace {
 constexpr double kSecondsPerDay = 86400.0;
 constexpr double kSecondsPerYear = 3.1536e7;  // 365 days; intended
 
+// A new time; empty, with a reason, when memory runs out.
+Ref<SeisTimeObject> newTime() {
+  clearReason();
+  auto time = make<SeisTimeObject>();
+  if (!time) setMemoryReason();
+  return time;
+}
+
+// Empty, with a reason, when memory runs out.
 Ref<SeisTimeObject> timeOf(const Date& date) {
   const Date::Components c = date.components();
-  auto time = make<SeisTimeObject>();
+  auto time = newTime();
+  if (!time) return nullptr;
   time->initWithValues_month_date_hour_minute_second_millisecond(c.year, c.month, c.day, c.hour,
                                                                  c.minute, c.second, 0.0);
   return time;
@@ -52,7 +62,7 @@ void moveReference(SacObject& s, float t, bool movesFini) {
 }  // namespace
 
 void SacObject::setReferenceTimeWithNSCalendarDate(const Date& date) {
-  replaceReferenceTimeWith(timeOf(date));
+  if (const auto time = timeOf(date)) replaceReferenceTimeWith(time);
 }
 
 void SacObject::setReferenceTimeWithNSDate(const Date& date) {
@@ -66,7 +76,7 @@ void SacObject::replaceReferenceTimeWith(const Ref<SeisTimeObject>& time) {
 }
 
 void SacObject::adjustReferenceTimeToNSCalendarDate(const Date& date) {
-  setReferenceTime(*timeOf(date));
+  if (const auto time = timeOf(date)) setReferenceTime(*time);
 }
 
 void SacObject::adjustReferenceTimeToNSDate(const Date& date) {
@@ -74,27 +84,35 @@ void SacObject::adjustReferenceTimeToNSDate(const Date& date) {
 }
 
 void SacObject::setReferenceTime(const SeisTimeObject& time) {
-  double shift = 0.0;
-  if (mySeisReferenceTime_) {
-    const auto difference = mySeisReferenceTime_->copyWithZone();
-    difference->subtractSeisTimeObject(time);
-    shift = difference->mYr() * kSecondsPerYear + difference->mDay() * kSecondsPerDay +
-            difference->mHr() * 3600.0 + difference->mMn() * 60.0 + difference->mSec() +
-            difference->mMsec() / 1000.0;
-    mySeisReferenceTime_->setValue(time);
-  }
-  storeReferenceFields(h_, time, time.mDay());
-  mSeisHasChanged_ = true;
+  if (const auto scratch = newTime()) moveReferenceTime(*this, time, *scratch);
+}
 
-  if (!h_) return;
+void moveReferenceTime(SacObject& s, const SeisTimeObject& time, SeisTimeObject& difference) {
+  double shift = 0.0;
+  if (SeisTimeObject* reference = s.mySeisReferenceTime().get()) {
+    difference.setValues_month_date_hour_minute_second_millisecond(
+        reference->mYr(), reference->mMonth(), reference->mDate(), reference->mHr(),
+        reference->mMn(), reference->mSec(), reference->mMsec());
+    difference.formatTime();
+    difference.subtractSeisTimeObject(time);
+    shift = difference.mYr() * kSecondsPerYear + difference.mDay() * kSecondsPerDay +
+            difference.mHr() * 3600.0 + difference.mMn() * 60.0 + difference.mSec() +
+            difference.mMsec() / 1000.0;
+    reference->setValue(time);
+  }
+  SacHeader* const h = s.GetSacHeader();
+  storeReferenceFields(h, time, time.mDay());
+  s.setMSeisHasChanged(true);
+
+  if (!h) return;
   const auto move = [&](float& field) { field = static_cast<float>(field + shift); };
-  move(h_->B);
-  move(h_->E);
+  move(h->B);
+  move(h->E);
   for (const auto mark : kMarks) {
     // T0 is not shifted; this is intended.
-    if (mark != &SacHeader::T0 && h_->*mark != kSacUndefinedFloat) move(h_->*mark);
+    if (mark != &SacHeader::T0 && h->*mark != kSacUndefinedFloat) move(h->*mark);
   }
-  if (h_->F != kSacUndefinedFloat) move(h_->F);
+  if (h->F != kSacUndefinedFloat) move(h->F);
 }
 
 void SacObject::setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(
@@ -102,7 +120,8 @@ void SacObject::setOriginTimeYear_Month_Day_Hour_Minutes_Seconds(
     std::int32_t minutes, float seconds) {
   if (!mySeisReferenceTime_) return;
   const double whole = std::floor(static_cast<double>(seconds));
-  auto origin = make<SeisTimeObject>();
+  const auto origin = newTime();
+  if (!origin) return;
   origin->initWithValues_month_date_hour_minute_second_millisecond(
       year, month, day, hour, minutes, truncInt32(whole), (seconds - whole) * 1000.0);
   setoriginTimeOffset(origin->differenceInSecondsFrom(*mySeisReferenceTime_));

@@ -1,6 +1,8 @@
 #include <unistd.h>
 
 #include <climits>
+#include <new>
+#include <utility>
 
 #include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
@@ -21,7 +23,7 @@ OptionalText inWorkingDirectory(const std::string& name) {
 }
 
 // Writes the image in the byte order that the file had.
-bool writeImage(const SacObject& s, const OptionalText& path) {
+bool writeImage(const SacObject& s, const std::string* path) {
   clearReason();
   const SacHeader* header = headerInData(s);
   if (!header || !path) {
@@ -40,10 +42,14 @@ bool writeImage(const SacObject& s, const OptionalText& path) {
   return foreign->writeAtomically(*path);
 }
 
+const std::string* pathOf(const SacObject& s) {
+  return s.myPath() ? &*s.myPath() : nullptr;
+}
+
 // Writes to a path, or a swapped trace to its old path whatever was asked; this is intended.
 bool writeTo(const SacObject& s, const std::string& path) {
-  if (!s.swappedBytes()) return writeImage(s, path);
-  if (!writeImage(s, s.myPath())) return false;
+  if (!s.swappedBytes()) return writeImage(s, &path);
+  if (!writeImage(s, pathOf(s))) return false;
   if (path != *s.myPath()) {
     setReason(
         "written to the old path %s, not to %s: call setPath and save to move a seismogram of the "
@@ -56,14 +62,17 @@ bool writeTo(const SacObject& s, const std::string& path) {
 }  // namespace
 
 bool SacObject::save() const {
-  return writeImage(*this, myPath_);
+  return writeImage(*this, pathOf(*this));
 }
 
-bool SacObject::saveAs(const std::string& name) {
-  const OptionalText path = inWorkingDirectory(name);
+bool SacObject::saveAs(const std::string& name) try {
+  OptionalText path = inWorkingDirectory(name);
   if (!path || !writeTo(*this, *path)) return false;
-  myPath_ = path;
+  myPath_ = std::move(path);
   return true;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return false;
 }
 
 bool SacObject::saveToPath(const std::string& path) const {
@@ -103,9 +112,11 @@ Ref<SacObject> SacObject::initWithCoder(KeyedUnarchiver& coder) {
   return Ref<SacObject>(this);
 }
 
-Ref<SacObject> SacObject::clone() const {
+Ref<SacObject> SacObject::clone() const try {
+  clearReason();
   auto copy = make<SacObject>();
-  if (!copy || !copy->init()) return nullptr;
+  if (!copy) throw std::bad_alloc();
+  copy->init();
   if (myData_) {
     copy->setMyData(ByteBuffer::copyOf(myData_->bytes(), myData_->length()));
     if (!copy->myData_) return nullptr;
@@ -114,7 +125,10 @@ Ref<SacObject> SacObject::clone() const {
   copy->setMyFileName(myFileName_);
   copy->setLabelString(labelString_);
   copy->setMyReferenceDate(myReferenceDate_);
-  if (mySeisReferenceTime_) copy->setMySeisReferenceTime(mySeisReferenceTime_->copyWithZone());
+  if (mySeisReferenceTime_) {
+    copy->setMySeisReferenceTime(mySeisReferenceTime_->copyWithZone());
+    if (!copy->mySeisReferenceTime_) throw std::bad_alloc();
+  }
   copy->setupPointers();
   copy->setSwappedBytes(swappedBytes_);
   copy->setFlinnEngdahlRegion();
@@ -125,6 +139,9 @@ Ref<SacObject> SacObject::clone() const {
   copy->setVerbose(verbose_);
   copy->setTag(tag_);
   return copy;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
 }
 
 }  // namespace krosac

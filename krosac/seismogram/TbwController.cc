@@ -1,5 +1,6 @@
 #include "krosac/seismogram/TbwController.h"
 
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -46,7 +47,9 @@ const char* resultName(std::int32_t signalType) {
 
 }  // namespace
 
-Ref<Object> tbwController::init() {
+Ref<Object> tbwController::init() try {
+  clearReason();
+  std::string models = "/norvik/EarthModels/Hudson";
   if (!Object::init()) return nullptr;
   depth_ = 15.0f;
   gcarc_ = 60.0f;
@@ -65,11 +68,14 @@ Ref<Object> tbwController::init() {
   recModelName_ = "nearRec.mod";
   earthModelName_ = "AK135sph.mod";
   exPath_ = "/norvik/bin";
-  workPath_ = "/norvik/EarthModels/Hudson";
+  workPath_ = std::move(models);
   return Ref<Object>(this);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
 }
 
-Ref<SacObject> tbwController::computeResponse() {
+Ref<SacObject> tbwController::computeResponse() try {
   const auto inWork = [this](const char* name) { return joinedPath(workPath_, name); };
   const auto program = [this](const char* name) { return joinedPath(exPath_, name); };
   const bool isVerbose = verbose_ > 0;
@@ -118,19 +124,21 @@ Ref<SacObject> tbwController::computeResponse() {
        .arguments = splitAtBlanks("f96tosac < resp.txt"),
        .directory = workPath_});
 
-  AutoreleasePool pool;
   auto result = make<SacObject>();
   if (const char* name = resultName(signalType_)) {
-    if (result && !result->InitWithPath(inWork(name))) result = make<SacObject>();
-    tshift_ = 0.0f;
+    if (result && !result->loadFromPath(inWork(name))) result = make<SacObject>();
+    if (result) tshift_ = 0.0f;
   } else {
     setReason("signal type %d has no result file", signalType_);
   }
   if (!failure.empty()) setReason("%s", failure.c_str());
-  if (!result) return nullptr;
+  if (!result) throw std::bad_alloc();
   result->setBeginTime(result->b() + tshift_);
   if (isVerbose) log("%s", result->description().c_str());
   return result;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return nullptr;
 }
 
 }  // namespace krosac

@@ -22,7 +22,8 @@ namespace krosac {
 // The parameters of the programs. The number or text at the end of each comment is the default.
 class KROSAC_API tbwController : public Object {
  public:
-  // Sets every field to its default and returns the object.
+  // Sets every field to its default and returns the object. Empty, with a reason and no change, if
+  // memory runs out.
   Ref<Object> init() override;
 
   KROSAC_FIELD(float, depth, Depth);       // depth of the source, km; 15
@@ -57,7 +58,9 @@ class KROSAC_API tbwController : public Object {
   // that cannot be started is skipped; the first one is named by lastReason(), also where a result
   // is read. For signal types 1, 2 and 6 tshift is set to 0 before it is added to B, so it has no
   // effect (intended). Without a readable file, and for any other signal type, the result is an
-  // empty seismogram without a header. An empty path is the working directory of the caller.
+  // empty seismogram without a header. An empty path is the working directory of the caller. If
+  // memory runs out between the programs, the rest is not run and the result is empty, with a
+  // reason.
   Ref<SacObject> computeResponse();
 };
 

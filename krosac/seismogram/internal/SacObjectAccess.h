@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "krosac/dsp/internal/PackedSpectrum.h"
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/seismogram/SacObject.h"
 
 namespace krosac {
@@ -58,6 +59,7 @@ inline void takeBack(SacObject& s, PackedSpectrum& spectrum, double scale = 1.0)
 // Transforms the padded samples, calls shape(spectrum), and takes the result back, times the scale.
 template <typename Shape>
 void shapeSpectrum(SacObject& s, Shape shape, double scale = 1.0) {
+  clearReason();
   const auto x = samplesOf(s);
   if (x.empty()) return;
   PackedSpectrum spectrum(x, paddedLength(x.size()), s.delta());
@@ -75,6 +77,14 @@ inline std::pair<PackedSpectrum, PackedSpectrum> spectraOf(const SacObject& firs
   const std::size_t n = paddedLength(std::max(x.size(), y.size()));
   return PackedSpectrum::ofTwo(x, y.first(std::min(x.size(), y.size())), n, first.delta());
 }
+
+// What flinnEngdahlString returns, and the name of the geographic region of the event's location,
+// null without one. The first throws where memory runs out.
+OptionalText regionText(const SacObject& s);
+const char* geographicRegion(const SacObject& s);
+
+// What setReferenceTime does, which allocates only the scratch object.
+void moveReferenceTime(SacObject& s, const SeisTimeObject& time, SeisTimeObject& scratch);
 
 }  // namespace krosac
 
