@@ -92,9 +92,8 @@ TEST_F(FailingAllocatorGroups, LoadAndCutWholeSeismograms) {
   };
   const auto cut = [](Ref<SeismogramArray>& group) {
     group->equalizeTimeRange();
-    return std::to_string(std::ranges::count(group->theSeismograms(), 10, [](const auto& s) {
-      return s ? s->npts() : 0;
-    }));
+    return std::to_string(std::ranges::count(group->theSeismograms(), 10,
+                                             [](const auto& s) { return s ? s->npts() : 0; }));
   };
   std::set<std::string> whole;
   const auto keepWhole = [&](const Ref<SeismogramArray>& group) {
