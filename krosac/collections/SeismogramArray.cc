@@ -1,10 +1,15 @@
 #include "krosac/collections/SeismogramArray.h"
 
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
-#include <filesystem>
+#include <memory>
 #include <new>
-#include <system_error>
+#include <string_view>
 
 #include "krosac/platform/LastReason.h"
 #include "krosac/platform/internal/Reason.h"
@@ -13,45 +18,56 @@
 namespace krosac {
 namespace {
 
-namespace fs = std::filesystem;
-
 bool isListed(const std::string& name, const std::vector<std::string>* list) {
   return list && std::ranges::find(*list, name) != list->end();
 }
 
-// The entries of a folder in the order of their names, as far as it can be read.
-std::vector<fs::directory_entry> sortedEntries(const std::string& folder, std::error_code& error) {
-  std::vector<fs::directory_entry> entries;
-  for (fs::directory_iterator at(folder.empty() ? "." : folder, error), end; !error && at != end;
-       at.increment(error)) {
-    entries.push_back(*at);
+struct FolderCloser {
+  void operator()(DIR* folder) const noexcept { ::closedir(folder); }
+};
+
+// The sorted names in a folder, as far as it can be read; `error` takes errno, or 0. The iterators
+// of std::filesystem would end the process where memory runs out.
+std::vector<std::string> sortedNames(const char* folder, int& error) {
+  std::vector<std::string> names;
+  const std::unique_ptr<DIR, FolderCloser> open(::opendir(folder));
+  if (open) errno = 0;
+  while (const dirent* entry = open ? ::readdir(open.get()) : nullptr) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+    errno = 0;
   }
-  std::ranges::sort(entries, {}, [](const fs::directory_entry& e) -> const std::string& {
-    return e.path().native();
-  });
-  return entries;
+  error = errno;
+  std::ranges::sort(names);
+  return names;
 }
 
 // Loads the files below a folder, given relative to the working directory; empty for that itself.
 // `refused` takes the reason of the last file or folder that cannot be read.
 void loadFolder(const std::string& folder, SeismogramArray& array, std::string& refused) {
-  std::error_code unread;
-  for (const fs::directory_entry& entry : sortedEntries(folder, unread)) {
-    const std::string path = joinedPath(folder, entry.path().filename().native());
-    std::error_code error;
-    if (entry.is_directory(error)) {
+  const char* const name = folder.empty() ? "." : folder.c_str();
+  int error;
+  for (const std::string& entry : sortedNames(name, error)) {
+    const std::string path = joinedPath(folder, entry);
+    struct stat status, link;
+    if (::stat(path.c_str(), &status) != 0 || ::lstat(path.c_str(), &link) != 0) continue;
+    if (S_ISDIR(status.st_mode)) {
       // Links to folders could form cycles.
-      if (!entry.is_symlink(error)) loadFolder(path, array, refused);
-    } else if (entry.exists(error)) {
+      if (!S_ISLNK(link.st_mode)) loadFolder(path, array, refused);
+    } else {
       const auto s = make<SacObject>();
-      if (!s || !s->loadFromPath(path)) {
+      if (!s) throw std::bad_alloc();
+      if (!s->loadFromPath(path)) {
         refused = *lastReason() ? lastReason() : path + ": cannot be loaded";
       } else if (array.screenSeismogram(*s)) {
         array.theSeismograms().push_back(s);
       }
     }
   }
-  if (unread) refused = (folder.empty() ? "." : folder) + ": " + unread.message();
+  if (error == 0) return;
+  errno = error;
+  setSystemReason(name);
+  refused = lastReason();
 }
 
 }  // namespace
@@ -78,13 +94,10 @@ bool SeismogramArray::screenSeismogram(const SacObject& s) const {
 
 void SeismogramArray::loadSeismogramsFromPath(const std::string& path) try {
   clearReason();
-  std::error_code error;
-  const bool isFolder = fs::is_directory(path, error);
-  if (isFolder) fs::current_path(path, error);
-  if (!isFolder || error) {
-    setReason("%s: %s", path.c_str(), error ? error.message().c_str() : "is not a folder");
-    return;
-  }
+  struct stat status;
+  if (::stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
+    return setReason("%s: is not a folder", path.c_str());
+  if (::chdir(path.c_str()) != 0) return setSystemReason(path.c_str());
   std::string refused;
   loadFolder("", *this, refused);
   clearReason();

@@ -92,9 +92,9 @@ TEST(SeismogramArray, LoadsATreeWithAnyContent) {
   array->setMaxGCarc(90.0f);
   array->loadSeismogramsFromPath("data");
   EXPECT_THAT(lastReason(), testing::ContainsRegex("^pipe: "));
-  for (const char* path : {"a.sac", "missing", "itself", ""}) {
+  for (const std::string path : {"a.sac", "missing", "itself", ""}) {
     array->loadSeismogramsFromPath(path);
-    EXPECT_THAT(lastReason(), testing::ContainsRegex(std::string("^") + path + ": .")) << path;
+    EXPECT_THAT(lastReason(), testing::StartsWith((path.empty() ? "empty path" : path) + ": "));
   }
   EXPECT_THAT(paths(), ElementsAre("a.sac", "b/deep/x", "b.sac", "link"));
   EXPECT_EQ(fs::current_path(), fs::canonical(in("data")));

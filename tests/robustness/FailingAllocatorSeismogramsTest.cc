@@ -107,6 +107,9 @@ TEST_F(FailingAllocatorSeismograms, LoadAndSaveWhollyOrNotAtAll) {
          return resultOf(static_cast<bool>(decoded));
        }},
   });
+  expectAllSafe({{"initWithCapacity, new", status([](S& s) { return s.initWithCapacity(9); })},
+                 {"initWithPath, new", status([&](S& s) { return s.initWithPath(native); })}},
+                make<S>);
   expectAllSafe({{"save, swapped", status([](S& s) { return s.save(); })}}, [] {
     auto s = recording();
     s->setSwappedBytes(true);
