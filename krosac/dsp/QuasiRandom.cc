@@ -7,6 +7,7 @@
 #include <new>
 
 #include "krosac/dsp/internal/SobolTables.h"
+#include "krosac/platform/internal/Reason.h"
 
 namespace krosac {
 namespace {
@@ -51,7 +52,10 @@ std::int32_t QuasiRandomInitialize(QuasiRandomContext* context, std::int32_t d) 
   const std::int32_t dimensions = std::clamp<std::int32_t>(d, 0, kSobolDimensions);
   *context = {kReleased, 0, 0, nullptr};
   auto* point = new (std::nothrow) std::uint64_t[static_cast<std::size_t>(dimensions)]();
-  if (!point) return kReleased;
+  if (!point) {
+    setMemoryReason();
+    return kReleased;
+  }
   *context = {d > kSobolDimensions ? -1 : 0, dimensions, 0, point};
   return context->status;
 }

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "krosac/platform/internal/Files.h"
 #include "krosac/platform/internal/Reason.h"
@@ -21,6 +22,7 @@ namespace krosac {
 namespace {
 
 constexpr int kMostLinks = 40;
+constexpr char kNoMemory[] = "no memory for %zu bytes";
 
 // Allocates memory for std::free. Page faults take much of the time of reading a large file, so
 // large buffers ask for large pages.
@@ -78,7 +80,7 @@ ByteBuffer::~ByteBuffer() {
 Ref<ByteBuffer> ByteBuffer::adoptBytes(unsigned char* bytes, std::size_t length) {
   auto buffer = bytes ? make<ByteBuffer>() : nullptr;
   if (!buffer) {
-    setReason("no memory for %zu bytes", length);
+    setReason(kNoMemory, length);
     std::free(bytes);
     return nullptr;
   }
@@ -123,7 +125,10 @@ Ref<ByteBuffer> ByteBuffer::fromFile(const std::string& path) {
 
 bool ByteBuffer::resize(std::size_t length) noexcept {
   void* const bytes = std::realloc(bytes_, std::max<std::size_t>(length, 1));
-  if (!bytes) return false;
+  if (!bytes) {
+    setReason(kNoMemory, length);
+    return false;
+  }
   bytes_ = static_cast<unsigned char*>(bytes);
   length_ = length;
   return true;
@@ -133,7 +138,7 @@ bool ByteBuffer::writeAtomically(const std::string& path) const {
   return writeAtomically(path, length_);
 }
 
-bool ByteBuffer::writeAtomically(const std::string& path, std::size_t length) const {
+bool ByteBuffer::writeAtomically(const std::string& path, std::size_t length) const try {
   clearReason();
   const auto failed = [&] {
     setSystemReason(path.c_str());
@@ -162,6 +167,9 @@ bool ByteBuffer::writeAtomically(const std::string& path, std::size_t length) co
     return true;
   failed();
   ::unlink(temporary.c_str());
+  return false;
+} catch (const std::bad_alloc&) {  // nothing has been opened yet
+  setMemoryReason();
   return false;
 }
 

@@ -28,7 +28,7 @@ class KROSAC_API ByteBuffer final : public Object {
   std::size_t length() const noexcept { return length_; }
 
   // Changes the number of bytes. Those that remain keep their values; new ones are not set. Returns
-  // false, with the buffer unchanged, if memory is short.
+  // false, with a reason and the buffer unchanged, if memory is short.
   bool resize(std::size_t length) noexcept;
 
   // Writes a temporary file beside the target, flushes it to disk and renames it, so that at every

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 
 namespace krosac {
@@ -56,10 +58,13 @@ Date::Components Date::components() const {
           number(ofDay / 3600), number(ofDay / 60 % 60), number(ofDay % 60)};
 }
 
-std::string Date::description() const {
+std::string Date::description() const try {
   const Components c = components();
   return formatText("%04d-%02d-%02d %02d:%02d:%02d +0000", c.year, c.month, c.day, c.hour, c.minute,
                     c.second);
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
 }  // namespace krosac

@@ -29,7 +29,8 @@ struct KROSAC_API Date {
   // -9999999 or after 9999999 are clamped to these years. NaN returns the first second of 1970.
   Components components() const;
 
-  // The default text form, rounded down to whole seconds: "2011-03-11 05:46:23 +0000".
+  // The default text form, rounded down to whole seconds: "2011-03-11 05:46:23 +0000". Empty, with
+  // a reason, if memory runs out.
   std::string description() const;
 
   // True if the seconds are equal, including their fraction.

@@ -1,6 +1,7 @@
 #include "krosac/platform/Object.h"
 
 #include "krosac/platform/Log.h"
+#include "krosac/platform/internal/Reason.h"
 
 namespace krosac {
 namespace {
@@ -30,6 +31,7 @@ void Object::autorelease() const {
     innermostPool->entries_ = entry;
     return;
   }
+  if (innermostPool) return setMemoryReason();
   static std::atomic<bool> logged{false};
   if (!logged.exchange(true))
     log("An object was autoreleased with no pool in place; its reference is kept.");

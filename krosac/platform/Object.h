@@ -39,7 +39,8 @@ class KROSAC_API Object {
   // Drops one reference; dropping the last one destroys the object.
   void release() const noexcept;
   // Transfers one of the object's references to the innermost pool of this thread; adds none.
-  // Without a pool the reference is kept and one message is logged per process.
+  // Without a pool the reference is kept and one message is logged per process. If memory runs out
+  // the reference is kept too, with a reason.
   void autorelease() const;
   // The number of references, for messages and tests.
   int retainCount() const noexcept { return references_.load(std::memory_order_relaxed); }

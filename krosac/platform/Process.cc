@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <exception>
 #include <filesystem>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -120,14 +121,13 @@ std::optional<int> waitForEnd(pid_t child) noexcept {
 
 }  // namespace
 
-ProcessResult runProcess(const ProcessCommand& command) {
-  ProcessResult result;
+namespace {
+
+void run(const ProcessCommand& command, ProcessResult& result) {
   const auto failed = [&](const char* what, const std::string& name, int error) {
     result.error = failure(what, name, error);
     setReason("%s", result.error.c_str());
-    return result;
   };
-  clearReason();
 
   File output, captured;
   if (command.capturesOutput) {
@@ -165,6 +165,19 @@ ProcessResult runProcess(const ProcessCommand& command) {
   captured.close();
   result.exitCode = waitForEnd(child);
   if (readError != 0) return failed("read the output of", command.program, readError);
+}
+
+}  // namespace
+
+ProcessResult runProcess(const ProcessCommand& command) {
+  clearReason();
+  ProcessResult result;
+  try {
+    run(command, result);
+  } catch (const std::bad_alloc&) {
+    setMemoryReason();
+    result.error = "out of memory";  // short enough to need none
+  }
   return result;
 }
 

@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <mutex>
+#include <new>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "krosac/platform/Log.h"
@@ -27,9 +29,11 @@ std::string namedFolder() {
   const std::scoped_lock lock(mutex);
   if (value != named) {
     std::error_code unknownDirectory;
-    folder = std::filesystem::absolute(named, unknownDirectory).string();
-    if (unknownDirectory) folder = named;
-    value = named;
+    std::string newValue = named;
+    std::string newFolder = std::filesystem::absolute(named, unknownDirectory).string();
+    if (unknownDirectory == std::errc::not_enough_memory) throw std::bad_alloc();
+    folder = unknownDirectory ? newValue : std::move(newFolder);
+    value = std::move(newValue);
   }
   return folder;
 }
@@ -59,7 +63,7 @@ std::vector<std::string> dataFolders() {
 
 }  // namespace
 
-std::optional<std::string> pathForResource(const std::string& name, const std::string& type) {
+std::optional<std::string> pathForResource(const std::string& name, const std::string& type) try {
   clearReason();
   std::string tried;
   for (const std::string& folder : dataFolders()) {
@@ -72,6 +76,9 @@ std::optional<std::string> pathForResource(const std::string& name, const std::s
   // With $KROSAC_DEBUG the reason has just been logged.
   if (hasLogSink() && !std::getenv("KROSAC_DEBUG") && !logged.exchange(true))
     log("Data file %s.%s not found; tried:%s", name.c_str(), type.c_str(), tried.c_str());
+  return std::nullopt;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
   return std::nullopt;
 }
 

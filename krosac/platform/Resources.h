@@ -14,7 +14,7 @@ namespace krosac {
 // Only regular files that can be read count. A relative $KROSAC_DATA starts from the working
 // directory at the time when its value is first read. None if neither folder has the file:
 // lastReason() then names the places tried, which are also logged once per process if a log sink is
-// set, and each time if $KROSAC_DEBUG is set.
+// set, and each time if $KROSAC_DEBUG is set. None, with a reason, if memory runs out too.
 KROSAC_API std::optional<std::string> pathForResource(const std::string& name,
                                                       const std::string& type);
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <limits>
 
+#include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
 #include "krosac/timegeo/Calendar.h"
 
@@ -99,7 +100,10 @@ void SeisTimeObject::setValue(const SeisTimeObject& other) {
 
 Ref<SeisTimeObject> SeisTimeObject::clone() const {
   auto copy = make<SeisTimeObject>();
-  if (!copy) return nullptr;
+  if (!copy) {
+    setMemoryReason();
+    return nullptr;
+  }
   copy->initWithValues_month_date_hour_minute_second_millisecond(mYr_, mMonth_, mDate_, mHr_, mMn_,
                                                                  mSec_, mMsec_);
   copy->formatTime();

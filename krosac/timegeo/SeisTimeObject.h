@@ -38,8 +38,8 @@ class KROSAC_API SeisTimeObject : public Archivable {
 
   // Returns a new, normalised time with this one's year, month, date and time of day. The day of
   // the copy is computed from month and date, which disagree with `mDay` only after setters without
-  // formatTime; initWithTimeObject copies `mDay`. Returns an empty reference if memory is
-  // exhausted.
+  // formatTime; initWithTimeObject copies `mDay`. Returns an empty reference, with a
+  // reason, if memory runs out.
   Ref<SeisTimeObject> copyWithZone() const { return clone(); }
 
   // ---- Normalisation ----

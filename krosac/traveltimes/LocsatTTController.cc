@@ -1,6 +1,9 @@
 #include "krosac/traveltimes/LocsatTTController.h"
 
+#include <new>
 #include <string>
+
+#include "krosac/platform/internal/Reason.h"
 
 namespace krosac {
 namespace {
@@ -21,8 +24,10 @@ Ref<Object> LocsatTTController::init() {
   return Object::init();
 }
 
-void LocsatTTController::addTableToList(Ref<LocsatTTTable> table) {
+void LocsatTTController::addTableToList(Ref<LocsatTTTable> table) try {
   if (table) tables_.push_back(std::move(table));
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
 }
 
 Ref<LocsatTTTable> LocsatTTController::tableForPhase(std::string_view phase) const {

@@ -18,6 +18,7 @@ class KROSAC_API LocsatTTController : public Object {
   Ref<Object> init() override;
 
   // Appends the table, which the caller and the list then share. Ignores an empty reference.
+  // If memory runs out the list stays as it was and lastReason() says so.
   void addTableToList(Ref<LocsatTTTable> table);
 
   // Returns the first table whose comma-separated `phases` include the name, compared exactly: case

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <memory>
+#include <new>
 
 #include "krosac/platform/internal/Reason.h"
 #include "krosac/platform/internal/Text.h"
@@ -83,7 +84,7 @@ bool LocsatTTTable::read(const char* path, Nodes& nodes) {
 void LocsatTTTable::loadTimesFromPath(const std::string& path) {
   hasTimes_ = false;
   const std::unique_ptr<Nodes> nodes(new (std::nothrow) Nodes{});
-  if (!nodes) return setReason("out of memory");
+  if (!nodes) return setMemoryReason();
   if (!read(path.c_str(), *nodes)) return;
   nodes_ = *nodes;
   hasTimes_ = true;
@@ -118,24 +119,23 @@ SeismicPhaseTimeSlowness LocsatTTTable::GetTTimeSlownessesForGCARC_Depth(float g
 }
 
 std::vector<LocsatTTValue> LocsatTTTable::listValuesForDistanceFrom_To_Step_SrcDepth(
-    float from, float to, float step, float srcdepth) const {
+    float from, float to, float step, float srcdepth) const try {
   const double first = from, interval = step;
   const double steps = std::floor((to - first) / interval + 1e-3);
   const bool good =
       step > 0.0f && std::isfinite(step) && steps >= 0.0 && steps < 1e6 && std::isfinite(srcdepth);
   if (!good) return {};
   std::vector<LocsatTTValue> values;
-  try {
-    values.reserve(static_cast<std::size_t>(steps) + 1);
-  } catch (const std::bad_alloc&) {
-    return {};
-  }
+  values.reserve(static_cast<std::size_t>(steps) + 1);
   for (double i = 0; i <= steps; ++i) {
     const auto gcarc = static_cast<float>(first + i * interval);
     const auto [time, slowness, derivative] = GetTTimeSlownessesForGCARC_Depth(gcarc, srcdepth);
     values.push_back({gcarc, time, slowness, derivative});
   }
   return values;
+} catch (const std::bad_alloc&) {
+  setMemoryReason();
+  return {};
 }
 
 }  // namespace krosac

@@ -35,7 +35,7 @@ class KROSAC_API LocsatTTTable : public Object {
   // one line per distance that begins with the time (s), negative where there is none. A line of
   // more than 127 characters counts as several. hasTimes() reports success, lastReason() the line
   // of a fault. A file that is missing, malformed, truncated, or has more than 40 depths or 207
-  // distances leaves the times unchanged. Unused nodes are set to 0.
+  // distances leaves the times unchanged, and so does a lack of memory. Unused nodes are set to 0.
   void loadTimesFromPath(const std::string& path);
 
   // Returns the time (s), slowness and depth derivative (s/km) at the absolute values of a distance
@@ -48,8 +48,8 @@ class KROSAC_API LocsatTTTable : public Object {
 
   // Returns the values at `from`, from + step, ..., `to` (degrees) for one depth (km). `to` is
   // included if it lies a whole number of steps from `from`, within 0.001 step. Returns no rows for
-  // a step that is not positive, for more than a million rows and for arguments that are not
-  // finite.
+  // a step that is not positive, for more than a million rows, for arguments that are not
+  // finite and, with a reason, if memory runs out.
   std::vector<LocsatTTValue> listValuesForDistanceFrom_To_Step_SrcDepth(float from, float to,
                                                                         float step,
                                                                         float srcdepth) const;

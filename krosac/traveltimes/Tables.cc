@@ -50,7 +50,7 @@ bool TableFiles::open(const char* path, TravelTimeScanner& file) noexcept {
     path_ = path;
     if (file.open(path)) return true;  // sets the reason where it cannot
   } catch (const std::bad_alloc&) {
-    setReason("out of memory");
+    setMemoryReason();
   }
   keepReason();
   return false;
@@ -69,7 +69,7 @@ bool TableFiles::openResource(const char* name, const char* message,
     }
     if (!lastReason()[0]) setReason("%s.txt: data file not found", name ? name : "(null)");
   } catch (const std::bad_alloc&) {
-    setReason("out of memory");
+    setMemoryReason();
   }
   keepReason();
   std::fputs(message, stderr);
