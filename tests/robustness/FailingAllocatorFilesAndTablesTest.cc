@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <vector>
 
 #include "TemporaryFolder.h"
@@ -48,7 +49,8 @@ class FailingAllocatorTest : public testing::Test {
     testing::internal::CaptureStderr();
   }
   ~FailingAllocatorTest() override {
-    testing::internal::GetCapturedStdout();
+    const std::string printed = testing::internal::GetCapturedStdout();  // with messages of failures
+    if (HasFailure()) std::cout << printed;
     testing::internal::GetCapturedStderr();
   }
 
@@ -205,8 +207,8 @@ TEST_F(FailingAllocatorTest, ResourcesAndProcesses) {
   expectSafeCall(
       "pathForResource",
       [&] {
-        const auto path = pathForResource(tables, type);
-        return path ? *path : std::string("none");
+        auto path = pathForResource(tables, type);
+        return path ? std::move(*path) : std::string("none");
       },
       [&] { return pathFor(0); },
       [&] {
@@ -243,8 +245,8 @@ TEST_F(FailingAllocatorTest, ResourcesAndProcesses) {
 
 TEST_F(FailingAllocatorTest, SacFiles) {
   static float x[300], y[300];
-  const std::string path = folder.path("a trace of some length.sac"),
-                    target = folder.path("a target of some length.sac");
+  const std::string path = folder.path("a_trace_of_some_length.sac"),
+                    target = folder.path("a_target_of_some_length.sac");
   std::int32_t status = -1, n = 300;
   const std::int32_t max = 300;
   float b = 0.0f, delta = 0.5f;
@@ -283,7 +285,7 @@ TEST_F(FailingAllocatorTest, SacFiles) {
   for (const auto& [name, operation] : operations)
     expectSafeCall(
         name, operation, [&] { return contentsOf(folder); },
-        [&] { folder.write("a target of some length.sac", "old"); });
+        [&] { folder.write("a_target_of_some_length.sac", "old"); });
 }
 
 // One table of an object is read whole or stays as it was, whatever happens to the others.
