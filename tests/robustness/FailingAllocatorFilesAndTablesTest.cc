@@ -17,12 +17,12 @@ using Operation = std::function<std::string()>;
 const auto kNothing = [] { return std::string(); };
 
 // An operation without an object: what precedes it, the operation, and what can be seen of it.
-void expectSafeCall(const std::string& name, const Operation& run,
-                    const std::function<std::string()>& state = kNothing,
-                    const std::function<void()>& before = [] {}) {
-  expectSafe<int>(name,
-                  {[&] { return before(), 0; }, [&](int&) { return run(); },
-                   [&](const int&) { return state(); }});
+void expectSafeCall(
+    const std::string& name, const Operation& run,
+    const std::function<std::string()>& state = kNothing,
+    const std::function<void()>& before = [] {}) {
+  expectSafe<int>(name, {[&] { return before(), 0; }, [&](int&) { return run(); },
+                         [&](const int&) { return state(); }});
 }
 
 template <typename T>
@@ -49,7 +49,8 @@ class FailingAllocatorTest : public testing::Test {
     testing::internal::CaptureStderr();
   }
   ~FailingAllocatorTest() override {
-    const std::string printed = testing::internal::GetCapturedStdout();  // with messages of failures
+    const std::string printed =
+        testing::internal::GetCapturedStdout();  // with messages of failures
     if (HasFailure()) std::cout << printed;
     testing::internal::GetCapturedStderr();
   }
@@ -59,8 +60,8 @@ class FailingAllocatorTest : public testing::Test {
 
 TEST_F(FailingAllocatorTest, Buffers) {
   const std::string text(1000, 'x'), target = folder.path("a target of some length"),
-                    link = folder.path("a link of some length"),
-                    missing = folder.path("no file of this name");
+                                     link = folder.path("a link of some length"),
+                                     missing = folder.path("no file of this name");
   folder.write("a target of some length", "old");
   std::filesystem::create_symlink("a target of some length", link);
   const auto buffer = ByteBuffer::copyOf(text.data(), text.size());
@@ -75,7 +76,8 @@ TEST_F(FailingAllocatorTest, Buffers) {
   const auto old = [&] { folder.write("a target of some length", "old"); };
   for (const std::string& path : {target, link, missing})
     expectSafeCall(
-        "writeAtomically", [&] { return resultOf(buffer->writeAtomically(path)); }, contents, [&] {
+        "writeAtomically", [&] { return resultOf(buffer->writeAtomically(path)); }, contents,
+        [&] {
           old();
           std::filesystem::remove(missing);
         });
@@ -83,11 +85,11 @@ TEST_F(FailingAllocatorTest, Buffers) {
       "writeAtomically", [&] { return resultOf(buffer->writeAtomically(link, 10)); }, contents,
       old);
   expectSafe<Ref<ByteBuffer>>(
-      "resize",
-      {[&] { return ByteBuffer::copyOf(text.data(), text.size()); },
-       [](Ref<ByteBuffer>& b) { return resultOf(b->resize(100000)); },
-       [](const Ref<ByteBuffer>& b) { return bytesOfArray(b->bytes(), 1000) + "," +
-                                             std::to_string(b->length()); }});
+      "resize", {[&] { return ByteBuffer::copyOf(text.data(), text.size()); },
+                 [](Ref<ByteBuffer>& b) { return resultOf(b->resize(100000)); },
+                 [](const Ref<ByteBuffer>& b) {
+                   return bytesOfArray(b->bytes(), 1000) + "," + std::to_string(b->length());
+                 }});
 }
 
 class Node : public Archivable {
@@ -136,10 +138,14 @@ TEST_F(FailingAllocatorTest, Archives) {
                     n->next->bytes->length() == 3000 && n->children.size() == 2 &&
                     n->children[0] == n->next);
   };
-  expectSafeCall("archive", [&] { return resultOf(bool(archive(*root))); }, alive);
-  expectSafeCall("unarchive", [&] { return same(unarchive<Node>(*bytes)); }, alive);
-  expectSafeCall("archivedCopy", [&] { return same(archivedCopy(*root)); }, alive);
-  expectSafeCall("check", [&] { return resultOf(KeyedUnarchiver(*bytes).isGood()); }, alive);
+  expectSafeCall(
+      "archive", [&] { return resultOf(bool(archive(*root))); }, alive);
+  expectSafeCall(
+      "unarchive", [&] { return same(unarchive<Node>(*bytes)); }, alive);
+  expectSafeCall(
+      "archivedCopy", [&] { return same(archivedCopy(*root)); }, alive);
+  expectSafeCall(
+      "check", [&] { return resultOf(KeyedUnarchiver(*bytes).isGood()); }, alive);
   // A refusal has a reason, with memory and without.
   const auto reason = [](bool isRefused) { return resultOf(!isRefused || !*lastReason()); };
   auto deep = make<Node>();
@@ -219,13 +225,16 @@ TEST_F(FailingAllocatorTest, ResourcesAndProcesses) {
   ::unsetenv("KROSAC_DATA");
 
   const auto openFiles = [] {
-    return std::to_string(std::ranges::distance(std::filesystem::directory_iterator("/proc/self/fd"),
-                                                std::filesystem::directory_iterator()));
+    return std::to_string(
+        std::ranges::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                              std::filesystem::directory_iterator()));
   };
   const std::string input = folder.write("an input file of some length", std::string(200000, 'x'));
   const std::string output = folder.path("an output file of some length");
   const ProcessCommand commands[] = {
-      {.program = "/bin/cat", .directory = folder.path(), .inputFile = input,
+      {.program = "/bin/cat",
+       .directory = folder.path(),
+       .inputFile = input,
        .capturesOutput = true},
       {.program = "/bin/echo", .arguments = {std::string(100, 'x'), "b"}, .outputFile = output},
       {.program = "/no program of this name"},
@@ -291,11 +300,10 @@ TEST_F(FailingAllocatorTest, SacFiles) {
 // One table of an object is read whole or stays as it was, whatever happens to the others.
 template <typename T>
 void expectSafeTable(const char* name, const float* (T::*table)() const, std::size_t floats) {
-  expectSafe<Ref<T>>(name, {[] { return make<T>(); },
-                            [](Ref<T>& object) { return resultOf(bool(object->init())); },
-                            [=](const Ref<T>& object) {
-                              return bytesOfArray((object.get()->*table)(), floats);
-                            }});
+  expectSafe<Ref<T>>(
+      name,
+      {[] { return make<T>(); }, [](Ref<T>& object) { return resultOf(bool(object->init())); },
+       [=](const Ref<T>& object) { return bytesOfArray((object.get()->*table)(), floats); }});
 }
 
 TEST_F(FailingAllocatorTest, JeffreysBullenAndIaspTables) {
@@ -350,7 +358,8 @@ TEST_F(FailingAllocatorTest, LocsatTablesAndResponses) {
   const std::pair<const char*, std::function<std::string(Ref<LocsatTTTable>&)>> operations[] = {
       {"loadTimesFromPath", load(second)},
       {"no file", load(none)},
-      {"listValues", [](Ref<LocsatTTTable>& t) {
+      {"listValues",
+       [](Ref<LocsatTTTable>& t) {
          return resultOf(!t->listValuesForDistanceFrom_To_Step_SrcDepth(0, 1, 0.1f, 0).empty());
        }},
   };
