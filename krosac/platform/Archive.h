@@ -228,7 +228,8 @@ class KROSAC_API KeyedUnarchiver {
   Frame frame_;
 };
 
-// The archive of an object and of all objects that it refers to; empty if memory runs out.
+// The archive of an object and of all objects that it refers to; empty, with a reason, if
+// memory runs out or the objects nest too deep.
 KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
 
 // The object that an archive was made from; none, with a reason, if the archive is damaged or holds
