@@ -102,12 +102,12 @@ constexpr char kDamaged[] =
 
 // ---- Writing ----
 
-// The buffer grows by a quarter, which bounds the memory in use by 2.25 times the archive even
-// where the system has to move it.
+// The buffer grows by an eighth, which bounds its memory by 2.125 times the archive even where the
+// system has to move it.
 void KeyedArchiver::put(const void* bytes, std::size_t length) {
   const std::size_t capacity = out_->length();
   if (length > capacity - length_ &&
-      !out_->resize(std::max(length_ + length, capacity + capacity / 4)))
+      !out_->resize(std::max(length_ + length, capacity + capacity / 8)))
     throw std::bad_alloc();
   if (length) std::memcpy(out_->mutableBytes() + length_, bytes, length);
   length_ += length;
@@ -161,11 +161,10 @@ void KeyedArchiver::putName(std::string_view name) {
 
 void KeyedArchiver::putObject(const Archivable* object) {
   if (!object) return putByte(kNull);
-  const auto [place, isNew] =
-      objects_.try_emplace(object, Numbered{objects_.size(), Ref<const Archivable>(object)});
+  const auto [place, isNew] = objects_.try_emplace(object, objects_.size());
   if (!isNew) {
     putHead(kTag, kSharedReference);
-    return putHead(kUnsigned, place->second.number);
+    return putHead(kUnsigned, place->second);
   }
   isTooDeep_ = isTooDeep_ || depth_ == kDeepestNesting;
   if (isTooDeep_) return;

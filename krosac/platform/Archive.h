@@ -76,9 +76,11 @@ class KROSAC_API KeyedArchiver {
     using is_transparent = void;
   };
 
-  struct Numbered {
-    std::uint64_t number;
-    Ref<const Archivable> object;  // kept, so that no later object gets its address
+  // Does not throw, so that the table stores no hashes.
+  struct ObjectHash {
+    std::size_t operator()(const Ref<const Archivable>& object) const noexcept {
+      return std::hash<const void*>()(object.get());
+    }
   };
 
   KeyedArchiver() = default;
@@ -99,7 +101,8 @@ class KROSAC_API KeyedArchiver {
   std::size_t length_ = 0;
   std::uint64_t strings_ = 0;  // numbered so far
   std::unordered_map<std::string, std::uint64_t, TextHash, std::equal_to<>> names_;
-  std::unordered_map<const Archivable*, Numbered> objects_;
+  // The objects' numbers. They are kept, so that no later object gets an address again.
+  std::unordered_map<Ref<const Archivable>, std::uint64_t, ObjectHash> objects_;
   int depth_ = 0;
   bool isTooDeep_ = false;
 };
@@ -225,7 +228,8 @@ class KROSAC_API KeyedUnarchiver {
   Frame frame_;
 };
 
-// The archive of an object and of all objects that it refers to; empty if memory runs out.
+// The archive of an object and of all objects that it refers to; empty, with a reason, if
+// memory runs out or the objects nest too deep.
 KROSAC_API Ref<ByteBuffer> archive(const Archivable& root);
 
 // The object that an archive was made from; none, with a reason, if the archive is damaged or holds

@@ -14,7 +14,8 @@ namespace krosac {
 class KROSAC_API JBTableObject : public Object {
  public:
   // Reads the six tables from the library's data files. Rows beyond an array's end are ignored. If
-  // a file cannot be opened, prints a message on standard error and leaves that table zero.
+  // a file cannot be opened, which includes a lack of memory, prints a message on standard error,
+  // leaves that table zero and goes on to the next.
   // lastReason() reports the last file that is missing or damaged, or files from different folders.
   Ref<Object> init() override;
 

@@ -28,9 +28,9 @@ namespace krosac {
 class KROSAC_API TTTableObject : public Object {
  public:
   // Reads the nineteen tables from the library's data files "iasp91_...". Rows beyond an array's
-  // end are ignored. If a file cannot be opened, prints a message on standard error and leaves that
-  // table zero. lastReason() reports the last file that is missing or damaged, or files from
-  // different folders.
+  // end are ignored. If a file cannot be opened, which includes a lack of memory, prints a message
+  // on standard error, leaves that table zero and goes on to the next. lastReason() reports the
+  // last file that is missing or damaged, or files from different folders.
   Ref<Object> init() override;
 
   // Returns the time (s) and slowness (s/km) of a phase at a distance (degrees) and source depth

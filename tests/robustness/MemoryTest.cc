@@ -310,13 +310,14 @@ TEST(Memory, ArchivingNeedsLittleMoreThanTwiceTheResult) {
   }
   const auto event = make<kroHypocenter>();
   event->init();
-  for (std::size_t i = 0; i < 20000; ++i) {
+  double ofEvent = 0.0;  // the worst of several sizes, since the buffer grows in steps
+  for (std::size_t i = 1; i <= 20000; ++i) {
     const auto phase = make<kroSeismicPhase>();
     phase->init();
     phase->setStation(stations[i % stations.size()]);
     event->addPhase(phase);
+    if (i >= 10000 && i % 500 == 0) ofEvent = std::max(ofEvent, peakOfArchiving(*event));
   }
-  const double ofEvent = peakOfArchiving(*event);
   RecordProperty("trace", std::to_string(ofTrace));
   RecordProperty("event", std::to_string(ofEvent));
   EXPECT_LE(ofTrace, 2.3);
